@@ -1,0 +1,50 @@
+// The texts of the language in force, from a language file. A missing key gives an empty text and no error.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "text/codepage.h"
+#include "text/sectioned_file.h"
+
+namespace tv {
+
+class Language {
+public:
+  Language() = default;
+
+  // Reads the file; its code page is key "codepage" of section "language". False if the file cannot be read,
+  // and then the former language stands.
+  bool read(const std::string& path);
+
+  std::string text(std::string_view section, std::string_view key) const;  // breaks as "\n"
+  std::string msg(int n) const;                                            // section "messages", key "<n>msg"
+  std::string fileout(int n) const;                                        // section "fileout", key "<n>txt"
+  std::string fastmsg(std::string_view key) const;                         // section "fastmsg"
+  std::string fastmsg(std::string_view stem, int n) const;                 // stem and number, as "fwarn8"
+  // Section "failures"; the English literal when missing, so that a failure can be told without any language
+  // file.
+  std::string failure(int number) const;
+
+  // The standing notice: warning0 to warning6 joined, with a line end behind the first.
+  std::string notice() const;
+
+  const std::string& name() const {
+    return name_;
+  }  // "english", the stem of the unit table, section of the tips
+  const std::string& path() const { return path_; }
+  CodePage page() const { return page_; }
+
+  // The tip of a control from the tip file beside the language file, pieces joined, breaks as "\n"; empty if
+  // none.
+  std::string tip(std::string_view key) const;
+
+private:
+  SectionedFile file_;
+  SectionedFile tips_;
+  std::string name_;
+  std::string path_;
+  CodePage page_ = CodePage::cp1252;
+};
+
+}  // namespace tv
