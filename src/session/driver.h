@@ -1,0 +1,48 @@
+// From the data on the screens to results: dimensions, input check, transfer of records, the calculation.
+#pragma once
+
+#include "session/session.h"
+
+namespace tv {
+
+// Dimensions: keeps seating depth, lengths, volumes, travel and loading ratio consistent and writes their
+// fields. kind: 0 seating depth, 1 bullet length, 2 overall length, 3 case length, 4 band seating depth,
+// other: nothing moved.
+void recompute_dimensions(Session& s, int kind);
+void refresh_fill(Session& s);             // loading ratio, field and number
+void refresh_pressure_fields(Session& s);  // ini_press1, zul_P and their unit captions
+
+// Picked records into the load and the screens; nothing happens for row -1.
+void take_cartridge(Session& s, int row);
+void take_bullet(Session& s, int row);
+void take_powder(Session& s, int row);
+void match_bullet_list(Session& s, bool show_message);
+void copy_list(Session& s, std::string_view from_screen, std::string_view from, std::string_view to_screen,
+               std::string_view to);
+// Selects row in a list by its stored row number and shows its text; -1 clears.
+void select_row(Session& s, std::string_view screen, std::string_view list, int row);
+
+// Cartridge and bullet data; the travel from the geometry. Clears inputsOk at the first refusal.
+void transferInputs(Session& s);
+// Powder data; the SI values. Clears inputsOk on refusal.
+void prepareShotChecked(Session& s);
+bool checkStartPressureAsked(Session& s);  // true: may be calculated
+
+void setResultsValid(Session& s, bool valid);  // also clears both table_valid when invalid
+void setStep(Session& s, int step);
+int recalculate(Session& s);  // 0 on refusal, -1 after a finished run
+void press_Patdef(Session& s);
+int runAndShow(Session& s);
+// Fills the results panel and status line from the last run.
+void show_panel(Session& s);
+
+// Display mode of the output window: -2 powder table, -1 load table, 0 point list, 1 to 6 diagrams.
+void SetDisplayMode(Session& s, int type);
+
+// Single load to a target from a click beside an axis. mode 0 pressure, 1 velocity, 2 barrel time (ms), 3
+// travel, 4 barrel length; value in the units of the axis.
+void FitChargeToTarget(Session& s, double value, int mode);
+bool can_undo_fit(const Session& s);
+void undo_fit(Session& s);
+
+}  // namespace tv

@@ -1,0 +1,136 @@
+// The running program without its windows: one record, made in main and passed by reference.
+#pragma once
+
+#include <array>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "data/load_keys.h"
+#include "data/record_file.h"
+#include "data/settings_keys.h"
+#include "engine/calc_state.h"
+#include "engine/results.h"
+#include "engine/shot.h"
+#include "session/fields.h"
+#include "session/user.h"
+#include "tables/load_table.h"
+#include "tables/powder_table.h"
+#include "text/language.h"
+
+namespace tv {
+
+inline constexpr const char* kProgramName = "Ternovale";
+inline constexpr const char* kVersion = "V.1.00.0001";
+
+// What a finished run needs to be shown later, whatever has become of the inputs.
+struct ShownRun {
+  bool any = false;  // a run has finished since the start
+  CalcState state;   // its inputs
+  LoadData load;     // its names
+  ShotOutcome outcome;
+  double charge_g = 0, Veff_cm3 = 0;
+  std::string date, time;  // "21-Nov-2026", "14:05:09"
+};
+
+// One kind of component data: its records, its file and how its list is on show.
+struct DataSet {
+  RecordFile file;
+  std::string stored_name;  // file name less extension (ends in a point), relative paths under the root
+  bool collected = false;   // a collected table that has no file yet
+  std::string caption;      // beside the list
+  double Ba0_least = 320, Ba0_most = 0;  // powders
+};
+
+struct Focus {
+  std::string screen, field;
+  std::size_t select_from = 0, select_length = 0;  // characters
+  std::string text_on_focus;                       // restored by Escape
+};
+
+struct Session {
+  explicit Session(User& u) : user(&u), screens(make_screens()) {}
+  Session(const Session&) = delete;
+
+  User* user;
+  Language language;
+  Options options;
+  DataRoots roots;
+  std::string settings_file, transfer_file;
+
+  CalcState state;
+  ShotCurve curve;
+  ShotResult result;
+  LoadData load;
+  ShownRun shown;
+
+  bool resultsValid = false;
+  bool firstRun = true;
+  bool askCharge = false;
+  bool inputsOk = false;
+  bool update_suspended = false;
+  bool sound = true;
+  UnitMode unit_mode = UnitMode::metric;
+  bool silent = false;  // input check without warnings; refusals beep once
+
+  std::array<DataSet, kRecordKinds> data;
+  Screens screens;
+  Focus focus;
+  float field_min = -9999999.0F, field_max = 9999999.0F;  // limits of the field in use
+  bool field_rejected = false;
+  CalcState held;  // values when the field in use got the focus: each keystroke computes from them
+
+  LoadTable load_table;
+  LoadTableSettings load_table_settings;
+  PowderTable powder_table;
+  PowderCriteria criteria;
+  SortState sort;
+
+  std::vector<std::string> recent;  // loads, less extension
+  std::string picture;              // file name of the cartridge's picture, empty if none
+  bool nothing_loaded = true;
+
+  // Told when something beyond the fields has changed; the windows and the command line hang on here.
+  std::function<void(Session&)> outputs_changed;   // diagram, point list, tables
+  std::function<void(Session&)> language_changed;  // captions
+
+  DataSet& set(RecordKind kind) { return data[static_cast<std::size_t>(kind)]; }
+  const DataSet& set(RecordKind kind) const { return data[static_cast<std::size_t>(kind)]; }
+};
+
+// A field by screen and control name; both must exist in the screen table.
+Field& field(Session& s, std::string_view screen, std::string_view name);
+const Field& field(const Session& s, std::string_view screen, std::string_view name);
+void set_text(Session& s, std::string_view screen, std::string_view name, std::string_view text);
+double field_number(const Session& s, std::string_view screen,
+                    std::string_view name);  // lenient reading of its text
+void fill_list(Session& s, std::string_view screen, std::string_view name, const RecordTable& table);
+
+// "MPa", "bar" or "psi"; the unit of the chosen_of... fields is never psi.
+std::string chosen_pressure_unit(const Session& s);
+std::string mode_pressure_unit(const Session& s);
+
+// Puts a message together and remembers the keys it is made of.
+class MessageText {
+public:
+  explicit MessageText(const Session& s) : s_(s) {}
+  MessageText& msg(int n);
+  MessageText& fast(std::string_view key);
+  MessageText& caption(std::string_view section, std::string_view key);
+  MessageText& add(std::string_view text);
+  MessageText& line();                           // line end
+  operator Message() const { return message_; }  // NOLINT: a builder
+
+private:
+  const Session& s_;
+  Message message_;
+};
+
+// A warning box titled with the program's name; beeps first if asked to and the sound is on.
+void warn(Session& s, const Message& message, bool beep = true, std::string title = {});
+bool ask_yes_no(Session& s, const Message& message);
+bool ask_ok_cancel(Session& s, const Message& message);
+void beep(Session& s);
+
+}  // namespace tv
