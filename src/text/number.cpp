@@ -1,10 +1,10 @@
 #include "text/number.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>
 #include <system_error>
-#include <vector>
 
 namespace tv {
 namespace {

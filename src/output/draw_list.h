@@ -1,0 +1,52 @@
+// A diagram or a page as plain records: lines, circles, bands and texts. One replayer paints it, on the
+// screen, a printer, into PDF, PNG and SVG alike. Coordinates are logical units (device-independent pixels)
+// from the top left.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace tv {
+
+struct Colour {
+  std::uint8_t r = 0, g = 0, b = 0, a = 255;
+  friend bool operator==(const Colour&, const Colour&) = default;
+};
+
+enum class LineStyle : std::uint8_t { solid, dash, dot, dash_dot };
+enum class DrawKind : std::uint8_t { line, polyline, circle, band, text };
+enum class Align : std::uint8_t { left, centre, right };
+
+struct Point {
+  double x = 0, y = 0;
+};
+
+struct DrawItem {
+  DrawKind kind = DrawKind::line;
+  std::vector<Point>
+      points;  // line: 2; polyline: many; circle: centre; band: two opposite corners; text: anchor (baseline)
+  double radius = 0;  // circle
+  Colour colour;      // of the line, the text or the band's fill
+  double width = 1;   // of the line
+  LineStyle style = LineStyle::solid;
+  bool filled = false;  // circle
+  std::string text;
+  double size = 12;  // of the text: its pixel height
+  bool bold = false, italic = false;
+  Align align = Align::left;
+  double angle = 0;  // degrees, counter-clockwise about the anchor
+};
+
+struct DrawList {
+  double width = 0, height = 0;
+  Colour background{255, 255, 255, 255};
+  std::string font = "Arial";
+  std::vector<DrawItem> items;
+};
+
+// What the layout of a diagram needs to know of a text on the canvas at hand: its width in logical units.
+using TextWidth = double (*)(const std::string& text, double size, bool bold, bool italic,
+                             const std::string& font);
+
+}  // namespace tv
