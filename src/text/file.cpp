@@ -67,8 +67,7 @@ int write_all(int file, std::string_view bytes, const FileCalls& calls) {
 // A new file of a name that nobody else uses, beside the target. -1 and errno on failure.
 int create_beside(const std::string& target, std::string& name, const FileCalls& calls) {
   constexpr int kTries = 1000;
-  const std::string stem =
-      file_folder(target) + "." + file_name_only(target) + "." + std::to_string(getpid());
+  const std::string stem = file_folder(target) + ".ternovale." + std::to_string(getpid());
   for (int i = 0; i < kTries; ++i) {
     name = stem + "." + std::to_string(i) + ".part";
     const int file = calls.create(name.c_str());
@@ -97,6 +96,7 @@ bool same_file(const std::string& a, const std::string& b) {
 
 // The present file gets a second name; where the file system knows no such thing its bytes are copied.
 void keep_backup(const std::string& target, const std::string& backup, const FileCalls& calls) {
+  // A backup of the file's own name would be the loss of the file; two names of one file are a former backup.
   if (same_file(target, backup) && file_name_only(target) == file_name_only(backup)) return;
   calls.remove(backup.c_str());
   if (calls.link(target.c_str(), backup.c_str()) == 0) return;
