@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "data/record_table.h"
@@ -29,18 +30,17 @@ RecordRead read_records(const std::string& path, RecordKind kind, CodePage page,
                         bool cartridges_by_name = false);
 // The lines alone: no comments, no computed field, no sort.
 RecordRead read_records_plain(const std::string& path, RecordKind kind, CodePage page);
-// The same from bytes at hand.
+// From bytes at hand: lines, comments and short records, nothing computed and nothing sorted. Never fails.
 RecordRead parse_records(std::string_view bytes, RecordKind kind, CodePage page);
 
-// The bytes of a file of that kind; the header tells the number of rows.
+// The bytes of a file of that kind; the header tells the number of rows. A character that would destroy a
+// record is replaced (clean_field).
 std::string record_file_bytes(const RecordFile& file, RecordKind kind, CodePage page);
-// Failure number of the write. The backup lies beside it, with the kind's backup extension.
+// Failure number of the write. The former file becomes the backup beside it, under the kind's backup
+// extension; a backup that was opened as a data file itself is replaced without one.
 int write_records(const std::string& path, const RecordFile& file, RecordKind kind, CodePage page);
 
 // The comment of a record file, joined for a preview; empty if none or unreadable.
 std::string read_comment(const std::string& path, CodePage page);
-
-// What a user types into a record: `"` becomes `'` and ";" becomes ",", either would destroy the record.
-std::string clean_field(std::string_view text);
 
 }  // namespace tv
