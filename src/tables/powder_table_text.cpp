@@ -1,0 +1,225 @@
+#include "tables/table_text.h"
+#include "tables/table_writer.h"
+
+namespace tv {
+namespace {
+
+constexpr const char* kRule = "---------------------------------  ";  // under the names
+
+struct View {
+  const PowderTable& table;
+  const Language& language;
+  bool imperial;
+  int strategy() const { return table.criteria.strategy; }
+  bool times() const { return table.inputs.schrit < 2; }
+  std::string say(int n) const { return language.fastmsg("fproptab", n); }
+  std::string word(const char* key) const { return language.fastmsg(key); }
+};
+
+// "<psi> psi = <MPa>", whole numbers with a leading blank, the words between from the language.
+std::string both_pressures(const View& v, double p) {
+  return str(whole_psi(p)) + v.word("ftable24") + str(int_of(p));
+}
+
+std::string fps(double velocity) { return format_pattern(velocity * kFeetPerMetre, "0"); }
+
+void second_level_lines(const View& v, TableWriter& out) {
+  const double share = v.table.criteria.lod2nd;
+  const std::string unit = " " + v.word("fmpa") + ".";
+  out.line(v.say(5));
+  out.line(str(int_of((1 - share) * 100.01)) + v.say(6) + both_pressures(v, v.table.p * share) + unit);
+  out.line(v.say(7) + both_pressures(v, v.table.p) + unit);
+}
+
+void chamber_lines(const View& v, TableWriter& out) {
+  const double velocity = v.table.criteria.veltab;
+  out.line(v.say(11));
+  out.line(v.say(12));
+  out.line(v.say(13) + both_pressures(v, v.table.p) + v.word("ftable23") + fps(velocity) + " " +
+           v.word("ffps") + " " + v.word("ftable7") + str(int_of(velocity)) + " " + v.word("fmps") +
+           v.word("ftable30"));
+  for (const int n : {15, 16, 17}) out.line(v.say(n));
+  out.line();
+}
+
+void criterion_lines(const View& v, TableWriter& out) {
+  const PowderCriteria& c = v.table.criteria;
+  if (v.strategy() == 8) return chamber_lines(v, out);
+  out.line(v.say(1));
+  const auto percent = [](double x) { return str(int_of(x)) + " %"; };
+  const auto time = [&](int n) {
+    out.line(v.say(n) + " " + format_pattern(v.table.target_time * 1000, "0.000") + v.word("ftable18"));
+  };
+  switch (v.strategy()) {
+    case 1:
+      out.line(v.say(3) + percent(c.lratio));
+      break;
+    case 3:
+      second_level_lines(v, out);
+      break;
+    case 4:
+      out.line(v.say(8) + " " + fps(c.veltab) + v.word("ftable14") + str(int_of(c.veltab)) + " m/s");
+      break;
+    case 5:
+      time(9);
+      break;
+    case 6:
+      time(10);
+      break;
+    case 7:
+      out.line(v.say(4) + percent(c.hratio));
+      break;
+    default:
+      out.line(v.say(2) + both_pressures(v, v.table.p) + " MPa");
+      if (v.strategy() == 2) out.line(v.word("ftable6") + percent(c.lratio));
+  }
+  for (int n = 18; n <= 23; ++n) out.line(v.say(n));
+  out.line();
+}
+
+struct Heads {
+  int titles;  // number of the line of column titles
+  const char *imperial, *metric;
+  const char* rule;
+  bool times;
+};
+constexpr Heads kSecondLevel{
+    26,
+    "                                      %     Grains    Gramm    fps     %       psi      Grains    fps",
+    "                                      %     Grains    Gramm    m/s     %       MPa      Gramm     m/s",
+    "---------------------------------------    -------------------------", false};
+constexpr Heads kChamber{27,
+                         "                                      %     Grains    Gramm   fps     %       psi  "
+                         "   psi   gr.H2O    in.    ",
+                         "                                      %     Grains    Gramm   m/s     %       MPa  "
+                         "  MPa     ccm      mm     ",
+                         "-----------------------------------------------------------------------", true};
+constexpr Heads kOthers{
+    28, "                                      %     Grains    Gramm   fps     %       psi     psi   ",
+    "                                      %     Grains    Gramm   m/s     %       MPa     MPa   ",
+    "---------------------------------------------------------", true};
+
+void column_heads(const View& v, TableWriter& out) {
+  const Heads& heads = v.strategy() == 3 ? kSecondLevel : v.strategy() == 8 ? kChamber : kOthers;
+  const bool times = heads.times && v.times();
+  out.line(v.say(heads.titles) + (times ? "  " + v.word("fbtim") : ""));
+  out.line(std::string(v.imperial ? heads.imperial : heads.metric) + (times ? " ms" : ""));
+  out.line(std::string(kRule) + heads.rule + (times ? "--------" : ""));
+}
+
+void copy_heads(const View& v, TableWriter& out) {
+  const bool i = v.imperial;
+  for (const char* text : {i ? "Type" : "Typ", "fill (%)", "mc (gr)", "mc (g)", i ? "vel (fps)" : "vel (m/s)",
+                           "Z (%)", i ? "Pmax (psi)" : "Pmax (MPa)"})
+    out.head(text);
+  if (v.strategy() == 3) {
+    out.head(i ? "2.mc(gr)" : "2.mc(g)");
+    out.head(i ? "2.vel(fps)" : "2.vel(m/s)");
+  } else {
+    out.head(i ? "Pmuz (psi)" : "Pmuz (MPa)");
+    if (v.strategy() == 8) {
+      out.head(i ? "CCap (grH2O)" : "CCap (ccm)");
+      out.head(i ? "Blen (in.)" : "Blen (mm)");
+    }
+    if (v.times()) out.head("t (ms)");
+  }
+  out.end_heads();
+}
+
+void heads(const View& v, TableWriter& out) {
+  const PowderTable& t = v.table;
+  out.block(CartridgeDataBlock(t.inputs.block, BlockKind::powder_table, v.language));
+  out.line();
+  criterion_lines(v, out);
+  if (t.rejected_count > 0)
+    out.line(str(t.rejected_count) + " " + v.say(24) + " " + str(t.criteria.lv_min) + v.say(25));
+  if (t.cancelled) out.line(v.say(14));
+  if (!(t.inputs.zul_P > 0)) out.line(v.language.fastmsg("fwarn3"));
+  column_heads(v, out);
+  copy_heads(v, out);
+}
+
+void pressure(const View& v, double p, std::size_t metric_width, TableWriter& out) {
+  if (v.imperial)
+    out.number(p / kPaPerPsi, "#0", metric_width + 1);
+  else
+    out.number(p / 1e6, "#0", metric_width);
+}
+
+void chamber_and_barrel(const View& v, const PowderRow& row, TableWriter& out) {
+  if (v.imperial) {
+    out.number(row.cell(10) * 1e6 * kGrainsPerGram * dicht_H2, "#0.0", 8);
+    out.number(row.cell(11) * 1000 / kMmPerInch, "#0.0", 7);
+  } else {
+    out.number(row.cell(10) * 1e6, "#0.00", 8);
+    out.number(row.cell(11) * 1000, "#0", 8);
+  }
+}
+
+void second_level(const View& v, const PowderRow& row, TableWriter& out) {
+  if (v.imperial) {
+    out.number(row.cell(6) * 1000 * kGrainsPerGram, "0.0", 10);
+    out.number(row.cell(8) * kFeetPerMetre, "0", 8);
+  } else {
+    out.number(row.cell(6) * 1000, "0.00", 11);
+    out.number(row.cell(8), "0", 8);
+  }
+}
+
+void figures(const View& v, const PowderRow& row, TableWriter& out) {
+  out.number(row.cell(2) * 1000 * kGrainsPerGram, "0.0", 9);
+  out.number(row.cell(2) * 1000, "0.00", 9);
+  out.number(v.imperial ? row.cell(1) * kFeetPerMetre : row.cell(1), "0", 8);
+  out.number(burnt_percent(row.cell(4)), "0.0", 8);
+  pressure(v, row.cell(3), 8, out);
+  if (v.strategy() == 3) return second_level(v, row, out);
+  pressure(v, row.cell(12), 7, out);
+  if (v.strategy() == 8) chamber_and_barrel(v, row, out);
+  if (v.times()) out.number(row.cell(6) * 1000, "0.000", v.imperial ? 8 : 9);
+}
+
+void write_row(const View& v, const PowderRow& row, TableWriter& out) {
+  out.left(row.name, 35);
+  if (row.cell(5) > 0)
+    out.number(row.cell(5), "0.0", 5);
+  else
+    out.plain("  ???");
+  if (!shows_figures(v.table, row)) {
+    out.plain("  " + v.language.fastmsg("fldat11") + " ");
+  } else {
+    figures(v, row, out);
+    const std::string mark = mark_text(pressure_mark(row.cell(3) / 1e6, v.table.inputs.zul_P), v.language);
+    if (!mark.empty()) out.plain("  " + mark);
+  }
+  out.end_row();
+}
+
+std::string draw(const View& v, TableWriter::Form form) {
+  TableWriter out(form);
+  heads(v, out);
+  for (const PowderRow& row : v.table.rows) write_row(v, row, out);
+  return out.text();
+}
+
+}  // namespace
+
+double whole_psi(double p_MPa) { return int_of(p_MPa / (kPaPerPsi * 1e-6)); }
+
+bool shows_figures(const PowderTable& table, const PowderRow& row) {
+  return !(row.cell(1) < 0.2 || (table.criteria.strategy == 3 && row.cell(8) < 0.2));
+}
+
+TableText DrawPowderTableText(const PowderTable& table, const Language& language, bool imperial) {
+  TableText view{language.fastmsg("fproptab", 0) + " Ternovale", {}};
+  if (!table.rows.empty())
+    view.text = draw({table, language, imperial}, TableWriter::Form::columns);
+  else
+    view.text = (table.finished ? language.fastmsg("fproptab", 29) : language.fastmsg("fcrgvar", 6)) + " ";
+  return view;
+}
+
+std::string powder_table_tsv(const PowderTable& table, const Language& language, bool imperial) {
+  return table.rows.empty() ? "" : draw({table, language, imperial}, TableWriter::Form::tabs);
+}
+
+}  // namespace tv

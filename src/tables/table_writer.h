@@ -1,0 +1,66 @@
+// One row of a view: as columns of a fixed width, or as tab-separated text for copying.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "text/codepage.h"
+#include "text/number.h"
+
+namespace tv {
+
+class TableWriter {
+public:
+  enum class Form { columns, tabs };
+  explicit TableWriter(Form form) : form_(form) {}
+
+  // A whole line, of the view only.
+  void line(std::string_view text = {}) {
+    if (form_ == Form::columns) text_.append(text).append("\r\n");
+  }
+  // Lines with their ends, of the view only.
+  void block(std::string_view lines) {
+    if (form_ == Form::columns) text_.append(lines);
+  }
+  // Heads of the copy only.
+  void head(std::string_view text) {
+    if (form_ == Form::tabs) tabbed(text);
+  }
+  void end_heads() {
+    if (form_ == Form::tabs) end_row();
+  }
+
+  void left(std::string_view text, std::size_t width) {
+    form_ == Form::columns ? void(text_ += fit(text, width)) : tabbed(text);
+  }
+  void right(std::string_view text, std::size_t width) {
+    form_ == Form::columns ? void(text_ += pad_left(text, width)) : tabbed(text);
+  }
+  void number(double x, std::string_view pattern, std::size_t width) {
+    right(format_pattern(x, pattern), width);
+  }
+  // A text with its own blanks: behind the columns, or a cell.
+  void plain(std::string_view text) { form_ == Form::columns ? void(text_ += text) : tabbed(text); }
+  void end_row() {
+    text_ += "\r\n";
+    first_ = true;
+  }
+
+  const std::string& text() const { return text_; }
+
+private:
+  void tabbed(std::string_view text) {
+    if (!first_) text_ += '\t';
+    first_ = false;
+    for (const char c : trim(text)) text_ += c == '\t' ? ' ' : c;
+  }
+
+  Form form_;
+  bool first_ = true;
+  std::string text_;
+};
+
+// Burnt fraction in percent, cut (not rounded) to two places.
+inline double burnt_percent(double fraction) { return int_of(fraction * 10000) / 100; }
+
+}  // namespace tv
