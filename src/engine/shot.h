@@ -21,6 +21,10 @@ SetUp prepareShot(CalcState& s);
 // Step from the case, bore and travel by the step setting (a travel below 1 m counts as 1 m).
 void setBaseStep(CalcState& s);
 
+// Loading ratio: the charge over what fills the case at the powder's bulk density (g/cm3), percent; 0 when it
+// cannot be computed.
+double loading_ratio(double charge_g, double bulk_density, double Veff_cm3);
+
 // The highest start pressure that may be calculated, Pa: (kappa - 1) w0 Q z1 / (1.5 V0).
 double start_pressure_bound(const CalcState& s);
 
@@ -50,8 +54,5 @@ ShotOutcome runShot(const CalcState& s, ShotCurve& curve, ShotResult& result);
 // False when the charge is not above 0, the free volume is too small (nothing is run and the former shot
 // stands), the set-up fails or the run does not finish.
 bool quickShot(CalcState& s, ShotCurve& curve, ShotResult& result);
-
-// Takes the energy of the bore friction from the finished velocity curve. False when the bullet stuck.
-bool applyBoreFriction(const CalcState& s, ShotCurve& curve, ShotResult& result);
 
 }  // namespace tv
