@@ -7,7 +7,10 @@
 #include <string_view>
 #include <vector>
 
+#include "data/section_values.h"
+#include "data/settings_keys.h"
 #include "engine/calc_state.h"
+#include "text/sectioned_file.h"
 
 namespace tv {
 
@@ -38,9 +41,7 @@ struct LoadData {
   std::string MuzzleVel_meas, MVel_meas_std, MVel_meas_unit, Press_meas, Press_meas_std, Press_meas_unit;
 };
 
-inline constexpr std::string_view kMetrics = "metrics", kMetricsFormer = "abmessungen";
-inline constexpr std::string_view kChargeData = "chargedata", kChargeDataFormer = "treibladung";
-inline constexpr std::string_view kStartup = "startup";
+inline constexpr std::string_view kMetrics = "metrics", kChargeData = "chargedata", kStartup = "startup";
 
 // One key of a load: its section and the value behind it. Exactly one of the members is set.
 struct LoadKey {
@@ -55,11 +56,45 @@ struct LoadKey {
   int LoadData::*load_int = nullptr;
   bool LoadData::*load_flag = nullptr;
   std::string LoadData::*text = nullptr;
+  double Coefficient::*coefficient = nullptr;  // of the row below
+  std::size_t row = 0;
 };
 
 // In the order in which they are read.
 std::span<const LoadKey> load_keys();
-const LoadKey* load_key(std::string_view key);              // ignoring case; nothing if there is none
-std::string_view former_section(std::string_view section);  // "abmessungen" for "metrics"; empty if none
+const LoadKey* load_key(std::string_view key);  // ignoring case; nothing if there is none
+
+// Takes the values of a load, a key that is missing in its section from the section's former name. False, and
+// nothing changes, if the file holds neither dimensions nor charge, so is no load. A missing number is 0,
+// but: powtmp and the drag function stay as they were; sdepth missing or 0 follows from the lengths; buldia
+// is the groove diameter; c1icao missing or 0 is 4.5; molyco below 0.4 is 0.66. The first row whose
+// coefficient is not above 0 ends the list of coefficients, and c1icao is its first one. TAIL is set if the
+// tail is not flat. A load that was written reads back to the last bit.
+bool read_load_keys(const SectionedFile& file, CalcState& state, LoadData& load);
+// Sets every key of a load; one that a former section holds as well is emptied there. The comment is cut to
+// 255 characters.
+void write_load_keys(const CalcState& state, const LoadData& load, SectionedFile& file);
+
+// What a load holds beside its keys: the targets of the powder table and the gun, sections `metrics` and
+// `recoil`. To be read behind the load keys: maxtab is 0.875 of a known maximum pressure unless the file
+// holds one above 10 MPa.
+void read_load_options(const SectionedFile& file, const CalcState& state, Options& options);
+void write_load_options(const Options& options, SectionedFile& file);
+
+// Design data: names and dimensions of section `metrics`; only keys that hold something change anything.
+void read_design_data(const SectionedFile& file, CalcState& state, LoadData& load);
+
+// One value from text as a user types it: a number must be one as a whole (a comma counts as its point).
+// False if it is not. What hangs on the key alone follows (coefficients, tail, coating factor).
+bool set_load_value(const LoadKey& key, std::string_view text, CalcState& state, LoadData& load);
+// The value as it stands in a load, without the blank ahead of a number.
+std::string load_value_text(const LoadKey& key, const CalcState& state, const LoadData& load);
+
+// What a file dialog tells of a load: cartridge, bullet, powder, primer and comment, lines ended by "\n".
+std::string load_preview(const SectionedFile& file);
+
+// Section `transfer` of the file for companion programs. in: vnull is the muzzle velocity as shown.
+void write_transfer(const CalcState& state, const LoadData& load, const Options& options,
+                    std::string_view vnull, SectionedFile& file);
 
 }  // namespace tv

@@ -1,6 +1,7 @@
 // The program's options: their keys in the settings file, types and defaults, in one table.
 #pragma once
 
+#include <limits>
 #include <span>
 #include <string>
 #include <string_view>
@@ -83,14 +84,23 @@ struct OptionKey {
   double Options::*real = nullptr;
   int Options::*whole = nullptr;
   bool Options::*flag = nullptr;
+  // A number beyond these makes no sense and reads as the default.
+  double least = -std::numeric_limits<double>::infinity();
+  double most = std::numeric_limits<double>::infinity();
 };
+// In the order in which they are written.
 std::span<const OptionKey> option_keys();
 
 // Reads every option that the file holds and that makes sense; the others keep their values. `constants`
-// falls back to `konstanten`, `metrics` to `abmessungen`. Paths come back with '/'.
-void read_options(const SectionedFile& file, Options& options);
+// falls back to `konstanten`, `metrics` to `abmessungen`. Paths come back with '/'. A design size of the
+// window below 1000 twips is 0: the window keeps its own. True if the print size was found in `konstanten`
+// only; the caller then writes it to `constants` at once.
+bool read_options(const SectionedFile& file, Options& options);
+// One of them; the option keeps its value if the file has none.
+void read_option(const OptionKey& key, const SectionedFile& file, Options& options);
 // Sets every option in the file at hand (it is written by the caller, once).
 void write_options(const Options& options, SectionedFile& file);
+void write_option(const OptionKey& key, const Options& options, SectionedFile& file);
 
 // True if the text begins with t, T or a number other than 0.
 bool read_flag(std::string_view text);

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "text/file.h"
+#include "text/number.h"
 
 namespace tv {
 namespace {
@@ -133,15 +134,25 @@ void SectionedFile::set(std::string_view section, std::string_view key, std::str
 }
 
 void SectionedFile::set_bytes(std::string_view section, std::string_view key, std::string_view bytes) {
-  if (!is_section_name(section) || !is_key(key)) return;
   std::string value(bytes.substr(0, bytes.find('\0')));
-  const auto is_break = [](char c) { return c == '\r' || c == '\n'; };
-  std::replace_if(value.begin(), value.end(), is_break, from_utf8(kBreakMark, page_)[0]);
+  std::replace_if(
+      value.begin(), value.end(), [](char c) { return c == '\r' || c == '\n'; }, '\xAC');
+  put(section, key, value, written_value(value));
+}
+
+void SectionedFile::set_number(std::string_view section, std::string_view key, double number) {
+  put(section, key, general(number), str(number));
+}
+
+void SectionedFile::put(std::string_view section, std::string_view key, std::string_view value,
+                        std::string_view written) {
+  if (!is_section_name(section) || !is_key(key)) return;
   if (const Value* old = find(section, key)) {
     if (value_bytes(*old) == value) return;
-    bytes_.replace(old->begin, old->end - old->begin, written_value(value));
+    if (bytes_[old->begin - 1] == ' ' && written.starts_with(' ')) written.remove_prefix(1);
+    bytes_.replace(old->begin, old->end - old->begin, written);
   } else {
-    add_key(section, from_utf8(key, page_) + "=" + written_value(value));
+    add_key(section, from_utf8(key, page_) + "=" + std::string(written));
   }
   index();
 }

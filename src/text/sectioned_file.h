@@ -43,6 +43,8 @@ public:
   // line can hold (empty key, "=", brackets, breaks, blanks around it) is not written.
   void set(std::string_view section, std::string_view key, std::string_view value);
   void set_bytes(std::string_view section, std::string_view key, std::string_view bytes);
+  // A number in the general form, with a blank ahead if it is not negative.
+  void set_number(std::string_view section, std::string_view key, double number);
 
   const std::string& bytes() const { return bytes_; }
   CodePage page() const { return page_; }
@@ -65,6 +67,7 @@ private:
   const Section* find(std::string_view section) const;
   const Value* find(std::string_view section, std::string_view key) const;
   std::string value_bytes(const Value& value) const;
+  void put(std::string_view section, std::string_view key, std::string_view value, std::string_view written);
   void add_key(std::string_view section, std::string_view line);
   std::string line_end() const;
 

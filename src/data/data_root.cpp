@@ -1,0 +1,60 @@
+#include <unistd.h>
+
+#include "data/settings_keys.h"
+#include "text/file.h"
+
+namespace tv {
+namespace {
+
+constexpr std::string_view kSettingsFile = "ternofw.set";
+constexpr std::string_view kInstalledName = "ternovale";
+
+std::string with_slash(std::string folder) {
+  folder = forward_slashes(folder);
+  if (!folder.empty() && !folder.ends_with('/')) folder += '/';
+  return folder;
+}
+
+// The last element of the program's folder; programs of a system share one that is called bin.
+std::string folder_name(const std::string& program) {
+  const std::string name = file_name_only(program.substr(0, program.empty() ? 0 : program.size() - 1));
+  return name.empty() || name == "bin" ? std::string(kInstalledName) : name;
+}
+
+bool holds_settings(const std::string& folder) { return file_exists(resolve_path(folder, kSettingsFile)); }
+
+std::string find_root(const std::string& program, const std::string& name, const PlaceHints& hints) {
+  const std::string own = hints.documents.empty() ? "" : with_slash(hints.documents) + name + '/';
+  if (!own.empty() && holds_settings(own)) return own;
+  for (const std::string& shared : hints.shared_data) {
+    const std::string root = with_slash(shared) + name + '/';
+    if (holds_settings(root)) return root;
+  }
+  return own.empty() || access(program.c_str(), W_OK) == 0 ? program : own;
+}
+
+std::string find_delivered(const std::string& program, const std::string& name, const PlaceHints& hints) {
+  std::vector<std::string> places;
+  if (!hints.build_share.empty()) places.push_back(with_slash(hints.build_share));
+  places.push_back(program);
+  places.push_back(program + "../share/" + name + '/');
+  for (const std::string& shared : hints.shared_data) places.push_back(with_slash(shared) + name + '/');
+  for (const std::string& place : places) {
+    if (folder_exists(place + "lan")) return place;
+  }
+  return {};
+}
+
+}  // namespace
+
+DataRoots find_data_root(const PlaceHints& hints) {
+  const std::string program = with_slash(hints.program_folder);
+  const std::string name = folder_name(program);
+  DataRoots roots;
+  roots.root = find_root(program, name, hints);
+  roots.delivered = find_delivered(program, name, hints);
+  if (roots.delivered.empty()) roots.delivered = roots.root;
+  return roots;
+}
+
+}  // namespace tv
