@@ -80,12 +80,6 @@ bool tail_is_possible(const CartridgeDimensions& d) {
          d.tail_dia_large - bullet_mm <= 0.02 && d.tail_dia_small <= d.tail_dia_large;
 }
 
-double loading_ratio(double charge_g, double bulkdn, double Veff_cm3) {
-  if (!(bulkdn > 0) || !(Veff_cm3 > 0)) return 0;
-  const double ratio = 100 * charge_g / (bulkdn * Veff_cm3);
-  return std::isfinite(ratio) ? ratio : 0;
-}
-
 bool recompute_dimensions(CartridgeDimensions& d, int kind, double Zkalm_shown,
                           const std::function<void(Dimension)>& wrote) try {
   Recompute r{d, wrote};

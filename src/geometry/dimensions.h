@@ -39,8 +39,4 @@ double tail_volume(const CartridgeDimensions& d, double Zkalm_shown);
 // mm.
 bool tail_is_possible(const CartridgeDimensions& d);
 
-// Loading ratio in percent: 100 x charge [g] / (bulk density [g/cm3] x effective volume [cm3]); 0 when it
-// cannot be computed.
-double loading_ratio(double charge_g, double bulkdn, double Veff_cm3);
-
 }  // namespace tv

@@ -33,6 +33,12 @@ void setStep(Session& s, int step);
 int recalculate(Session& s);  // 0 on refusal, -1 after a finished run
 void press_Patdef(Session& s);
 int runAndShow(Session& s);
+// One more interactive shot at the state as it stands (SI values made), with the panel live: after tables and
+// fits.
+int run_shown_shot(Session& s);
+// The two tables, run in place of the single shot; the load stands as before, its own shot is shown again.
+void run_load_table(Session& s);
+void run_powder_table(Session& s);
 // Fills the results panel and status line from the last run.
 void show_panel(Session& s);
 

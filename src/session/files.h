@@ -12,7 +12,9 @@ bool start(Session& s, const PlaceHints& hints);
 bool ask_to_end(Session& s);  // false: cancelled
 void save_and_exit(Session& s);
 
-void settings_save(Session& s);                       // options and load in one write; one box on failure
+void settings_save(Session& s);  // options and load in one write; one box on failure
+bool write_sectioned(Session& s, const std::string& path, const SectionedFile& file);  // a box on failure
+void read_recent(Session& s, const SectionedFile& file);
 bool write_option(Session& s, std::string_view key);  // one option at once, as menus and toggles do
 
 bool language_read(Session& s, const std::string& file);
@@ -20,8 +22,10 @@ void language_switch(Session& s, std::string_view language);  // "german", "engl
 
 bool load_read(Session& s, const std::string& file);
 bool load_write(Session& s, const std::string& file);  // the load's keys; a box on failure
+void save_current_load(Session& s);  // into the settings file; nothing when the session writes no files
 // Brings all fields of the screens up to date with the state; patterns as a load's.
 void refresh_all_fields(Session& s);
+std::string load_folder(const Session& s);  // of the last load, with its closing '/'
 void lab_lod(Session& s);
 void lab_sav(Session& s);
 void lab_del(Session& s);
@@ -47,6 +51,8 @@ void filter_by_calibre(Session& s);
 void sort_cartridges(Session& s, bool by_name);
 void fill_lists(Session& s, RecordKind kind);  // every list of the kind on every screen
 
+void renew_caption(Session& s, RecordKind kind);     // DataSet::caption, in the language in force
+void write_bullet_file_mark(Session& s, bool open);  // key bfile of the transfer file
 std::string data_path(const Session& s,
                       std::string_view path);  // relative names under the root, then delivered
 

@@ -175,6 +175,7 @@ void write_side(Session& s, std::string_view screen, const NumberSide& side, dou
   Field& f = field(s, screen, side.field);
   f.text = format_number(shown_value(side.unit, stored, s), pattern ? pattern : side_pattern(side, s));
   f.ink = Ink::black;
+  f.stale = false;
   f.reason.clear();
 }
 

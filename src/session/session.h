@@ -49,6 +49,12 @@ struct Focus {
   std::string text_on_focus;                       // restored by Escape
 };
 
+// What a fit from the diagram changed, to be put back once; it ends with the next pick or load.
+struct FitUndo {
+  bool possible = false;
+  double chargeGr = 0, Llen = 0, Wob = 0;
+};
+
 struct Session {
   explicit Session(User& u) : user(&u), screens(make_screens()) {}
   Session(const Session&) = delete;
@@ -72,7 +78,8 @@ struct Session {
   bool update_suspended = false;
   bool sound = true;
   UnitMode unit_mode = UnitMode::metric;
-  bool silent = false;  // input check without warnings; refusals beep once
+  bool silent = false;       // input check without warnings; refusals beep once
+  bool writes_files = true;  // settings, current load and transfer file; off for single commands
 
   std::array<DataSet, kRecordKinds> data;
   Screens screens;
@@ -82,10 +89,13 @@ struct Session {
   CalcState held;  // values when the field in use got the focus: each keystroke computes from them
 
   LoadTable load_table;
-  LoadTableSettings load_table_settings;
+  double weight_step = 0;  // of the load table, grains; follows from ldstep when a load has been read
   PowderTable powder_table;
-  PowderCriteria criteria;
+  int strategy = 0;  // of the powder table, 0 to 8; its targets are options
   SortState sort;
+
+  FitUndo fit_undo;
+  std::string fit_note;  // what the last fit changed, for the status line
 
   std::vector<std::string> recent;  // loads, less extension
   std::string picture;              // file name of the cartridge's picture, empty if none

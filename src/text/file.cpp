@@ -238,6 +238,12 @@ int make_folders(const std::string& path) {
   return error ? failure_of(error.value(), path) : kFileError;
 }
 
+int remove_file(const std::string& path) {
+  std::error_code error;
+  if (fs::remove(path, error)) return kNoFailure;
+  return error ? failure_of(error.value(), path) : kFileNotFound;
+}
+
 std::string forward_slashes(std::string_view path) {
   std::string out(path);
   std::replace(out.begin(), out.end(), '\\', '/');

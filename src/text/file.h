@@ -35,6 +35,8 @@ FileRead read_file(const std::string& path);
 // Gives the failure number, 0 if all went well.
 int write_file(const std::string& path, std::string_view bytes, const std::string& backup = {});
 
+int remove_file(const std::string& path);  // failure number
+
 bool file_exists(const std::string& path);
 bool folder_exists(const std::string& path);
 int make_folders(const std::string& path);  // failure number

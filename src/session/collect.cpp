@@ -1,0 +1,99 @@
+// All records of one calibre: collected from the files of a folder, or filtered out of the list on show; the
+// two sort orders of the cartridge list.
+#include <cmath>
+#include <optional>
+
+#include "session/driver.h"
+#include "session/files.h"
+#include "text/file.h"
+#include "text/number.h"
+
+namespace tv {
+namespace {
+
+// The calibre the user wants, inch; a value of 1 or more is meant in mm. Nothing: given up or emptied.
+std::optional<double> ask_calibre(Session& s, const char* title_key) {
+  const std::string current = format_pattern(s.state.dim.Zkal, "0.0000");
+  MessageText prompt(s);
+  prompt.msg(402).line().msg(403).add(format_pattern(s.options.srchtl, "0.000")).add("'').");
+  const auto answer = s.user->input({s.language.text("frmMAIN", title_key), prompt, current});
+  if (!answer || trim(*answer).empty()) return std::nullopt;
+  std::string text = *answer;
+  for (char& c : text)
+    if (c == ',') c = '.';
+  const double value = read_number(text);
+  return value >= 1 ? value / kMmPerInch : value;
+}
+
+struct CollectList {
+  const char* screen;
+  const char* list;
+};
+CollectList list_of(RecordKind kind) { return {"Form3", kind == RecordKind::bullets ? "Bnam" : "HVolDat"}; }
+
+std::string tolerance_text(const Session& s) { return format_pattern(s.options.srchtl, "#.0000"); }
+
+RecordTable collect_from(Session& s, RecordKind kind, const std::string& folder,
+                         const std::vector<std::string>& names, double calibre) {
+  RecordTable result;
+  int done = 0;
+  for (const std::string& name : names) {
+    s.set(kind).caption = name;
+    if (++done % 20 == 0)
+      s.user->progress(name, static_cast<double>(done) / static_cast<double>(names.size()));
+    const RecordRead read = read_records_plain(folder + name, kind, s.language.page());
+    if (read.ok()) collect_records(result, read.file.table, kind, calibre, s.options.srchtl);
+  }
+  return result;
+}
+
+}  // namespace
+
+void collect_records(Session& s, RecordKind kind) {
+  const auto calibre = ask_calibre(s, kind == RecordKind::bullets ? "bul_collect" : "case_collect");
+  if (!calibre) return;
+  const std::string start = file_folder(data_path(s, s.set(kind).stored_name + record_kind(kind).extension));
+  const auto chosen = s.user->choose_folder(MessageText(s).msg(404), start);
+  if (!chosen || chosen->empty()) return;
+  const std::string folder = chosen->ends_with('/') ? *chosen : *chosen + "/";
+  const auto names = files_in(folder, std::string("*.") + record_kind(kind).extension);
+  if (names.empty()) return warn(s, MessageText(s).msg(405), false);
+
+  const std::string caption_before = s.set(kind).caption;
+  RecordTable result = collect_from(s, kind, folder, names, *calibre);
+  DataSet& set = s.set(kind);
+  set.caption = caption_before;
+  if (result.last() < 0)
+    return warn(s, MessageText(s).msg(406).add(format_pattern(*calibre, "#.000") + " (±" + tolerance_text(s) +
+                                               ") in."));
+  sort_kind(result, kind, s.options.sortvol, s.language.page());
+  set.file = {std::move(result), {}};
+  set.collected = true;
+  set.caption = format_pattern(*calibre, "#.000") + " (±  " + tolerance_text(s) + ") in.";
+  fill_lists(s, kind);
+  if (ask_yes_no(s, MessageText(s).msg(407))) save_as(s, kind);
+}
+
+void filter_by_calibre(Session& s) {
+  DataSet& set = s.set(RecordKind::cartridges);
+  const auto calibre = ask_calibre(s, "case_select");
+  fill_lists(s, RecordKind::cartridges);
+  if (!calibre) return;
+  const auto rows = rows_near(set.file.table, cartridge_field::Zkal, *calibre, s.options.srchtl);
+  if (rows.empty()) return warn(s, MessageText(s).msg(409), false);
+  Field& list = field(s, list_of(RecordKind::cartridges).screen, list_of(RecordKind::cartridges).list);
+  list.items.clear();
+  list.selected = -1;
+  for (const int row : rows) list.items.push_back({std::string(trim(set.file.table.cell(row, 0))), row});
+  copy_list(s, "Form3", "HVolDat", "frmFast", "HVolDat");
+  set.caption = format_pattern(*calibre, "#.000") + " (±  " + tolerance_text(s) + ") in.";
+}
+
+void sort_cartridges(Session& s, bool by_name) {
+  s.options.sortvol = by_name;
+  write_option(s, "sortvol");
+  sort_kind(s.set(RecordKind::cartridges).file.table, RecordKind::cartridges, by_name, s.language.page());
+  fill_lists(s, RecordKind::cartridges);
+}
+
+}  // namespace tv

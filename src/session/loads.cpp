@@ -1,0 +1,239 @@
+// Loads: everything the user has entered for one calculation, in a file of its own or in the settings file.
+#include "geometry/dimensions.h"
+#include "session/driver.h"
+#include "session/files.h"
+#include "session/number_pairs.h"
+#include "text/file.h"
+#include "text/number.h"
+
+namespace tv {
+namespace {
+
+struct PairFormat {
+  const char* screen;
+  const char* field;
+  const char* metric;
+  const char* imperial;
+};
+
+// How a load's values are shown when it has been read.
+constexpr PairFormat kLoadFormats[] = {
+    {"Form3", "Llenm", "####0.0#", "##0.0##"},   {"Form3", "Plenm", "###0.00", "#0.000"},
+    {"Form3", "Bsdm", "0.00", "0.000"},          {"Form3", "ssdm", "0.00", "0.000"},
+    {"Form3", "Hlenm", "###0.00", "#0.000"},     {"Form3", "Zkalm", "##0.00", "0.000"},
+    {"Form3", "sebf", "#0.0#", nullptr},         {"Form3", "Volfml", "####0.000", "0.00"},
+    {"Form3", "qfqm", "#.00#", "#.000###"},      {"Form3", "Veffm", "0.000", "0.000"},
+    {"Form3", "Vvgm", "0.000", "0.000"},         {"Form3", "Wobm", "##0.0##", "#0.0#"},
+    {"Form3", "Bwgm", "###0.0##", "####0.0"},    {"Form3", "Glenm", "##0.00", "#0.000"},
+    {"Form3", "buldinmm", "#0.00", "0.000"},     {"Form4", "Limz1", "0.000", nullptr},
+    {"Form4", "Ba0", "0.0000", nullptr},         {"Form4", "Ba1", "#0.0000", nullptr},
+    {"Form4", "Exw", "####0", nullptr},          {"Form4", "Kap", "0.0000", nullptr},
+    {"Form4", "Pdens", "0.000", nullptr},        {"Form4", "PDko", "#0.0000", nullptr},
+    {"Form4", "bulkdn", "0.000", nullptr},       {"Form4", "MPgm", "##0.00#", "##0.0#"},
+    {"FormPsel", "sugg_V0", nullptr, nullptr},   {"FormPsel", "lratio", nullptr, nullptr},
+    {"FormPsel", "lminratio", nullptr, nullptr}, {"FormPsel", "hfill", nullptr, nullptr},
+    {"FormPsel", "lowpress", nullptr, nullptr},  {"FormPsel", "tbamin", nullptr, nullptr},
+    {"FormPsel", "tbamax", nullptr, nullptr},
+};
+
+struct Compared {
+  const char* caption;  // of the powder screen
+  int record_field;
+  double CalcState::*value;
+};
+constexpr Compared kCompared[] = {
+    {"Limz1", powder_field::Limz1, &CalcState::Limz1}, {"Ba0", powder_field::Ba0, &CalcState::Ba0},
+    {"Ba1", powder_field::Ba1, &CalcState::Ba1},       {"Exw", powder_field::Exw, &CalcState::Exw},
+    {"Kap", powder_field::Kap, &CalcState::Kap},       {"Pdens", powder_field::Pdens, &CalcState::Pdens},
+    {"PDko", powder_field::PDko, &CalcState::PDko},    {"bulkdn", powder_field::bulkdn, &CalcState::bulkdn},
+};
+
+// Mnemonic marks and line breaks of a caption have no place in a message.
+std::string plain_caption(const Session& s, const char* section, const char* key) {
+  std::string text = s.language.text(section, key);
+  std::erase(text, '&');
+  return text;
+}
+
+void compare_powder(Session& s) {
+  const std::string name{trim(s.load.pulver)};
+  if (name.empty()) return;
+  const RecordTable& table = s.set(RecordKind::powders).file.table;
+  const int row = table.find(name);
+  if (row < 0)
+    return warn(s, MessageText(s).msg(62).line().add(name), true,
+                std::string(kProgramName) + ": " + s.language.msg(75));
+  MessageText text(s);
+  text.msg(61).add(" ").add(name).add(" ").msg(66).line();
+  bool differs = false;
+  for (const Compared& c : kCompared)
+    if (table.number(row, c.record_field) != s.state.*c.value) {
+      text.add("  - ").add(plain_caption(s, "form4", c.caption)).line();
+      differs = true;
+    }
+  if (differs) warn(s, text, true, std::string(kProgramName) + ": " + s.language.msg(75));
+}
+
+void select_by_name(Session& s, const char* screen, const char* list, RecordKind kind,
+                    const std::string& name) {
+  Field& f = field(s, screen, list);
+  select_row(s, screen, list, s.set(kind).file.table.find(trim(name)));
+  f.text = name;
+}
+
+void renew_coefficients(Session& s) {
+  if (s.load.coefficients.empty()) s.load.coefficients = {{s.load.c1icao, 0}};
+}
+
+// What a load sets beside its values: marks, lists and the derived dimensions.
+void after_load(Session& s) {
+  renew_coefficients(s);
+  refresh_all_fields(s);
+  recompute_dimensions(s, kOverallLength);
+  s.update_suspended = false;
+  if (s.state.frictionOn) setStep(s, 1);
+  s.weight_step = s.options.ldstep * s.state.chargeGr / 100;
+  s.askCharge = !(s.state.chargeGr > 0);
+  s.fit_undo = {};
+  s.shown.any = false;
+  setResultsValid(s, false);
+}
+
+bool refuse_settings_file(Session& s, const std::string& file) {
+  if (!same_fold(file_name_only(file), "ternofw.set")) return false;
+  warn(s, MessageText(s).msg(412));
+  return true;
+}
+
+std::optional<FileAnswer> ask_load_file(Session& s, FileMode mode) {
+  return s.user->choose_file({mode, DialogKind::load,
+                              s.language.fastmsg("flfdial", mode == FileMode::save ? 26 : 6), load_folder(s),
+                              mode == FileMode::save ? file_stem(s.options.labfil + "x") : std::string(),
+                              s.language.fastmsg("flffilt", mode == FileMode::save ? 26 : 6), s.load.commen});
+}
+
+void store_load_name(Session& s, const std::string& file) {
+  s.options.labfil = file_folder(file) + file_stem(file) + ".";
+  write_option(s, "labfil");
+  recent_add(s, file);
+}
+
+}  // namespace
+
+std::string load_folder(const Session& s) {
+  const std::string last = file_folder(s.options.labfil);
+  return !last.empty() && folder_exists(last) ? last : s.roots.root + "data/";
+}
+
+void refresh_all_fields(Session& s) {
+  for (const PairFormat& f : kLoadFormats) write_pair(s, f.screen, f.field, f.metric, f.imperial);
+  refresh_pressure_fields(s);
+  if (!(s.state.dim.zul_P > 0))
+    for (const char* name : {"zul_P0", "zul_P1"}) set_text(s, "Form3", name, " ? ");
+  if (s.state.start_pressure == 0) set_text(s, "Form4", "ini_press1", " 0.0");
+  set_text(s, "Form3", "method", s.load.pmetho.empty() ? " ?" : s.load.pmetho);
+  select_by_name(s, "Form3", "HVolDat", RecordKind::cartridges, s.load.pattyp);
+  select_by_name(s, "Form3", "Bnam", RecordKind::bullets, s.load.bultyp);
+  select_by_name(s, "Form4", "PulvDat", RecordKind::powders, s.load.pulver);
+  field(s, "Form3", "TAIL").checked = s.state.dim.TAIL;
+  field(s, "Form3", "fproof").checked = s.load.fproof;
+  field(s, "FormBorefrict", "frictiononoff").checked = s.state.frictionOn;
+  refresh_fill(s);
+}
+
+bool load_read(Session& s, const std::string& file) {
+  const FileRead read = read_file(file);
+  const bool settings = file == s.settings_file;
+  const SectionedFile sections(read.bytes, s.language.page());
+  s.update_suspended = true;
+  s.picture.clear();
+  field(s, "Form3", "shpic").visible = false;
+  const bool whole = read.failure == 0 && read_load_keys(sections, s.state, s.load);
+  if (!whole && !settings) {
+    s.update_suspended = false;
+    MessageText text(s);
+    text.msg(185).add(file).line().msg(197);
+    if (read.failure) text.line().add(s.language.failure(read.failure));
+    warn(s, text, true, std::string(kProgramName) + ": " + s.language.msg(75));
+    if (s.writes_files) load_read(s, s.settings_file);
+    return false;
+  }
+  if (whole) read_load_options(sections, s.state, s.options);
+  after_load(s);
+  if (whole) compare_powder(s);
+  return true;
+}
+
+bool load_write(Session& s, const std::string& file) {
+  SectionedFile sections = read_sectioned(file, s.language.page());
+  write_load_keys(s.state, s.load, sections);
+  write_load_options(s.options, sections);
+  return write_sectioned(s, file, sections);
+}
+
+void save_current_load(Session& s) {
+  if (s.writes_files) load_write(s, s.settings_file);
+}
+
+bool open_load(Session& s, const std::string& file) {
+  if (!load_read(s, file)) return false;
+  store_load_name(s, file);
+  return true;
+}
+
+void lab_lod(Session& s) {
+  if (const auto answer = ask_load_file(s, FileMode::open)) open_load(s, answer->file);
+}
+
+void lab_sav(Session& s) {
+  const auto answer = ask_load_file(s, FileMode::save);
+  if (!answer || refuse_settings_file(s, answer->file)) return;
+  s.load.commen = answer->comment;
+  if (load_write(s, answer->file)) store_load_name(s, answer->file);
+}
+
+void lab_del(Session& s) {
+  const auto answer = ask_load_file(s, FileMode::open);
+  if (!answer || refuse_settings_file(s, answer->file)) return;
+  if (!ask_ok_cancel(s, MessageText(s).msg(410).line().add(file_name_only(answer->file)).line().msg(411)))
+    return;
+  if (const int failure = remove_file(answer->file))
+    return warn(s, MessageText(s).msg(420).line().add(answer->file).line().add(s.language.failure(failure)));
+  const std::string stem = file_folder(answer->file) + file_stem(answer->file) + ".";
+  std::erase_if(s.recent, [&](const std::string& held) { return same_fold(held, stem); });
+}
+
+void lab_omt(Session& s) {
+  const auto answer =
+      s.user->choose_file({FileMode::open, DialogKind::design, s.language.fastmsg("flfdial", 7),
+                           file_folder(s.options.omtfil), "", s.language.fastmsg("flffilt", 7), ""});
+  if (!answer) return;
+  const FileRead read = read_file(answer->file);
+  if (read.failure)
+    return warn(s, MessageText(s).msg(185).add(answer->file).line().add(s.language.failure(read.failure)));
+  read_design_data(SectionedFile(read.bytes, s.language.page()), s.state, s.load);
+  s.options.omtfil = file_folder(answer->file) + file_stem(answer->file) + ".";
+  write_option(s, "omtfil");
+  s.update_suspended = true;
+  after_load(s);
+}
+
+void recent_open(Session& s, int index) {
+  if (index < 0 || index >= static_cast<int>(s.recent.size())) return;
+  open_load(s, s.recent[static_cast<std::size_t>(index)] + "dat");
+}
+
+std::string load_caption(const Session& s) {
+  std::string name = file_name_only(s.options.labfil + "dat");
+  if (name == "*.dat" || name == "dat") name = "*";
+  return name + "   (" + kProgramName + ")";
+}
+
+void write_transfer_file(Session& s) {
+  if (!s.writes_files) return;
+  SectionedFile file = read_sectioned(s.transfer_file, s.language.page());
+  write_transfer(s.state, s.load, s.options, field(s, "Form5", "Vnull").text, file);
+  write_sectioned(s, s.transfer_file, file);
+}
+
+}  // namespace tv

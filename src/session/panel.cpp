@@ -1,0 +1,46 @@
+// The results panel: figures, colours and the status line of the last run.
+#include "session/driver.h"
+
+namespace tv {
+namespace {
+
+struct LimitLook {
+  Paper paper;
+  Ink ink;
+  const char* reason;  // key of fastmsg
+};
+
+// By PressureState; the text says what the colour says.
+constexpr LimitLook kLooks[] = {
+    {Paper::white, Ink::black, nullptr},     // fine
+    {Paper::yellow, Ink::black, "fwarn2"},   // above 75 %
+    {Paper::magenta, Ink::black, "fwarn2"},  // above 85 %
+    {Paper::red, Ink::black, "fwarn1"},      // above the limit
+    {Paper::white, Ink::red, "fwarn3"},      // limit unknown
+};
+
+std::string burn_caption_text(const Session& s) {
+  return s.language.fastmsg(burn_caption(s.result) == BurnCaption::at95 ? "fburn95" : "fburn100");
+}
+
+}  // namespace
+
+void show_panel(Session& s) {
+  const ShownRun& run = s.shown;
+  for (const PanelField& f : showResults(run.state, s.curve, s.result, run.charge_g, run.Veff_cm3))
+    set_text(s, "Form5", f.name, f.text);
+  const LimitLook& look =
+      kLooks[static_cast<std::size_t>(pressure_state(s.result.pMax, run.state.dim.zul_P))];
+  for (const char* name : {"Mgas", "Mgaspsi"}) {
+    Field& f = field(s, "Form5", name);
+    f.paper = look.paper;
+    f.ink = look.ink;
+    f.reason = look.reason ? std::string(trim(s.language.fastmsg(look.reason))) : std::string();
+  }
+  set_text(s, "Form5", "Labelaburn", burn_caption_text(s));
+  Field& line = field(s, "Form5", "merker");
+  line.ink = status_line_red(run.state, s.result) ? Ink::red : Ink::black;
+  line.text = status_line(run.state, s.curve, s.result, s.language) + s.language.notice();
+}
+
+}  // namespace tv

@@ -1,0 +1,166 @@
+// The two tables as the driver runs them, and the fit of the load at hand to a target.
+#include "session/driver.h"
+#include "session/files.h"
+#include "session/number_pairs.h"
+#include "tables/fit.h"
+#include "text/number.h"
+
+namespace tv {
+namespace {
+
+TableHead table_head(const Session& s) {
+  const auto text = [&](const char* screen, const char* name) { return field(s, screen, name).text; };
+  return {{.cartridge = text("Form3", "HVolDat"),
+           .bullet = text("Form3", "Bnam"),
+           .powder = text("Form4", "PulvDat"),
+           .coated = field(s, "Form3", "fproof").checked,
+           .Veffz = text("Form3", "Veffz"),
+           .Veffm = text("Form3", "Veffm"),
+           .Plenz = text("Form3", "Plenz"),
+           .Plenm = text("Form3", "Plenm"),
+           .Llenz = text("Form3", "Llenz"),
+           .Llenm = text("Form3", "Llenm"),
+           .MPgn = text("Form4", "MPgn"),
+           .MPgm = text("Form4", "MPgm")},
+          field_number(s, "Form3", "Veffm")};
+}
+
+PowderCriteria criteria(const Session& s) {
+  const Options& o = s.options;
+  return {s.strategy, o.maxtab, o.veltab, o.lratio, o.lv_min, o.hratio, o.lod2nd, o.bamint, o.bamaxt};
+}
+
+// The load once more, as a single shot with everything live; then the mode is put back.
+void closing_shot(Session& s) {
+  const int mode = s.state.tableMode, kind = s.state.tableKind;
+  s.state.tableMode = s.state.tableKind = 0;
+  if (prepareShot(s.state) == SetUp::ok) run_shown_shot(s);
+  s.state.tableMode = mode;
+  s.state.tableKind = kind;
+}
+
+void show_outputs(Session& s) {
+  if (s.outputs_changed) s.outputs_changed(s);
+  s.user->bring_to_front("Form7");
+}
+
+double pressure_axis_factor(const Session& s) {
+  if (s.unit_mode == UnitMode::imperial) return kPaPerPsi;
+  return 1e6 / s.state.pressure_unit_factor;
+}
+
+void write_charge(Session& s) { write_pair(s, "Form4", "MPgm"); }
+
+void note_fit(Session& s, const FitUndo& before, const char* key, const char* pattern, double from,
+              double to) {
+  s.fit_undo = before;
+  s.fit_note = s.language.fastmsg("ffitted") + s.language.fastmsg(key) + " " + format_number(from, pattern) +
+               " -> " + format_number(to, pattern);
+}
+
+void tell_no_fit(Session& s) { warn(s, MessageText(s).msg(159).line().msg(160)); }
+
+void fit_the_charge(Session& s, double value, FitMode mode) {
+  const FitUndo before{true, s.state.chargeGr, s.state.dim.Llen, s.state.dim.Wob};
+  const double factors[] = {pressure_axis_factor(s),
+                            s.unit_mode == UnitMode::imperial ? 1 / kFeetPerMetre : 1.0, 0.001};
+  const int kind = s.state.tableKind;
+  s.state.tableKind = 1;  // the screens stand still meanwhile
+  const bool found =
+      fit_charge(s.state, s.curve, s.result, mode, value * factors[static_cast<std::size_t>(mode)]);
+  s.state.tableKind = kind;
+  write_charge(s);
+  if (found)
+    note_fit(s, before, "fcharge", "0.00", before.chargeGr, s.state.chargeGr);
+  else
+    tell_no_fit(s);
+}
+
+bool fit_the_barrel(Session& s, double value, FitMode mode) {
+  const FitUndo before{true, s.state.chargeGr, s.state.dim.Llen, s.state.dim.Wob};
+  const double mm = value * (s.unit_mode == UnitMode::imperial ? kMmPerInch : 1.0);
+  const FitGeometry fit = fit_geometry(s.state, mode, mode == FitMode::travel ? mm : mm / kMmPerInch);
+  if (!fit.ok) {
+    beep(s);
+    return false;
+  }
+  s.state.dim.Llen = fit.barrel_in;
+  s.state.dim.Wob = fit.travel_mm;
+  write_pair(s, "Form3", "Llenm");
+  write_pair(s, "Form3", "Wobm");
+  note_fit(s, before, "fcharge6", "0.00", before.Llen, fit.barrel_in);
+  return true;
+}
+
+}  // namespace
+
+void run_load_table(Session& s) {
+  s.user->busy(true);
+  LoadTableSettings settings{s.options.ldstep, s.weight_step, s.options.ldweight, s.options.ldperc,
+                             s.options.batols};
+  RunLoadTable(s.state, s.curve, s.result, settings, table_head(s), s.load_table);
+  s.options.ldstep = settings.ldstep;
+  s.user->busy(false);
+  closing_shot(s);
+  if (s.writes_files) settings_save(s);
+  s.load_table.table_valid = true;
+  show_outputs(s);
+}
+
+void run_powder_table(Session& s) {
+  s.user->busy(true);
+  const PowderRunHooks hooks{.cancelled = [&] { return s.user->cancelled(); },
+                             .progress =
+                                 [&](const std::string& name, int done, int total) {
+                                   s.user->progress(name + s.language.fastmsg("fwarn15"),
+                                                    total > 0 ? double(done) / total : 1);
+                                 }};
+  RunPowderTable(s.state, s.curve, s.result, s.set(RecordKind::powders).file.table, criteria(s),
+                 table_head(s), s.sort, hooks, s.powder_table);
+  s.options.schrit = s.state.schrit;
+  s.user->busy(false);
+  const bool cancelled = s.powder_table.cancelled;
+  closing_shot(s);
+  if (cancelled) {
+    SetDisplayMode(s, 3);
+  } else {
+    s.state.tableKind = 2;
+  }
+  s.powder_table.table_valid = true;
+  show_outputs(s);
+}
+
+void FitChargeToTarget(Session& s, double value, int mode) {
+  if (!s.resultsValid) return;
+  if (!(value > 0)) return beep(s);
+  const auto fit = static_cast<FitMode>(mode);
+  if (fit == FitMode::travel || fit == FitMode::barrel_length) {
+    if (!fit_the_barrel(s, value, fit)) return;
+  } else {
+    fit_the_charge(s, value, fit);
+  }
+  convertUnits(s.state);
+  if (prepareShot(s.state) == SetUp::ok) setResultsValid(s, run_shown_shot(s) != 0);
+  refresh_fill(s);
+  set_text(s, "frmMAIN", "status_line", s.fit_note);
+  if (s.outputs_changed) s.outputs_changed(s);
+}
+
+bool can_undo_fit(const Session& s) { return s.fit_undo.possible; }
+
+void undo_fit(Session& s) {
+  if (!s.fit_undo.possible) return;
+  s.state.chargeGr = s.fit_undo.chargeGr;
+  s.state.dim.Llen = s.fit_undo.Llen;
+  s.state.dim.Wob = s.fit_undo.Wob;
+  s.fit_undo = {};
+  s.fit_note.clear();
+  write_charge(s);
+  write_pair(s, "Form3", "Llenm");
+  write_pair(s, "Form3", "Wobm");
+  refresh_fill(s);
+  set_text(s, "frmMAIN", "status_line", "");
+  setResultsValid(s, false);
+}
+
+}  // namespace tv
