@@ -1,0 +1,325 @@
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <cmath>
+
+#include "data/record_file.h"
+#include "temp_folder.h"
+#include "text/file.h"
+
+using namespace tv;
+using tv_test::TempFolder;
+
+namespace {
+
+std::string quoted(const std::vector<std::string>& fields) {
+  std::string line;
+  for (int i = 0; i < kRecordFields; ++i) {
+    const auto at = static_cast<std::size_t>(i);
+    line += (i ? ",\"" : "\"") + (at < fields.size() ? fields[at] : "") + "\"";
+  }
+  return line;
+}
+
+std::string padded(std::string name) {
+  name.resize(std::max<std::size_t>(name.size(), 40), ' ');
+  return name;
+}
+
+RecordRead parse(const std::string& bytes, RecordKind kind = RecordKind::bullets) {
+  return parse_records(bytes, kind, CodePage::cp1252);
+}
+
+}  // namespace
+
+TEST(RecordFiles, StandByteForByteAsTold) {
+  RecordFile file;
+  file.comments = {";a first line", ";"};
+  file.table.rows.resize(2);
+  file.table.rows[0][0] = ".308 , 147 , FMJ BT";
+  file.table.rows[0][1] = "  147";
+  file.table.rows[0][20] = "\u00A6\u00AC\u20AC";
+  file.table.rows[1][0] = std::string(41, 'n');
+  const std::string expected = ";a first line\r\n;\r\n\" 2 [bullet]\"\r\n" +
+                               quoted({padded(".308 , 147 , FMJ BT"),
+                                       "147",
+                                       "",
+                                       "",
+                                       "",
+                                       "",
+                                       "",
+                                       "",
+                                       "",
+                                       "",
+                                       "",
+                                       "",
+                                       "",
+                                       "",
+                                       "",
+                                       "",
+                                       "",
+                                       "",
+                                       "",
+                                       "",
+                                       "\xA6\xAC\x80"}) +
+                               "\r\n" + quoted({std::string(41, 'n')}) + "\r\n";
+  EXPECT_EQ(record_file_bytes(file, RecordKind::bullets, CodePage::cp1252), expected);
+
+  const std::pair<RecordKind, std::string> headers[] = {
+      {RecordKind::powders, "\" 0 [pulver]\"\r\n"}, {RecordKind::cartridges, "\" 0 [patronen]\"\r\n"},
+      {RecordKind::guns, "\" 0 [weapons]\"\r\n"},   {RecordKind::black_powders, "\" 0 [gunpowder]\"\r\n"},
+      {RecordKind::units, "\" 0 lines\"\r\n"},      {RecordKind::primers, "\" 0 [primertypes]\"\r\n"},
+      {RecordKind::bullets, "\" 0 [bullet]\"\r\n"},
+  };
+  for (const auto& [kind, header] : headers) {
+    EXPECT_EQ(record_file_bytes({}, kind, CodePage::cp1252), header);
+  }
+}
+
+TEST(RecordFiles, SurviveReadingAndWritingUnchanged) {
+  for (int kind = 0; kind < kRecordKinds; ++kind) {
+    const auto of = static_cast<RecordKind>(kind);
+    std::string every_byte;
+    for (int c = 33; c < 256; ++c) {
+      if (c != '"' && c != ';') every_byte += static_cast<char>(c);
+    }
+    const std::string bytes = "; \x81\x8D note\r\n\" 2 " + std::string(record_kind(of).tag) + "\"\r\n" +
+                              quoted({padded("One"), "0.50", "", "a, b", every_byte}) + "\r\n" +
+                              quoted({padded(std::string(30, '\xE4'))}) + "\r\n";
+    const RecordRead read = parse(bytes, of);
+    EXPECT_TRUE(read.short_records.empty());
+    EXPECT_EQ(read.file.table.cell(0, 3), "a, b");
+    EXPECT_EQ(record_file_bytes(read.file, of, CodePage::cp1252), bytes) << kind;
+  }
+}
+
+TEST(RecordFiles, LinesAreReadWhateverSurroundsThem) {
+  const std::string one = quoted({"one", " 1"}), two = quoted({"two"});
+  const struct {
+    const char* what;
+    std::string bytes;
+    int last;
+    std::size_t comments;
+  } cases[] = {
+      {"nothing", "", -1, 0},
+      {"comments only", ";a\r\n;b", -1, 2},
+      {"plain line ends, last line without one", "\" 2 [bullet]\"\n" + one + "\n" + two, 1, 0},
+      {"no header", one + "\r\n" + two + "\r\n", 1, 0},
+      {"header with a wrong count, in the middle", one + "\r\n\" 99 [bullet]\"\r\n" + two + "\r\n", 1, 0},
+      {"tag in other letters is a record", one + "\r\n" + quoted({"[BULLET]"}) + "\r\n", 1, 0},
+      {"empty and blank lines", "\r\n" + one + "\r\n\r\n   \r\n" + two + "\r\n\r\n", 1, 0},
+      {"a semicolon in a field", quoted({"lost", "1;2"}) + "\r\n" + one + "\r\n", 0, 1},
+      {"more than 21 fields", one + ",\"22\",\"23\"\r\n" + two + "\r\n", 1, 0},
+  };
+  for (const auto& c : cases) {
+    const RecordRead read = parse(c.bytes);
+    EXPECT_EQ(read.file.table.last(), c.last) << c.what;
+    EXPECT_EQ(read.file.comments.size(), c.comments) << c.what;
+    EXPECT_TRUE(read.short_records.empty()) << c.what;
+    EXPECT_EQ(read.file.table.cell(-1, 0), "") << c.what;
+    EXPECT_EQ(read.file.table.cell(0, 0), c.last < 0 ? "" : "one") << c.what;
+    EXPECT_EQ(read.file.table.number(0, 1), c.last < 0 ? 0 : 1) << c.what;
+  }
+  // What a semicolon took out of the table stands at the head of the file that is written next.
+  const RecordRead lost = parse(quoted({"lost", "1;2"}) + "\r\n");
+  EXPECT_EQ(record_file_bytes(lost.file, RecordKind::bullets, CodePage::cp1252),
+            quoted({"lost", "1;2"}) + "\r\n\" 0 [bullet]\"\r\n");
+}
+
+TEST(RecordFiles, ShortRecordsAreKeptAndTold) {
+  const RecordRead read =
+      parse(quoted({"good"}) + "\n\"  name  \", \" 2 \",\"3\n" + "no quotes\n" + quoted({"good too"}) + "\n");
+  ASSERT_EQ(read.short_records.size(), 2u);
+  EXPECT_EQ(read.short_records[0].row, 1);
+  EXPECT_EQ(read.short_records[0].name, "name");
+  EXPECT_EQ(read.short_records[0].field, 3);  // its quote is never closed
+  EXPECT_EQ(read.short_records[1].field, 1);
+  EXPECT_EQ(read.file.table.cell(1, 1), "2");
+  EXPECT_EQ(read.file.table.cell(1, 2), "");
+  EXPECT_EQ(read.file.table.cell(3, 0), "good too");
+}
+
+TEST(RecordFiles, ReadingEndsAtTheLimitOfTheKind) {
+  for (const auto& [kind, rows] :
+       {std::pair{RecordKind::powders, 2000}, {RecordKind::primers, 301}, {RecordKind::units, 101}}) {
+    std::string bytes;
+    for (int i = 0; i <= rows; ++i) bytes += quoted({"r" + std::to_string(i)}) + "\r\n";
+    const RecordTable table = parse(bytes, kind).file.table;
+    EXPECT_EQ(table.last(), rows - 1);
+    EXPECT_EQ(table.cell(rows - 1, 0), "r" + std::to_string(rows - 1));
+  }
+}
+
+TEST(RecordFiles, KindIsToldByTheExtension) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"a/x.pro", "pro"},      {"x.PR$", "pro"},        {"x.Bul", "bul"}, {"x.bu$", "bul"},
+      {"x.vol", "vol"},        {"x.VO$", "vol"},        {"x.gun", "gun"}, {"x.gu$", "gun"},
+      {"x.bpw", "bpw"},        {"x.bp$", "bpw"},        {"x.cnv", "cnv"}, {"x.txt", ""},
+      {"NamePrim.txt", "txt"}, {"nameprim.tx$", "txt"}, {"pro", ""},
+  };
+  for (const auto& [path, extension] : cases) {
+    const RecordKindInfo* info = record_kind_of_file(path);
+    EXPECT_STREQ(info ? info->extension : "", extension) << path;
+  }
+}
+
+TEST(RecordFiles, PowdersGetTheirMeanBurnRateAndRange) {
+  EXPECT_EQ(mean_burn_rate(0.735, 1.2, 0.405, 1.5803), " 0.83");
+  // Flat up to the limit, so that each of the seven terms is Ba.
+  EXPECT_EQ(mean_burn_rate(12.3456, 0, 1, 0), " 12.3");
+  // No burn factor: the four points behind z1 (0.25 to 0.4) give nothing; 3 * 0.8 / 7 is 0.3428.
+  EXPECT_EQ(mean_burn_rate(0.8, 0, 0.22, 0), " 0.34");
+  // Ba*b exactly 1 puts the guard's values into both laws: sqrt(1-0.1) = 0.94868 for all seven points.
+  double sum = 0;
+  for (const double x : {0.1, 0.15, 0.2, 0.25, 0.3, 0.35, 0.4})
+    sum += x < 0.22 ? 2 * std::sqrt(1 - x) : std::sqrt(1 - x);
+  const std::string guarded = mean_burn_rate(2, 5, 0.22, 0.5);
+  EXPECT_NEAR(std::stod(guarded), sum / 7, 0.01);
+  for (const double bad : {-100.0, -1e308}) EXPECT_EQ(mean_burn_rate(0.7, bad, 0.4, 1.5), " 0");
+  EXPECT_EQ(mean_burn_rate(1e308, 0, 1, 10), " 0");
+
+  const TempFolder folder;
+  const std::string path =
+      folder.write("p.pro", quoted({"ABC slow", "", "", "", "0.3", "0", "1"}) + "\r\n" +
+                                quoted({"abc bad", "", "", "", "900", "-99", "1"}) + "\r\n" +
+                                quoted({"ABC fast", "", "", "", "0.5", "0", "1"}) + "\r\n");
+  const RecordRead read = read_records(path, RecordKind::powders, CodePage::cp1252);
+  ASSERT_TRUE(read.ok());
+  EXPECT_EQ(read.Ba0_least, 0.3);
+  EXPECT_EQ(read.Ba0_most, 320);
+  EXPECT_EQ(read.file.table.cell(0, 0), "ABC fast");  // within a maker the largest first
+  EXPECT_EQ(read.file.table.cell(0, 20), " 0.5");
+  EXPECT_EQ(read.file.table.cell(2, 20), " 0");
+  EXPECT_NE(record_file_bytes(read.file, RecordKind::powders, CodePage::cp1252).find(",\"0.5\"\r\n"),
+            std::string::npos);
+}
+
+TEST(RecordFiles, CommentsAreCutAndJoined) {
+  const std::string at_blank = std::string(75, 'a') + " " + std::string(74, 'b') + "cd";
+  const auto lines = wrap_comment(at_blank);
+  ASSERT_EQ(lines.size(), 3u);
+  EXPECT_EQ(lines[0], ";" + std::string(75, 'a') + " ");
+  EXPECT_EQ(lines[1], ";" + std::string(74, 'b') + "c");
+  EXPECT_EQ(lines[2], ";d");
+  EXPECT_EQ(join_comments(lines), at_blank);
+
+  EXPECT_TRUE(wrap_comment("").empty());
+  EXPECT_EQ(wrap_comment("a\r\nb\nc"), (std::vector<std::string>{";a\u00ACb\u00ACc"}));
+  EXPECT_EQ(wrap_comment("a;\"b\""), (std::vector<std::string>{";a,'b'"}));
+  const std::string umlauts = [] {
+    std::string text;
+    for (int i = 0; i < 80; ++i) text += "\u00E4";
+    return text;
+  }();
+  EXPECT_EQ(wrap_comment(umlauts)[0].size(), 1u + 2 * 75);  // characters, not bytes
+  for (const std::string& text :
+       {at_blank, umlauts, std::string("one\ntwo\n\nfour "), std::string(300, ' ')}) {
+    EXPECT_EQ(join_comments(wrap_comment(text)), text);
+  }
+  const TempFolder folder;
+  EXPECT_EQ(read_comment(folder.write("c.bul",
+                                      ";one\xAC"
+                                      "two\r\n" +
+                                          quoted({"r"}) + "\r\n; [bullet]\r\n"),
+                         CodePage::cp1252),
+            "one\ntwo [bullet]");
+  EXPECT_EQ(read_comment(folder.path() + "none.bul", CodePage::cp1252), "");
+}
+
+TEST(RecordFiles, WritingKeepsTheFormerFileAsBackup) {
+  const TempFolder folder;
+  const std::string old = "old file\r\n";
+  const std::string path = folder.write("My.BUL", old);
+  RecordFile file;
+  file.table.rows.resize(1);
+  file.table.rows[0][0] = "new";
+  ASSERT_EQ(write_records(path, file, RecordKind::bullets, CodePage::cp1252), kNoFailure);
+  const std::string bytes = record_file_bytes(file, RecordKind::bullets, CodePage::cp1252);
+  EXPECT_EQ(folder.read("My.BUL"), bytes);
+  EXPECT_EQ(folder.read("My.bu$"), old);
+  // A backup that was opened as the data file does not become its own backup.
+  file.comments = {";again"};
+  ASSERT_EQ(write_records(folder.path() + "My.bu$", file, RecordKind::bullets, CodePage::cp1252), kNoFailure);
+  EXPECT_EQ(folder.read("My.bu$"), ";again\r\n" + bytes);
+  // No backup of black powders.
+  folder.write("b.bpw", old);
+  ASSERT_EQ(write_records(folder.path() + "b.bpw", file, RecordKind::black_powders, CodePage::cp1252), 0);
+  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.path()), {}), 3);
+}
+
+TEST(RecordFiles, FailuresAreToldAndLeaveTheOldFile) {
+  const TempFolder folder;
+  EXPECT_EQ(read_records(folder.path() + "none.bul", RecordKind::bullets, CodePage::cp1252).failure,
+            kFileNotFound);
+  EXPECT_NE(read_records(folder.path(), RecordKind::bullets, CodePage::cp1252).failure, kNoFailure);
+  EXPECT_EQ(write_records(folder.path() + "none/x.bul", {}, RecordKind::bullets, CodePage::cp1252),
+            kFolderNotFound);
+  std::filesystem::create_directory(folder.path() + "a.bul");
+  EXPECT_NE(write_records(folder.path() + "a.bul", {}, RecordKind::bullets, CodePage::cp1252), kNoFailure);
+  if (geteuid() == 0) return;  // nothing is read-only for root
+  const std::string path = folder.write("ro/x.bul", "old");
+  std::filesystem::permissions(folder.path() + "ro", std::filesystem::perms(0555));
+  EXPECT_EQ(write_records(path, {}, RecordKind::bullets, CodePage::cp1252), kPermissionDenied);
+  EXPECT_EQ(folder.read("ro/x.bul"), "old");
+  std::filesystem::permissions(folder.path() + "ro", std::filesystem::perms(0755));
+}
+
+TEST(RecordTables, RecordsArePutErasedAndFound) {
+  RecordTable table;
+  Record record;
+  record[0] = "  a;\"b\" ";
+  record[1] = "1\r\n2";
+  EXPECT_EQ(put_record(table, record, RecordKind::units), 0);
+  EXPECT_EQ(table.cell(0, 0), padded("a,'b'"));
+  EXPECT_EQ(table.cell(0, 1), "1  2");
+  record[2] = "two";
+  EXPECT_EQ(put_record(table, record, RecordKind::units), 0);  // the same name: replaced
+  EXPECT_EQ(table.last(), 0);
+  for (int i = 1; i <= 100; ++i) {
+    record[0] = "n" + std::to_string(i);
+    EXPECT_EQ(put_record(table, record, RecordKind::units), i);
+  }
+  record[0] = "one too many";
+  EXPECT_EQ(put_record(table, record, RecordKind::units), -1);
+  EXPECT_EQ(table.last(), 100);
+  EXPECT_EQ(table.find(" n7"), 7);
+  EXPECT_TRUE(erase_record(table, 7));
+  EXPECT_EQ(table.find("n7"), -1);
+  EXPECT_EQ(table.find("n8"), 7);
+  for (const int none : {-1, 100}) EXPECT_FALSE(erase_record(table, none));
+  EXPECT_EQ(table.last(), 99);
+  // A record whose text is the header's tag is still a record when it is read again.
+  RecordFile file;
+  file.table.rows.resize(1);
+  file.table.rows[0][0] = "my [bullet]";
+  EXPECT_EQ(parse(record_file_bytes(file, RecordKind::bullets, CodePage::cp1252)).file.table.cell(0, 0),
+            "my (bullet]");
+}
+
+TEST(RecordTables, CollectTakesTheFirstOfAName) {
+  RecordTable a, b, result;
+  for (const char* calibre : {".308", ".3085", ".312", "x"}) {
+    Record record;
+    record[bullet_field::name] = std::string("bullet ") + calibre;
+    record[bullet_field::buldin] = calibre;
+    a.rows.push_back(record);
+    record[bullet_field::name] = "  bullet " + std::string(calibre);
+    record[1] = "second";
+    b.rows.push_back(record);
+  }
+  EXPECT_EQ(rows_near(a, bullet_field::buldin, 0.308, 0.001), (std::vector<int>{0, 1}));
+  EXPECT_EQ(rows_near(a, bullet_field::buldin, 0.308, 0), (std::vector<int>{0}));
+  collect_records(result, a, RecordKind::bullets, 0.308, 0.001);
+  collect_records(result, b, RecordKind::bullets, 0.308, 0.01);
+  ASSERT_EQ(result.last(), 2);
+  EXPECT_EQ(result.cell(0, 1), "");
+  EXPECT_EQ(result.cell(2, 1), "second");
+}
+
+TEST(RecordTables, PiecesOfTheBoreField) {
+  const std::string field = ".308\u00A6 .300\u00A6\u00A64 x\u00A6";
+  const char* pieces[] = {".308", ".300", "", "4 x", "", ""};
+  for (int i = 0; i < 6; ++i) EXPECT_EQ(bore_piece(field, i), pieces[i]);
+  EXPECT_EQ(bore_piece(std::string("a\0b\u00A6c", 6), 0), "a");
+  EXPECT_EQ(bore_piece("", 0), "");
+}

@@ -1,0 +1,142 @@
+#include <gtest/gtest.h>
+
+#include "data/settings_keys.h"
+#include "temp_folder.h"
+#include "text/number.h"
+
+using namespace tv;
+using tv_test::TempFolder;
+
+namespace {
+
+std::string value_of(const OptionKey& key, const Options& options) {
+  if (key.text) return options.*key.text;
+  if (key.real) return general(options.*key.real);
+  if (key.whole) return std::to_string(options.*key.whole);
+  return options.*key.flag ? "true" : "false";
+}
+
+void expect_same(const Options& a, const Options& b) {
+  for (const OptionKey& key : option_keys()) EXPECT_EQ(value_of(key, a), value_of(key, b)) << key.key;
+}
+
+Options read(const std::string& bytes) {
+  Options options;
+  read_options(SectionedFile(bytes), options);
+  return options;
+}
+
+}  // namespace
+
+TEST(Settings, SurviveAndKeepWhatIsNotTheirs) {
+  Options options;
+  int n = 0;
+  for (const OptionKey& key : option_keys()) {
+    ++n;
+    if (key.text)
+      options.*key.text =
+          "Text " + std::to_string(n) + (key.form == OptionForm::path ? "\xC3\xA4\xE4/." : " \u00E4");
+    if (key.real) options.*key.real += 0.1 * n / 7;
+    if (key.whole && key.most > 1) options.*key.whole += n % 3;
+    if (key.flag) options.*key.flag = !(options.*key.flag);
+  }
+  SectionedFile file("; mine\r\n[other]\r\nx=1\r\n");
+  write_options(options, file);
+  EXPECT_TRUE(
+      file.bytes().starts_with("; mine\r\n[other]\r\nx=1\r\n[constants]\r\npri_font_nam=Text 1 \xE4\r\n"));
+  expect_same(read(file.bytes()), options);
+  const std::string once = file.bytes();
+  write_options(options, file);
+  EXPECT_EQ(file.bytes(), once);
+  EXPECT_NE(once.find("\r\natiles=True\r\n"), std::string::npos);
+  EXPECT_NE(once.find("\r\nintro_off=-1\r\n"), std::string::npos);
+  EXPECT_NE(once.find("\r\ntoltip=0\r\n"), std::string::npos);
+}
+
+TEST(Settings, NothingOrNonsenseGivesTheDefaults) {
+  expect_same(read(""), Options());
+  std::string nonsense;
+  for (const char* key :
+       {"pritopcm=0", "prileftcm=-1", "prirightcm=x", "scrsiz=0", "tabsiz=-3", "filcnt=1E9", "ldstep=0",
+        "batols=0", "wisizx=5000", "wisizy=99999", "srchtl=-1", "scrfon=", "graf_x=-2"}) {
+    nonsense += std::string(key) + "\n";
+  }
+  expect_same(
+      read("[constants]\npri_font_siz=0\n[tiphelp]\ntipwid=0\ntiptim=-1\n[metrics]\nmaxtab=0\nveltab=-5\n"
+           "[startup]\n" +
+           nonsense),
+      Options());
+}
+
+TEST(Settings, AreReadInAllTheirForms) {
+  const Options o = read(
+      "[konstanten]\nPRI_FONT_SIZ=11\npri_font_nam=arial "
+      "Narrow\n[abmessungen]\nveltab=600\n[startup]\nsymbol=False\x01\n"
+      "atiles=True\nmetyes=0\nmpayes=1\nsortvol=true\nprofil=data\\powders\\mine.\nwisizx=999\nwisizy=16056\n"
+      "form1l=-99999\ngrftyp=-3\ntabfon=\" ????? \"\nexcel_yes=0\n");
+  EXPECT_EQ(o.pri_font_siz, 11);
+  EXPECT_EQ(o.pri_font_nam, "Arial Narrow");
+  EXPECT_EQ(o.veltab, 600);
+  EXPECT_FALSE(o.symbol);
+  EXPECT_TRUE(o.atiles);
+  EXPECT_FALSE(o.metyes);
+  EXPECT_TRUE(o.sortvol);
+  EXPECT_FALSE(o.excel_yes);
+  EXPECT_EQ(o.profil, "data/powders/mine.");
+  EXPECT_EQ(o.wisizx, 0);
+  EXPECT_EQ(o.wisizy, 16056);
+  EXPECT_EQ(o.form1l, "-99999");
+  EXPECT_EQ(o.grftyp, -3);
+  EXPECT_EQ(o.tabfon, " ????? ");
+  Options options;
+  EXPECT_TRUE(read_options(SectionedFile("[konstanten]\npri_font_siz=9\n"), options));
+  EXPECT_FALSE(
+      read_options(SectionedFile("[konstanten]\npri_font_siz=9\n[constants]\npri_font_siz=8\n"), options));
+  for (const char* yes : {"t", "True", " -1", "1", "2x"}) EXPECT_TRUE(read_flag(yes)) << yes;
+  for (const char* no : {"", "0", "False", "x", " "}) EXPECT_FALSE(read_flag(no)) << no;
+}
+
+TEST(Settings, ValuesMadeAnewDoNotComeBackFromFormerSections) {
+  SectionedFile file("[konstanten]\npri_font_siz=11\n");
+  Options options;
+  write_options(options, file);
+  EXPECT_EQ(file.get("konstanten", "pri_font_siz"), "");
+  EXPECT_EQ(read(file.bytes()).pri_font_siz, 8);
+}
+
+TEST(DataRoot, IsTheFirstPlaceWithSettings) {
+  const TempFolder folder;
+  const std::string& at = folder.path();
+  PlaceHints hints{at + "opt/Shooter", at + "docs", {at + "shared1", at + "shared2/"}, ""};
+  std::filesystem::create_directories(hints.program_folder);
+  EXPECT_EQ(find_data_root(hints).root, at + "opt/Shooter/");
+  folder.write("shared2/Shooter/ternofw.set", "");
+  EXPECT_EQ(find_data_root(hints).root, at + "shared2/Shooter/");
+  folder.write("shared1/Shooter/ternofw.set", "");
+  EXPECT_EQ(find_data_root(hints).root, at + "shared1/Shooter/");
+  folder.write("docs/Shooter/TERNOFW.SET", "");
+  EXPECT_EQ(find_data_root(hints).root, at + "docs/Shooter/");
+  hints.program_folder = at + "usr/bin/";  // shared by all programs: the name is ours
+  folder.write("docs/ternovale/ternofw.set", "");
+  EXPECT_EQ(find_data_root(hints).root, at + "docs/ternovale/");
+}
+
+TEST(DataRoot, LiesInTheDocumentsIfTheProgramsFolderIsReadOnly) {
+  PlaceHints hints{"/proc/sys/ternovale", "/nowhere/docs", {}, ""};
+  EXPECT_EQ(find_data_root(hints).root, "/nowhere/docs/ternovale/");
+  hints.documents.clear();
+  EXPECT_EQ(find_data_root(hints).root, "/proc/sys/ternovale/");
+}
+
+TEST(DataRoot, KnowsWhereTheDeliveredFilesLie) {
+  const TempFolder folder;
+  const std::string& at = folder.path();
+  PlaceHints hints{at + "usr/bin", at + "docs", {at + "usr/share"}, ""};
+  std::filesystem::create_directories(hints.program_folder);
+  EXPECT_EQ(find_data_root(hints).delivered, find_data_root(hints).root);
+  folder.write("usr/share/ternovale/lan/x.lan", "");
+  EXPECT_TRUE(std::filesystem::equivalent(find_data_root(hints).delivered, at + "usr/share/ternovale"));
+  folder.write("build/lan/x.lan", "");
+  hints.build_share = at + "build";
+  EXPECT_EQ(find_data_root(hints).delivered, at + "build/");
+}
