@@ -47,7 +47,8 @@ void SectionedFile::index() {
 std::size_t SectionedFile::index_line(std::size_t begin, Section*& current) {
   const std::size_t feed = std::min(bytes_.find('\n', begin), bytes_.size());
   const std::size_t next = std::min(feed + 1, bytes_.size());
-  const bool pair = feed < bytes_.size() && feed > begin && bytes_[feed - 1] == '\r';
+  // Also at the end of a file, which may have been cut within its last line end.
+  const bool pair = feed > begin && bytes_[feed - 1] == '\r';
   const std::size_t end = pair ? feed - 1 : feed;
   const std::string_view line = std::string_view(bytes_).substr(begin, end - begin);
   const std::string_view text = trim(line);
@@ -130,10 +131,13 @@ std::string SectionedFile::get_bytes(std::string_view section, std::string_view 
 }
 
 void SectionedFile::set(std::string_view section, std::string_view key, std::string_view value) {
+  if (has_key(section, key) && get(section, key) == value) return;
   set_bytes(section, key, from_utf8(breaks_to_marks(value), page_));
 }
 
 void SectionedFile::set_bytes(std::string_view section, std::string_view key, std::string_view bytes) {
+  const Value* old = find(section, key);
+  if (old && get_bytes(section, key) == bytes) return;
   std::string value(bytes.substr(0, bytes.find('\0')));
   std::replace_if(
       value.begin(), value.end(), [](char c) { return c == '\r' || c == '\n'; }, '\xAC');
@@ -162,7 +166,9 @@ void SectionedFile::add_key(std::string_view section, std::string_view line) {
   const Section* in = find(section);
   const std::size_t place = in ? in->end : bytes_.size();
   std::string added;
-  if (place > 0 && bytes_[place - 1] != '\n' && bytes_ != kByteOrderMark) added += end;
+  if (place > 0 && bytes_[place - 1] != '\n' && bytes_ != kByteOrderMark) {
+    added += bytes_[place - 1] == '\r' ? "\n" : end;
+  }
   if (!in) added += "[" + from_utf8(section, page_) + "]" + end;
   added += line;
   bytes_.insert(place, added + end);

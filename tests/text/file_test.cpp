@@ -1,0 +1,230 @@
+#include "text/file.h"
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <filesystem>
+#include <string>
+
+#include "text/file_calls.h"
+#include "text/scratch.h"
+
+namespace tv {
+namespace {
+
+namespace fs = std::filesystem;
+
+int count_files(const std::string& folder) {
+  int n = 0;
+  for ([[maybe_unused]] const auto& entry : fs::directory_iterator(folder)) ++n;
+  return n;
+}
+
+TEST(WriteFile, KeepsBackupModeAndLinks) {
+  Scratch at;
+  const std::string file = at / "a.dat", backup = at / "a.bak", link = at / "link.dat";
+  const std::string bytes("one\0\r\n\xFF", 7);
+  ASSERT_EQ(write_file(file, bytes, backup), kNoFailure);
+  EXPECT_EQ(read_file(file).bytes, bytes);
+  EXPECT_FALSE(file_exists(backup));
+  ASSERT_EQ(chmod(file.c_str(), 0640), 0);
+  ASSERT_EQ(symlink("a.dat", link.c_str()), 0);
+  for (const char* text : {"two", "three", ""}) {
+    const std::string before = read_file(file).bytes;
+    ASSERT_EQ(write_file(link, text, backup), kNoFailure);
+    EXPECT_EQ(read_file(file).bytes, text);
+    EXPECT_EQ(read_file(backup).bytes, before);
+  }
+  EXPECT_TRUE(fs::is_symlink(link));
+  struct stat info;
+  ASSERT_EQ(stat(file.c_str(), &info), 0);
+  EXPECT_EQ(info.st_mode & 07777, 0640u);
+  EXPECT_EQ(write_file(file, "four", file), kNoFailure);  // a backup of the same name is none
+  EXPECT_EQ(read_file(file).bytes, "four");
+  EXPECT_EQ(count_files(at.path()), 3);
+}
+
+TEST(WriteFile, NamesTheFailure) {
+  Scratch at;
+  ASSERT_EQ(write_file(at / "a.dat", "x"), kNoFailure);
+  EXPECT_EQ(write_file(at / "none/a.dat", "x"), kFolderNotFound);
+  EXPECT_EQ(write_file(at / "a.dat/b.dat", "x"), kFolderNotFound);
+  EXPECT_EQ(write_file(at.path(), "x"), kFileError);
+  EXPECT_EQ(write_file("/dev/null", "x"), kFileError);
+  ASSERT_EQ(symlink("round", (at / "round").c_str()), 0);
+  EXPECT_NE(write_file(at / "round", "x"), kNoFailure);
+  EXPECT_EQ(read_file(at / "none.dat").failure, kFileNotFound);
+  EXPECT_EQ(read_file(at / "none/a.dat").failure, kFolderNotFound);
+  EXPECT_EQ(read_file(at.path()).failure, kFileError);
+  EXPECT_EQ(read_file("/dev/zero").failure, kFileError);
+  ASSERT_EQ(mkfifo((at / "pipe").c_str(), 0600), 0);
+  EXPECT_EQ(read_file(at / "pipe").failure, kFileError);
+  EXPECT_EQ(make_folders(at / "a.dat/b"), kFolderNotFound);
+  EXPECT_EQ(make_folders(at / "b/c/d"), kNoFailure);
+  EXPECT_EQ(make_folders(at / "b/c/d"), kNoFailure);
+  EXPECT_TRUE(folder_exists(at / "b/c/d"));
+  if (geteuid() == 0) return;  // nothing is forbidden to root
+  ASSERT_EQ(chmod((at / "a.dat").c_str(), 0400), 0);
+  EXPECT_EQ(write_file(at / "a.dat", "y"), kPermissionDenied);
+  EXPECT_EQ(read_file(at / "a.dat").bytes, "x");
+}
+
+// Calls that fail at a chosen place: once, or as if the program had ended there.
+struct Fault {
+  int at = 0;  // counted from 1, 0 for none
+  int error = EIO;
+  bool ends = false;
+  int calls = 0;
+
+  bool hits() {
+    ++calls;
+    if (!at || calls < at || (calls > at && !ends)) return false;
+    errno = error;
+    return true;
+  }
+};
+
+Fault fault;
+
+// A failing write leaves half of its bytes.
+ssize_t faulty_write(int file, const void* bytes, std::size_t count) {
+  const bool dead = fault.ends && fault.at && fault.calls >= fault.at;
+  if (!fault.hits()) return system_calls().write(file, bytes, (count + 1) / 2);
+  if (!dead && system_calls().write(file, bytes, count / 2) < 0) return -1;
+  errno = fault.error;
+  return -1;
+}
+
+FileCalls faulty_calls() {
+  return {
+      [](const char* path) { return fault.hits() ? -1 : system_calls().create(path); },
+      faulty_write,
+      [](int file, mode_t mode) { return fault.hits() ? -1 : system_calls().change_mode(file, mode); },
+      [](int file) { return fault.hits() ? -1 : system_calls().sync(file); },
+      [](int file) {
+        const int closed = system_calls().close(file);
+        return fault.hits() ? -1 : closed;
+      },
+      [](const char* from, const char* to) { return fault.hits() ? -1 : system_calls().link(from, to); },
+      [](const char* from, const char* to) { return fault.hits() ? -1 : system_calls().rename(from, to); },
+      [](const char* path) { return fault.hits() ? -1 : system_calls().remove(path); }};
+}
+
+constexpr const char* kOld = "the former content, whole";
+constexpr const char* kNew = "the new content, whole as well, and longer";
+
+// Writes over a file at a place with a backup; the fault strikes at its step.
+int write_with(const Fault& chosen, const std::string& file, const std::string& backup) {
+  EXPECT_EQ(write_file(file, "older"), kNoFailure);
+  EXPECT_EQ(write_file(file, kOld, backup), kNoFailure);
+  fault = chosen;
+  return write_file(file, kNew, backup, faulty_calls());
+}
+
+TEST(WriteFile, FailingAtAnyStepLeavesTheOldFileOrTheNewOne) {
+  Scratch at;
+  const std::string file = at / "a.dat", backup = at / "a.bak";
+  ASSERT_EQ(write_with({}, file, backup), kNoFailure);
+  const int steps = fault.calls;
+  ASSERT_GT(steps, 10);
+  for (bool ends : {false, true}) {
+    for (int step = 1; step <= steps; ++step) {
+      Scratch folder;
+      const std::string target = folder / "a.dat", kept = folder / "a.bak";
+      const int failure = write_with({step, EIO, ends}, target, kept);
+      const std::string found = read_file(target).bytes;
+      SCOPED_TRACE(testing::Message() << "step " << step << (ends ? ", program ended" : ""));
+      EXPECT_EQ(found, failure ? kOld : kNew);
+      const FileRead former = read_file(kept);
+      if (!former.failure) {
+        EXPECT_TRUE(former.bytes == "older" || former.bytes == kOld);
+      }
+      if (!ends) {
+        EXPECT_LE(count_files(folder.path()), 2) << "a temporary file is left";
+      }
+    }
+  }
+}
+
+TEST(WriteFile, MapsTheSystemsErrors) {
+  Scratch at;
+  const struct {
+    int error, failure;
+  } cases[] = {{ENOSPC, kDiskFull},        {EDQUOT, kDiskFull}, {EACCES, kPermissionDenied},
+               {EROFS, kPermissionDenied}, {EIO, kFileError},   {EPERM, kPermissionDenied}};
+  for (const auto& c : cases) {
+    EXPECT_EQ(write_with({2, c.error}, at / "a.dat", {}), c.failure);
+    EXPECT_EQ(read_file(at / "a.dat").bytes, kOld);
+  }
+}
+
+// File systems without hard links: the backup is a copy.
+TEST(WriteFile, CopiesTheBackupWhereLinksAreUnknown) {
+  Scratch at;
+  ASSERT_EQ(write_file(at / "a.dat", kOld), kNoFailure);
+  FileCalls calls = system_calls();
+  calls.link = [](const char*, const char*) {
+    errno = EPERM;
+    return -1;
+  };
+  ASSERT_EQ(write_file(at / "a.dat", kNew, at / "a.bak", calls), kNoFailure);
+  EXPECT_EQ(read_file(at / "a.dat").bytes, kNew);
+  EXPECT_EQ(read_file(at / "a.bak").bytes, kOld);
+  EXPECT_EQ(count_files(at.path()), 2);
+}
+
+TEST(ResolvePath, FindsNamesThatDifferInCase) {
+  Scratch at;
+  for (const char* folder : {"data", "Data", "Data/Powders"}) ASSERT_EQ(make_folders(at / folder), 0);
+  for (const char* name : {"data/exact.DAT", "Data/Powders/Ünder.pro", "data/Two.x", "data/tWO.x"}) {
+    ASSERT_EQ(write_file(at / name, "x"), 0);
+  }
+  const struct {
+    const char *asked, *found;
+  } cases[] = {
+      {"data/exact.DAT", "data/exact.DAT"},
+      {"data\\exact.dat", "data/exact.DAT"},
+      {"DATA\\EXACT.dat", "data/exact.DAT"},
+      {"data/powders/ÜNDER.PRO", "Data/Powders/Ünder.pro"},  // the other folder holds it
+      {"data/two.x", "data/Two.x"},
+      {"data/none.x", "data/none.x"},
+      {"Data", "Data"},
+      {"../none", "../none"},
+  };
+  for (const auto& c : cases) {
+    EXPECT_EQ(resolve_path(at.path(), c.asked), at / c.found);
+    EXPECT_EQ(resolve_path(at.path().substr(0, at.path().size() - 1), c.asked), at / c.found);
+  }
+  EXPECT_EQ(resolve_path("/none", at / "DATA/Exact.dat"), at / "data/exact.DAT");
+}
+
+TEST(FilesIn, FitsPatternsWithoutCase) {
+  Scratch at;
+  for (const char* name : {"b.BUL", "a.bul", "c.pro", "Ternofw.bul", "plain", ".hidden.bul"}) {
+    ASSERT_EQ(write_file(at / name, "x"), 0);
+  }
+  ASSERT_EQ(make_folders(at / "folder.bul"), 0);
+  using Names = std::vector<std::string>;
+  EXPECT_EQ(files_in(at.path(), "*.bul"), (Names{"Ternofw.bul", "a.bul", "b.BUL"}));
+  EXPECT_EQ(files_in(at.path(), "TERNO*.b*"), Names{"Ternofw.bul"});
+  EXPECT_EQ(files_in(at.path(), "c.pro"), Names{"c.pro"});
+  EXPECT_EQ(files_in(at.path(), "*.*").size(), 5u);
+  EXPECT_EQ(files_in(at.path(), "*l*l"), Names{});
+  EXPECT_TRUE(files_in(at / "none", "*").empty());
+}
+
+TEST(FileNames, AreTakenApart) {
+  EXPECT_EQ(file_folder("data/x/a.dat"), "data/x/");
+  EXPECT_EQ(file_folder("a.dat"), "");
+  EXPECT_EQ(file_name_only("data/x/a.b.dat"), "a.b.dat");
+  EXPECT_EQ(file_stem("data.d/ternofw."), "ternofw");
+  EXPECT_EQ(file_stem("data.d/name"), "name");
+  EXPECT_EQ(file_extension("data.d/name"), "");
+  EXPECT_EQ(file_extension("a.b.Dat"), "DAT");
+  EXPECT_TRUE(file_has_extension("a.DaT", "dat"));
+}
+
+}  // namespace
+}  // namespace tv

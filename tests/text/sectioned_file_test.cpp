@@ -1,0 +1,185 @@
+#include "text/sectioned_file.h"
+
+#include <gtest/gtest.h>
+
+#include <map>
+#include <random>
+#include <string>
+
+#include "text/file.h"
+#include "text/scratch.h"
+
+namespace tv {
+namespace {
+
+TEST(SectionedFile, ReadsByTheRules) {
+  const std::string bytes =
+      "\xEF\xBB\xBFstray=0\r\n"
+      "[ Startup ] rest\r\n"
+      ";lanfile=comment\r\n"
+      "  LanFile \t=  lan\\tn_english.lan \t\r\n"
+      "lanfile=second\r\n"
+      "quoted=\"  kept  \"\r\n"
+      "twice=\"\"x\"\"\n"
+      "one=\"\n"
+      "half=\"abc\n"
+      "equals=a=b;c\n"
+      "empty=\n"
+      "=nokey\n"
+      "unknown line\n"
+      "[broken=1\n"
+      "umlaut\xE4=Gr\xF6\xDF"
+      "e\n"
+      "[metrics]\n"
+      "a=1\n"
+      "[STARTUP]\n"
+      "late=never seen\n"
+      "[last]\r\n"
+      "noend=here";
+  const SectionedFile file(bytes);
+  const struct {
+    const char *section, *key, *value;
+  } cases[] = {
+      {"startup", "lanfile", "lan\\tn_english.lan"},
+      {"STARTUP", "QUOTED", "  kept  "},
+      {"startup", "twice", "\"x\""},
+      {"startup", "one", "\""},
+      {"startup", "half", "\"abc"},
+      {"startup", "equals", "a=b;c"},
+      {"startup", "empty", ""},
+      {"startup", "umlautÄ", "Größe"},
+      {"startup", "late", ""},
+      {"startup", "stray", ""},
+      {"startup", ";lanfile", ""},
+      {"startup", "[broken", ""},
+      {"metrics", "a", "1"},
+      {"last", "noend", "here"},
+      {"none", "a", ""},
+  };
+  for (const auto& c : cases) EXPECT_EQ(file.get(c.section, c.key), c.value) << c.key;
+  EXPECT_EQ(file.get2("none", "metrics", "a"), "1");
+  EXPECT_EQ(file.get2("startup", "metrics", "empty"), "");
+  EXPECT_TRUE(file.has_key("startup", "empty"));
+  EXPECT_FALSE(file.has_key("startup", "late"));
+  EXPECT_TRUE(file.has_section("LAST"));
+  EXPECT_EQ(file.sections(), (std::vector<std::string>{"Startup", "metrics", "last"}));
+  EXPECT_EQ(file.keys("metrics"), std::vector<std::string>{"a"});
+  EXPECT_EQ(SectionedFile(std::string("[s]\nnul=ab\0cd\n", 14)).get("s", "nul"), "ab");
+}
+
+TEST(SectionedFile, CutsAValueAt512Characters) {
+  SectionedFile file("[s]\r\nlong=\"" + std::string(600, '\xE4') + "\"\r\n");
+  EXPECT_EQ(file.get_bytes("s", "long"), std::string(512, '\xE4'));
+  EXPECT_EQ(length(file.get("s", "long")), 512u);
+}
+
+TEST(SectionedFile, ChangesOnlyWhatIsSet) {
+  const struct {
+    const char *before, *section, *key, *value, *after;
+  } cases[] = {
+      {"", "s", "k", "v", "[s]\r\nk=v\r\n"},
+      {"\xEF\xBB\xBF", "s", "k", "v", "\xEF\xBB\xBF[s]\r\nk=v\r\n"},
+      {"[s]\nK  =  old  \n", "S", "k", "new", "[s]\nK  =  new\n"},
+      {"[s]\nk=\"v\"  \n", "s", "k", "v", "[s]\nk=\"v\"  \n"},
+      {"[s]\r\nk=old\r\nk=second\r\n", "s", "k", "n", "[s]\r\nk=n\r\nk=second\r\n"},
+      {"[s]\na=1\n;note\n\n\n[t]\nb=2\n", "s", "k", "v", "[s]\na=1\n;note\nk=v\n\n\n[t]\nb=2\n"},
+      {"[s]\r\na=1", "s", "k", "v", "[s]\r\na=1\r\nk=v\r\n"},
+      {"[s]\na=1", "t", "k", "v", "[s]\na=1\n[t]\nk=v\n"},
+      {"rubbish", "s", "k", "v", "rubbish\r\n[s]\r\nk=v\r\n"},
+      {"[s]", "s", "k", "v", "[s]\r\nk=v\r\n"},
+      {"[s]\na=1\n[t]\n[s]\nk=old\n", "s", "k", "v", "[s]\na=1\nk=v\n[t]\n[s]\nk=old\n"},
+      {"[s]\nk=v", "s", "k", "", "[s]\nk="},
+      {"[s]\nk=1\n", "s", "k", " 7 ", "[s]\nk=\" 7 \"\n"},
+      {"[s]\nk=1\n", "s", "k", "\"7\"", "[s]\nk=\"\"7\"\"\n"},
+      {"[s]\nk=1\n", "s", "k", "a\r\nb\n[t]\rc",
+       "[s]\nk=a\xAC"
+       "b\xAC[t]\xAC"
+       "c\n"},
+      {"[s]\nk=1\n", "s", "k", "Größe Ж",
+       "[s]\nk=Gr\xF6\xDF"
+       "e ?\n"},
+      {"[s]\nk=1\n", "s", "a=b", "v", "[s]\nk=1\n"},
+      {"[s]\nk=1\n", "s", "", "v", "[s]\nk=1\n"},
+      {"[s]\nk=1\n", "s]", "k", "v", "[s]\nk=1\n"},
+      {"[s]\nk=1\n", "s", ";k", "v", "[s]\nk=1\n"},
+  };
+  for (const auto& c : cases) {
+    SectionedFile file(c.before);
+    file.set(c.section, c.key, c.value);
+    EXPECT_EQ(file.bytes(), c.after) << c.before;
+  }
+}
+
+TEST(SectionedFile, PathsStayTheBytesTheyAre) {
+  SectionedFile file("", CodePage::cp1251);
+  file.set_bytes("startup", "labfil", "/home/jörg/\xFFÄ\xAC/Пример");
+  EXPECT_EQ(file.get_bytes("startup", "labfil"), "/home/jörg/\xFFÄ\xAC/Пример");
+}
+
+// Lines as they come from people, editors and accidents.
+std::string random_bytes(std::mt19937& random, int lines) {
+  const std::string pieces[] = {"[a]",  "[B]",  "[",    "]",    "k1",  "K1",          "k2",
+                                "=",    "==",   " ",    "\t",   ";",   "\"",          "\r",
+                                "\x81", "\xE4", "text", "\xAC", "1.5", "\xEF\xBB\xBF"};
+  const std::string ends[] = {"\n", "\r\n", "\r\n", "\r", "\n\n", ""};
+  std::string bytes;
+  for (int line = 0; line < lines; ++line) {
+    const auto n = random() % 6;
+    for (unsigned i = 0; i < n; ++i) bytes += pieces[random() % std::size(pieces)];
+    bytes += ends[random() % std::size(ends)];
+  }
+  return bytes;
+}
+
+TEST(SectionedFile, KeepsEveryOtherValueAndByte) {
+  std::mt19937 random(4711);
+  const std::string sections[] = {"a", "b", "new"}, keys[] = {"k1", "k2", "text"};
+  for (int round = 0; round < 5000; ++round) {
+    SectionedFile file(random_bytes(random, 12));
+    std::map<std::pair<std::string, std::string>, std::string> values;
+    for (const auto& s : sections) {
+      for (const auto& k : keys) values[{s, k}] = file.get_bytes(s, k);
+    }
+    const std::string before = file.bytes();
+    for (const auto& [name, value] : values) {
+      if (file.has_key(name.first, name.second)) file.set_bytes(name.first, name.second, value);
+    }
+    ASSERT_EQ(file.bytes(), before) << "values written as they were";
+
+    const std::string &section = sections[random() % 3], &key = keys[random() % 3];
+    const bool known = file.has_key(section, key);
+    const std::string value = " new \x81 value ";
+    file.set_bytes(section, key, value);
+    values[{section, key}] = value;
+    for (const auto& [name, expected] : values) {
+      ASSERT_EQ(file.get_bytes(name.first, name.second), expected) << name.first << " " << name.second;
+    }
+    ASSERT_EQ(SectionedFile(file.bytes()).get_bytes(section, key), value);
+    // What stands before and behind the change is as it was.
+    const std::string& after = file.bytes();
+    const std::size_t at = after.find(value) - 1;
+    const std::string_view behind = std::string_view(after).substr(at + value.size() + 2);
+    ASSERT_TRUE(
+        before.ends_with(known || behind.empty() ? behind : behind.substr(behind[0] == '\r' ? 2 : 1)));
+    if (known) {
+      ASSERT_TRUE(before.starts_with(after.substr(0, at)));
+    }
+  }
+}
+
+TEST(Settings, GoToTheFileEachTime) {
+  Scratch at;
+  const std::string file = at / "ternofw.set";
+  const CodePage page = CodePage::cp1252;
+  EXPECT_EQ(settings_read("startup", "tiptim", file, page), "");
+  ASSERT_EQ(settings_write("startup", "tiptim", "0.5", file, page), kNoFailure);
+  ASSERT_EQ(settings_write("konstanten", "old", "9", file, page), kNoFailure);
+  EXPECT_EQ(settings_read("STARTUP", "TIPTIM", file, page), "0.5");
+  EXPECT_EQ(settings_read2("constants", "konstanten", "old", file, page), "9");
+  EXPECT_EQ(read_file(file).bytes, "[startup]\r\ntiptim=0.5\r\n[konstanten]\r\nold=9\r\n");
+  EXPECT_EQ(settings_write("s", "k", "v", at / "none/x.set", page), kFolderNotFound);
+  EXPECT_EQ(settings_write("s", "k", "v", at.path(), page), kFileError);
+}
+
+}  // namespace
+}  // namespace tv
