@@ -1,6 +1,5 @@
 #include "text/language.h"
 
-
 #include "text/file.h"
 
 namespace tv {
