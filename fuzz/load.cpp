@@ -16,10 +16,11 @@ struct Load {
   tv::LoadData data;
 };
 
+// A lone carriage return inside a line is a line break once it was written.
 std::string text_of(const Load& load) {
   std::string text;
   for (const tv::LoadKey& key : tv::load_keys()) {
-    text += tv::load_value_text(key, load.state, load.data) + '\n';
+    text += tv::breaks_to_marks(tv::load_value_text(key, load.state, load.data)) + '\n';
   }
   return text;
 }

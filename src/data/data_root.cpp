@@ -51,7 +51,7 @@ DataRoots find_data_root(const PlaceHints& hints) {
   const std::string program = with_slash(hints.program_folder);
   const std::string name = folder_name(program);
   DataRoots roots;
-  roots.root = find_root(program, name, hints);
+  roots.root = hints.root.empty() ? find_root(program, name, hints) : with_slash(hints.root);
   roots.delivered = find_delivered(program, name, hints);
   if (roots.delivered.empty()) roots.delivered = roots.root;
   return roots;

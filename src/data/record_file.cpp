@@ -62,7 +62,8 @@ std::string record_line(const Record& record, const char* tag) {
   std::string line;
   for (std::size_t i = 0; i < record.size(); ++i) {
     if (i > 0) line += ',';
-    const std::string field = clean_field(record[i]);
+    const bool unsafe = record[i].find_first_of("\";\n") != std::string::npos;
+    const std::string field = unsafe ? clean_field(record[i]) : record[i];
     line += '"';
     line += i == 0 ? pad_right(field, kNameWidth) : std::string(trim_left(field));
     line += '"';
