@@ -129,7 +129,7 @@ bool phase1_constants(BurnModel& c) {
 BurnPoint stepPhase1(const BurnModel& c, BurnSolver& solver, double sigma, bool first, double& sNow) {
   BurnPoint point;
   point.sigma = sigma;
-  point.x = checked_div(c.V0 * sigma, c.A);
+  point.x = c.V0 * sigma / c.A;  // A is not 0, or there would be no constants
   sNow = 1 - checked_div(1, checked_pow(sigma + 1, c.g));
   if (c.hasStartPress) {
     point.z = first ? c.z0 : burnSolve(c, solver, point.x);
@@ -180,25 +180,30 @@ void phase2_constants(BurnModel& c) {
     c.wZ1 = finite(c.b == 0 ? c.h * c.z1 : checked_div(2 * c.h, c.b) * (checked_sqrt(c.b * c.z1 + 1) - 1));
     c.wEnd = checked_div(2 * c.h * c.dRoot, c.f);
   }
+  c.fromLo = finite(c.wZ1 - c.rootLo);
+  c.fromHi = finite(c.wZ1 - c.rootHi);
+  c.powerLo = finite(c.eScale * c.rootLo);
+  c.powerHi = finite(c.eScale * c.rootHi);
+  c.wOverV = finite(c.kBurn * c.h);
+  c.rootZ1 = checked_sqrt(1 - c.z1);
 }
 
 BurnPoint stepPhase2(const BurnModel& c, double w) {
-  const double low = c.wZ1 - c.rootLo;
-  const double high = c.wZ1 - c.rootHi;
+  const double lo = w - c.rootLo, hi = w - c.rootHi;
   // The second form is the solution and the first its reciprocal; this test decides, not the sign of eConst.
-  const double R = !(low > 0) ? checked_pow(checked_div(low, w - c.rootLo), c.eScale * c.rootLo) *
-                                    checked_pow(checked_div(w - c.rootHi, high), c.eScale * c.rootHi)
-                              : checked_pow(checked_div(w - c.rootLo, low), c.eScale * c.rootLo) *
-                                    checked_pow(checked_div(high, w - c.rootHi), c.eScale * c.rootHi);
+  const bool reciprocal = !(c.fromLo > 0);
+  const double R = reciprocal ? checked_pow(checked_div(c.fromLo, lo), c.powerLo) *
+                                    checked_pow(checked_div(hi, c.fromHi), c.powerHi)
+                              : checked_pow(checked_div(lo, c.fromLo), c.powerLo) *
+                                    checked_pow(checked_div(c.fromHi, hi), c.powerHi);
   BurnPoint point;
   point.sigma = finite(R * (c.sigmaZ1 + 1) - 1);
-  point.x = checked_div(c.V0 * point.sigma, c.A);
-  point.v = checked_div(w, c.kBurn * c.h);
+  point.x = c.V0 * point.sigma / c.A;
+  point.v = checked_div(w, c.wOverV);
   if (c.hasStartPress) {
-    point.z = 1 - squared(checked_sqrt(1 - c.z1) - (point.v - c.vZ1) * (c.f / 2) * c.kBurn);
+    point.z = 1 - squared(c.rootZ1 - (point.v - c.vZ1) * (c.f / 2) * c.kBurn);
   } else {
-    point.z = checked_div(c.fConst * w, c.h) + c.eConst -
-              squared(checked_div(point.v * c.a * c.m * c.f, 2 * c.P0 * c.A));
+    point.z = c.fConst * w / c.h + c.eConst - squared(point.v * c.a * c.m * c.f / (2 * c.P0 * c.A));
   }
   point.p = pressure(c, point.x, point.v, point.z);
   return point;
@@ -229,7 +234,7 @@ void phase3_from_phase1(BurnModel& c, const BurnPoint& burnout, double sNow) {
 BurnPoint stepPhase3(const BurnModel& c, double sigma) {
   BurnPoint point;
   point.sigma = sigma;
-  point.x = checked_div(c.V0 * sigma, c.A);
+  point.x = c.V0 * sigma / c.A;
   point.z = 1;
   if (c.hasStartPress) {
     const double V = point.x * c.A + c.V0;

@@ -42,6 +42,8 @@ struct BurnModel {
   double dRoot = 0, eConst = 0, fConst = 0, h = 0, iConst = 0, jConst = 0;
   double rootHi = 0, rootLo = 0, eScale = 0;
   double wZ1 = 0, wEnd = 0, vZ1 = 0;
+  double fromLo = 0, fromHi = 0, powerLo = 0, powerHi = 0;  // wZ1 less the roots, and their exponents
+  double wOverV = 0, rootZ1 = 0;                            // K h; sqrt(1 - z1)
 
   // Phase 3.
   double adiaConst = 0, volBurn = 0, vBurn = 0, pBurn = 0;

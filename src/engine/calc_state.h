@@ -50,6 +50,8 @@ struct CartridgeDimensions {
   double tail_len = 0;        // mm
   double tail_dia_large = 0;  // mm
   double tail_dia_small = 0;  // mm
+
+  bool operator==(const CartridgeDimensions&) const = default;
 };
 
 struct CalcState {
@@ -91,6 +93,8 @@ struct CalcState {
   double sigmaEnd = 0;  // relative expansion at the muzzle
   double effMass = 0;   // bullet and the share of the charge that moves with it, kg
   double baseStep = 0;  // increment of sigma, by setBaseStep
+
+  bool operator==(const CalcState&) const = default;  // field by field
 };
 
 inline constexpr double kLeastFreeVol = 0.00000002;  // m3; less is no chamber to calculate
@@ -107,6 +111,7 @@ struct ShotCurve {
   std::array<double, kPoints> pB{};      // pressure at the bullet base, Pa
   std::array<double, kPoints + 1> t{};   // time, s; 0 at the muzzle, negative before
   std::array<double, kPoints + 1> dt{};  // time of each step, s
+  int used = kPoints;  // points from here on are 0; a run clears no more than the one before left
 };
 
 enum class Stage : std::uint8_t {

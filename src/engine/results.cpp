@@ -105,7 +105,8 @@ std::vector<PanelField> showResults(const CalcState& s, const ShotCurve& c, cons
 std::string run_notes_text(const RunNotes& notes, const Language& language) {
   std::string text;
   if (notes.overfill > 0) {
-    text = " " + language.msg(75) + " : " + format_number(notes.overfill, "0.0") + language.msg(151);
+    text.append(" ").append(language.msg(75)).append(" : ");
+    text.append(format_number(notes.overfill, "0.0")).append(language.msg(151));
   }
   for (int i = 0; i < notes.count; ++i) {
     text += language.fastmsg("fwarn", static_cast<int>(notes.notes[static_cast<std::size_t>(i)]));

@@ -2,6 +2,8 @@
 // and the muzzle each land on a logged point.
 #include "engine/shot.h"
 
+#include <algorithm>
+
 #include "engine/burn_model.h"
 #include "engine/checked.h"
 
@@ -30,6 +32,7 @@ struct Walk {
   int i = 0;       // current index
   int logged = 0;  // last index that was logged completely
   int rounds = 0;  // of the phase
+  int points = 0;  // evaluated
   double sigma = 0;
   double sNow = 0;
   double w = 0;
@@ -45,12 +48,10 @@ enum class Exit { next, muzzle, too_many };
 enum class Look { none, advance, repeat, leave, muzzle };
 
 void zero_curve(ShotCurve& c) {
-  c.x.fill(0);
-  c.v.fill(0);
-  c.p.fill(0);
-  c.w.fill(0);
-  c.pB.fill(0);
-  c.t.fill(0);
+  for (double* values : {c.x.data(), c.v.data(), c.p.data(), c.w.data(), c.pB.data(), c.t.data()}) {
+    std::fill_n(values, c.used, 0);
+  }
+  c.used = 0;
 }
 
 BurnPoint point_at(const Walk& k, int i) {
@@ -58,17 +59,24 @@ BurnPoint point_at(const Walk& k, int i) {
   return {k.c.x[n], k.c.v[n], k.c.p[n], k.c.z[n], k.c.sigma[n]};
 }
 
-// A point is stored whole or not at all.
+// A point is stored whole or, when a value is not finite, not at all.
 void store(Walk& k, const BurnPoint& point, double w) {
+  // A difference of a value from itself is 0 if it is finite, else not a number; one test serves all.
+  const double gap = (point.x - point.x) + (point.v - point.v) + (point.p - point.p) + (point.z - point.z) +
+                     (point.sigma - point.sigma) + (w - w);
+  if (gap != 0) [[unlikely]]
+    fail_arithmetic(kOverflow);
   const auto n = static_cast<std::size_t>(k.i);
-  k.c.x[n] = finite(point.x);
-  k.c.v[n] = finite(point.v);
-  k.c.p[n] = finite(point.p);
-  k.c.z[n] = finite(point.z);
-  k.c.sigma[n] = finite(point.sigma);
-  k.c.w[n] = finite(w);
+  k.c.x[n] = point.x;
+  k.c.v[n] = point.v;
+  k.c.p[n] = point.p;
+  k.c.z[n] = point.z;
+  k.c.sigma[n] = point.sigma;
+  k.c.w[n] = w;
   k.sigma = point.sigma;
   k.logged = k.i;
+  k.c.used = std::max(k.c.used, k.i + 1);
+  ++k.points;
 }
 
 void log1(Walk& k) { store(k, stepPhase1(k.model, k.solver, k.sigma, k.i == 0, k.sNow), 0); }
@@ -392,18 +400,18 @@ const char* stage_name(Stage stage) {
 ShotOutcome runShot(const CalcState& s, ShotCurve& curve, ShotResult& result) {
   zero_curve(curve);
   result = ShotResult{};
-  if (s.freeVol < kLeastFreeVol) return {ShotEnd::no_space, 0, Stage::none};
+  if (s.freeVol < kLeastFreeVol) return {};
   if (s.fill > 100) result.runNotes.overfill = s.fill - 100;
   Walk k{s, curve, result, {}, {}};
   try {
     const ShotEnd end = walk(k);
     if (end == ShotEnd::kEff_one) note_failure(s, result.runNotes);
     if (end == ShotEnd::too_many_steps) result.lastIdx = k.logged;
-    return {end, 0, k.stage};
+    return {end, 0, k.stage, k.points, k.solver.evaluations};
   } catch (const ArithmeticFailure& failure) {
     result.lastIdx = k.logged;
     note_failure(s, result.runNotes);
-    return {ShotEnd::failed, failure.number, k.stage};
+    return {ShotEnd::failed, failure.number, k.stage, k.points, k.solver.evaluations};
   }
 }
 

@@ -41,6 +41,8 @@ struct ShotOutcome {
   ShotEnd end = ShotEnd::no_space;
   int failure = 0;            // FailureNumber when failed
   Stage stage = Stage::none;  // where a run failed or ended
+  int points = 0;             // what it cost: points evaluated, those that were gone back over included,
+  long expansions = 0;        // and evaluations of the burn under a start pressure
   bool ok() const { return end == ShotEnd::finished; }
 };
 

@@ -1,0 +1,117 @@
+// The closed forms against a numerical integration of the same four equations.
+#include "engine/integration.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <vector>
+
+#include "engine/loads.h"
+
+namespace tv::test {
+namespace {
+
+constexpr int kLoads = 250;
+constexpr int kStepsPerPoint = 32;  // halving the steps moves nothing above 1e-9
+
+std::size_t last_of(const ShotResult& r) { return static_cast<std::size_t>(r.lastIdx); }
+
+// Worst relative difference of travel and pressure from point first on, at the velocities of the curve.
+struct Worst {
+  double x = 0, p = 0, z = 0;
+};
+Worst compare(Integration& it, const CalcState& s, const ShotCurve& c, std::size_t first, std::size_t last) {
+  Worst worst;
+  for (std::size_t i = first; i <= last; ++i) {
+    if (c.v[i] < it.v()) it = Integration(s);  // a point that was accepted behind z1
+    it.to_velocity(c.v[i], kStepsPerPoint);
+    worst.x = std::max(worst.x, std::fabs(it.x() / c.x[i] - 1));
+    worst.p = std::max(worst.p, std::fabs(it.p() / c.p[i] - 1));
+    worst.z = std::max(worst.z, std::fabs(it.z() - c.z[i]));
+  }
+  return worst;
+}
+
+TEST(AgainstIntegration, PlainModelIsExactAlongTheWholeCurve) {
+  LoadMaker make(1);
+  ShotCurve c;
+  ShotResult r;
+  for (int n = 0; n < kLoads; ++n) {
+    SCOPED_TRACE(n);
+    const CalcState s = make.reasonable(false);
+    ASSERT_TRUE(runShot(s, c, r).ok());
+    Integration it(s);
+    const Worst worst = compare(it, s, c, 1, last_of(r));
+    ASSERT_LT(worst.x, 1e-6);
+    ASSERT_LT(worst.p, 1e-6);
+    ASSERT_LT(worst.z, 1e-9);
+    // Velocity at the muzzle, at the same travel.
+    Integration muzzle(s);
+    muzzle.to_travel(c.x[last_of(r)], r.vMuzzle / 4000);
+    ASSERT_NEAR(muzzle.v() / r.vMuzzle, 1, 1e-6);
+    ASSERT_GT(r.pMax, muzzle.highest_p() * (1 - 0.005));  // the logged peak misses the true one by little
+    ASSERT_LT(r.pMax, muzzle.highest_p() * (1 + 1e-5));
+  }
+}
+
+struct Spread {
+  std::vector<double> of;
+  double least() const { return *std::min_element(of.begin(), of.end()); }
+  double most() const { return *std::max_element(of.begin(), of.end()); }
+  double part(double p) {
+    std::sort(of.begin(), of.end());
+    return of[static_cast<std::size_t>(p * static_cast<double>(of.size() - 1))];
+  }
+};
+
+// With a start pressure the closed form of phase 1 neglects a part of the energy, and phase 2 goes on from
+// it with constants of the plain start. The bounds are measured, not wished for (docs/model.md has the
+// table).
+TEST(AgainstIntegration, StartPressureModelStaysWithinItsBounds) {
+  LoadMaker make(2);
+  ShotCurve c;
+  ShotResult r;
+  Spread velocity, peak;
+  for (int n = 0; n < kLoads; ++n) {
+    const CalcState s = make.reasonable(true);
+    ASSERT_TRUE(runShot(s, c, r).ok());
+    Integration it(s);
+    it.to_travel(c.x[last_of(r)], r.vMuzzle / 10000);
+    velocity.of.push_back(r.vMuzzle / it.v() - 1);
+    peak.of.push_back(r.pMax / it.highest_p() - 1);
+  }
+  EXPECT_GT(velocity.least(), -0.08);
+  EXPECT_LT(velocity.most(), 0.08);
+  EXPECT_NEAR(velocity.part(0.5), 0, 0.005);
+  EXPECT_GT(velocity.part(0.1), -0.02);
+  EXPECT_LT(velocity.part(0.9), 0.03);
+  EXPECT_GT(peak.least(), -0.06);
+  EXPECT_LT(peak.most(), 0.012);
+  EXPECT_NEAR(peak.part(0.5), 0, 0.008);
+  RecordProperty("velocity", std::to_string(velocity.least()) + " " + std::to_string(velocity.most()));
+  RecordProperty("peak", std::to_string(peak.least()) + " " + std::to_string(peak.most()));
+}
+
+TEST(AgainstIntegration, ExpansionBehindBurnoutIsExactInBothModels) {
+  LoadMaker make(3);
+  ShotCurve c;
+  ShotResult r;
+  int burnt = 0;
+  for (int n = 0; n < kLoads; ++n) {
+    const CalcState s = make.reasonable(n % 2 == 0);
+    ASSERT_TRUE(runShot(s, c, r).ok());
+    if (r.burnIdx < 0) continue;
+    ++burnt;
+    const auto from = static_cast<std::size_t>(r.burnIdx);
+    Integration it(s, c.v[from], c.x[from], 1);
+    const Worst worst = compare(it, s, c, from + 1, last_of(r));
+    // The bisection leaves z at burnout only near to 1 where the law never changes.
+    const double tolerance = s.start_pressure > 0 && s.Limz1 == 1 ? 1e-3 : 1e-6;
+    ASSERT_LT(worst.x, tolerance);
+    ASSERT_LT(worst.p, tolerance);
+  }
+  EXPECT_GT(burnt, 50);
+}
+
+}  // namespace
+}  // namespace tv::test
