@@ -1,0 +1,21 @@
+#!/bin/sh
+# The same input gives the same bits whoever compiles the engine and however: g++ and clang++, with and
+# without optimisation. Usage: same_bits.sh ROOT WORK
+set -eu
+root=$1
+work=$2/same_bits
+command -v clang++ >/dev/null || { echo "no clang++ here: skipped"; exit 77; }
+mkdir -p "$work"
+sources=$(find "$root/src/engine" -name '*.cpp' ! -name results.cpp)
+for compiler in g++ clang++; do
+  for level in 0 2; do
+    name=$compiler-O$level
+    # shellcheck disable=SC2086
+    "$compiler" -std=c++20 -ffp-contract=off -O$level -I"$root/src" -I"$root/tests" \
+      "$root/tests/engine/bits/bits.cpp" $sources -o "$work/$name"
+    "$work/$name" >"$work/$name.txt"
+    echo "$name $(cksum <"$work/$name.txt")"
+    cmp "$work/g++-O0.txt" "$work/$name.txt"
+  done
+done
+test "$(wc -l <"$work/g++-O0.txt")" -eq 40
