@@ -1,4 +1,4 @@
-// The main menu, toolbar and shortcuts as one table.
+// The menus, toolbar and shortcuts as one table: those of the main window and those of the output window.
 #pragma once
 
 #include <span>
@@ -9,20 +9,25 @@
 namespace tv {
 
 struct Command {
-  const char* name;          // control name, key of its caption in section frmMAIN
-  const char* parent;        // name of the menu it stands in; null for the top menus
-  const char* literal;       // fixed label that no language changes; null: caption from the language file
-  const char* shortcut;      // "F5", "Ctrl+S"; null if none
-  int toolbar;               // index of its toolbar button, -1 if none
-  void (*action)(Session&);  // null: a menu
-  bool (*enabled)(const Session&);  // null: always
-  bool (*checked)(const Session&);  // null: not checkable
+  const char* name;     // control name, key of its caption
+  const char* section;  // of the language file: frmMAIN or form7
+  const char* parent;   // name of the menu it stands in; null for the top menus of that section
+  void (*action)(Session&, const Command&) = nullptr;         // null: a menu, or a heading
+  const char* shortcut = nullptr;                             // "F5", "Ctrl+S"
+  int toolbar = -1;                                           // index of its toolbar button
+  bool (*enabled)(const Session&, const Command&) = nullptr;  // null: always
+  bool (*checked)(const Session&, const Command&) = nullptr;  // null: not checkable
+  int value = 0;                                              // what sets apart commands that share an action
+  const char* literal =
+      nullptr;  // fixed label that no language changes; null: caption from the language file
   bool separator_before = false;
 };
 
 std::span<const Command> commands();  // in menu order
 const Command* find_command(std::string_view name);
+bool is_menu(const Command& command);  // others stand in it
 bool command_enabled(const Session& s, const Command& command);
+bool command_checked(const Session& s, const Command& command);
 // False if there is none of that name or it is disabled now.
 bool run_command(Session& s, std::string_view name);
 

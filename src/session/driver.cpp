@@ -11,8 +11,6 @@
 namespace tv {
 namespace {
 
-bool interactive(const Session& s) { return s.state.tableMode == 0 && s.state.tableKind == 0; }
-
 // A run's own mark: the flag and what hangs on it, not the tables.
 void set_run_valid(Session& s, bool valid) {
   s.resultsValid = valid;
@@ -32,6 +30,7 @@ void note_inputs_of_run(Session& s, const ShotOutcome& outcome) {
   s.shown.state = s.state;
   s.shown.load = s.load;
   s.shown.outcome = outcome;
+  s.shown.block = data_block(s);
   s.shown.charge_g = field_number(s, "Form4", "MPgm");
   s.shown.Veff_cm3 = field_number(s, "Form3", "Veffm");
   s.shown.date = std::to_string(local.tm_mday) + "-" + kMonths[static_cast<std::size_t>(local.tm_mon)] + "-" +
@@ -199,7 +198,48 @@ int run_shown_shot(Session& s) {
   return run_single(s);
 }
 
+DataBlock data_block(const Session& s) {
+  const auto text = [&](const char* screen, const char* name) { return field(s, screen, name).text; };
+  return {.cartridge = text("Form3", "HVolDat"),
+          .bullet = text("Form3", "Bnam"),
+          .powder = text("Form4", "PulvDat"),
+          .coated = field(s, "Form3", "fproof").checked,
+          .Veffz = text("Form3", "Veffz"),
+          .Veffm = text("Form3", "Veffm"),
+          .Plenz = text("Form3", "Plenz"),
+          .Plenm = text("Form3", "Plenm"),
+          .Llenz = text("Form3", "Llenz"),
+          .Llenm = text("Form3", "Llenm"),
+          .MPgn = text("Form4", "MPgn"),
+          .MPgm = text("Form4", "MPgm")};
+}
+
+void set_unit_mode(Session& s, UnitMode mode) {
+  take_shown_start_pressure(s);
+  s.unit_mode = mode;
+  s.imperial_view = mode == UnitMode::imperial;
+  s.options.metyes = mode == UnitMode::metric;
+  write_option(s, "metyes");
+  field(s, "frmFast", "met_eng").checked = s.options.metyes;
+  refresh_pressure_fields(s);
+  if (s.outputs_changed) s.outputs_changed(s);
+}
+
+void set_pressure_unit(Session& s, bool MPa) {
+  take_shown_start_pressure(s);
+  s.state.pressure_unit_factor = MPa ? 1 : 10;
+  s.options.mpayes = MPa;
+  write_option(s, "mpayes");
+  refresh_pressure_fields(s);
+  if (s.shown.any) {
+    s.shown.state.pressure_unit_factor = s.state.pressure_unit_factor;
+    show_panel(s);
+  }
+  if (s.outputs_changed) s.outputs_changed(s);
+}
+
 void SetDisplayMode(Session& s, int type) {
+  s.output_as_text = false;
   s.options.grftyp = type;
   s.state.tableKind = type == -2 ? 1 : 0;
   s.state.tableMode = type == -1 ? 1 : 0;

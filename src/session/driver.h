@@ -22,6 +22,15 @@ void copy_list(Session& s, std::string_view from_screen, std::string_view from, 
 // Selects row in a list by its stored row number and shows its text; -1 clears.
 void select_row(Session& s, std::string_view screen, std::string_view list, int row);
 
+// What is shown is what runs: a start pressure shown in ini_press1 stands in for a stored one below 1 MPa.
+void take_shown_start_pressure(Session& s);
+// Names and texts of the load as the screens show them now, for the views of a run.
+DataBlock data_block(const Session& s);
+
+// Units of the display; no value changes and no result becomes stale.
+void set_unit_mode(Session& s, UnitMode mode);
+void set_pressure_unit(Session& s, bool MPa);
+
 // Cartridge and bullet data; the travel from the geometry. Clears inputsOk at the first refusal.
 void transferInputs(Session& s);
 // Powder data; the SI values. Clears inputsOk on refusal.

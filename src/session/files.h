@@ -53,6 +53,9 @@ void fill_lists(Session& s, RecordKind kind);  // every list of the kind on ever
 
 void renew_caption(Session& s, RecordKind kind);     // DataSet::caption, in the language in force
 void write_bullet_file_mark(Session& s, bool open);  // key bfile of the transfer file
+// What the file dialog shows of a picked file: the comment it holds, empty if it holds none.
+std::string file_preview(Session& s, DialogKind kind, const std::string& file);
+
 std::string data_path(const Session& s,
                       std::string_view path);  // relative names under the root, then delivered
 

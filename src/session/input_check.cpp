@@ -22,12 +22,6 @@ bool refuse_unless(Session& s, bool good, const char* name) {
   return good;
 }
 
-// What is shown is what runs: a bullet without a start pressure of its own leaves the shown one in force.
-void take_shown_start_pressure(Session& s) {
-  const double shown = stored_value(Unit::mode_of_Pa, field_number(s, "Form4", "ini_press1"), s);
-  if (s.state.start_pressure < 1000000 && shown >= 1000000) s.state.start_pressure = shown;
-}
-
 bool has_name(const Session& s, const char* list) {
   const std::string name{trim(field(s, "Form3", list).text)};
   return !name.empty() && name != trim(s.language.fastmsg("noname")) &&
@@ -124,6 +118,12 @@ bool shown_above_zero(Session& s, const char* name) {
 }
 
 }  // namespace
+
+// What is shown is what runs: a bullet without a start pressure of its own leaves the shown one in force.
+void take_shown_start_pressure(Session& s) {
+  const double shown = stored_value(Unit::mode_of_Pa, field_number(s, "Form4", "ini_press1"), s);
+  if (s.state.start_pressure < 1000000 && shown >= 1000000) s.state.start_pressure = shown;
+}
 
 void transferInputs(Session& s) {
   take_shown_start_pressure(s);

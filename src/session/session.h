@@ -17,6 +17,7 @@
 #include "session/user.h"
 #include "tables/load_table.h"
 #include "tables/powder_table.h"
+#include "tables/sort_table.h"
 #include "text/language.h"
 
 namespace tv {
@@ -31,6 +32,7 @@ struct ShownRun {
   LoadData load;     // its names
   ShotOutcome outcome;
   double charge_g = 0, Veff_cm3 = 0;
+  DataBlock block;         // head lines of its views
   std::string date, time;  // "21-Nov-2026", "14:05:09"
 };
 
@@ -47,6 +49,7 @@ struct Focus {
   std::string screen, field;
   std::size_t select_from = 0, select_length = 0;  // characters
   std::string text_on_focus;                       // restored by Escape
+  bool edited = false;                             // by the user, since it has the focus
 };
 
 // What a fit from the diagram changed, to be put back once; it ends with the next pick or load.
@@ -98,12 +101,21 @@ struct Session {
   std::string fit_note;  // what the last fit changed, for the status line
 
   std::vector<std::string> recent;  // loads, less extension
-  std::string picture;              // file name of the cartridge's picture, empty if none
-  bool nothing_loaded = true;
+  bool imperial_view = false;       // of the output window; starts from the unit mode
+  bool output_as_text = false;      // of a diagram: its point list is on show
+  double line_width = 2;            // of the curves, 1 to 5
+  int followed_curve = 0;           // that the read-out follows: 0 all
+
+  std::string picture;         // file name of the cartridge's picture, empty if none
+  bool notice_agreed = false;  // the safety notice, this time
+  bool end_requested = false;  // by the safety notice or the end command
+  Options options_held;        // while the criteria of the powder table are edited
 
   // Told when something beyond the fields has changed; the windows and the command line hang on here.
   std::function<void(Session&)> outputs_changed;   // diagram, point list, tables
   std::function<void(Session&)> language_changed;  // captions
+  // What only windows can do, by the name of its command; the command line has none.
+  std::function<void(Session&, std::string_view)> window_command;
 
   DataSet& set(RecordKind kind) { return data[static_cast<std::size_t>(kind)]; }
   const DataSet& set(RecordKind kind) const { return data[static_cast<std::size_t>(kind)]; }

@@ -29,6 +29,7 @@ void read_settings(Session& s) {
   s.options.schrit = s.state.schrit = 0;
   s.state.pressure_unit_factor = s.options.mpayes ? 1 : 10;
   s.unit_mode = s.options.metyes ? UnitMode::metric : UnitMode::imperial;
+  s.imperial_view = !s.options.metyes;
 }
 
 void read_default_sets(Session& s) {
@@ -90,7 +91,7 @@ void reread_all(Session& s, CodePage from, CodePage to) {
 
 void take_places(Session& s, const PlaceHints& hints) {
   s.roots = find_data_root(hints);
-  make_folders(s.roots.root);
+  if (s.writes_files) make_folders(s.roots.root);
   s.settings_file = s.roots.root + "ternofw.set";
   s.transfer_file = s.roots.root + "ternofw.xmt";
 }

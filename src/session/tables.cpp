@@ -8,22 +8,7 @@
 namespace tv {
 namespace {
 
-TableHead table_head(const Session& s) {
-  const auto text = [&](const char* screen, const char* name) { return field(s, screen, name).text; };
-  return {{.cartridge = text("Form3", "HVolDat"),
-           .bullet = text("Form3", "Bnam"),
-           .powder = text("Form4", "PulvDat"),
-           .coated = field(s, "Form3", "fproof").checked,
-           .Veffz = text("Form3", "Veffz"),
-           .Veffm = text("Form3", "Veffm"),
-           .Plenz = text("Form3", "Plenz"),
-           .Plenm = text("Form3", "Plenm"),
-           .Llenz = text("Form3", "Llenz"),
-           .Llenm = text("Form3", "Llenm"),
-           .MPgn = text("Form4", "MPgn"),
-           .MPgm = text("Form4", "MPgm")},
-          field_number(s, "Form3", "Veffm")};
-}
+TableHead table_head(const Session& s) { return {data_block(s), field_number(s, "Form3", "Veffm")}; }
 
 PowderCriteria criteria(const Session& s) {
   const Options& o = s.options;
@@ -45,7 +30,7 @@ void show_outputs(Session& s) {
 }
 
 double pressure_axis_factor(const Session& s) {
-  if (s.unit_mode == UnitMode::imperial) return kPaPerPsi;
+  if (s.imperial_view) return kPaPerPsi;
   return 1e6 / s.state.pressure_unit_factor;
 }
 
@@ -62,8 +47,7 @@ void tell_no_fit(Session& s) { warn(s, MessageText(s).msg(159).line().msg(160));
 
 void fit_the_charge(Session& s, double value, FitMode mode) {
   const FitUndo before{true, s.state.chargeGr, s.state.dim.Llen, s.state.dim.Wob};
-  const double factors[] = {pressure_axis_factor(s),
-                            s.unit_mode == UnitMode::imperial ? 1 / kFeetPerMetre : 1.0, 0.001};
+  const double factors[] = {pressure_axis_factor(s), s.imperial_view ? 1 / kFeetPerMetre : 1.0, 0.001};
   const int kind = s.state.tableKind;
   s.state.tableKind = 1;  // the screens stand still meanwhile
   const bool found =
@@ -78,7 +62,7 @@ void fit_the_charge(Session& s, double value, FitMode mode) {
 
 bool fit_the_barrel(Session& s, double value, FitMode mode) {
   const FitUndo before{true, s.state.chargeGr, s.state.dim.Llen, s.state.dim.Wob};
-  const double mm = value * (s.unit_mode == UnitMode::imperial ? kMmPerInch : 1.0);
+  const double mm = value * (s.imperial_view ? kMmPerInch : 1.0);
   const FitGeometry fit = fit_geometry(s.state, mode, mode == FitMode::travel ? mm : mm / kMmPerInch);
   if (!fit.ok) {
     beep(s);
@@ -108,6 +92,7 @@ void run_load_table(Session& s) {
 }
 
 void run_powder_table(Session& s) {
+  s.sort.page = s.language.page();
   s.user->busy(true);
   const PowderRunHooks hooks{.cancelled = [&] { return s.user->cancelled(); },
                              .progress =

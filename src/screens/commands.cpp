@@ -1,0 +1,381 @@
+#include "screens/commands.h"
+
+#include <algorithm>
+#include <array>
+
+#include "output/spreadsheet.h"
+#include "screens/entry.h"
+#include "screens/output_window.h"
+#include "screens/screen_actions.h"
+#include "session/driver.h"
+#include "session/files.h"
+#include "session/load_steps.h"
+#include "text/file.h"
+
+namespace tv {
+namespace {
+
+using C = const Command&;
+using S = Session&;
+using CS = const Session&;
+
+constexpr const char* kMain = "frmMAIN";
+constexpr const char* kOut = "form7";
+
+// --- file
+
+void calculate(S s, C) {
+  s.user->bring_to_front("Form3");
+  press(s, "Form3", "Patdef");
+}
+void save_load(S s, C) { lab_sav(s); }
+void open_load_file(S s, C) { lab_lod(s); }
+void delete_load(S s, C) { lab_del(s); }
+void design_data(S s, C) { lab_omt(s); }
+void end_program(S s, C) {
+  if (ask_to_end(s)) s.end_requested = true;
+}
+
+constexpr std::array kLanguages{"german", "english", "french", "russian"};
+void choose_language(S s, C c) { language_switch(s, kLanguages[static_cast<std::size_t>(c.value)]); }
+bool language_checked(CS s, C c) {
+  return s.language.name() == kLanguages[static_cast<std::size_t>(c.value)];
+}
+
+// --- data sets: the value is the kind of record
+
+RecordKind kind_of(C c) { return static_cast<RecordKind>(c.value); }
+constexpr int kPowders = static_cast<int>(RecordKind::powders);
+constexpr int kBullets = static_cast<int>(RecordKind::bullets);
+constexpr int kCartridges = static_cast<int>(RecordKind::cartridges);
+
+void open_set(S s, C c) { open_records(s, kind_of(c)); }
+void new_set(S s, C c) { new_file(s, kind_of(c)); }
+void save_set(S s, C c) { save_as(s, kind_of(c)); }
+void collect_set(S s, C c) { collect_records(s, kind_of(c)); }
+void filter_cartridges(S s, C) { filter_by_calibre(s); }
+void sort_set(S s, C c) { sort_cartridges(s, c.value != 0); }
+bool sort_checked(CS s, C c) { return s.options.sortvol == (c.value != 0); }
+
+void undo_last_fit(S s, C) { undo_fit(s); }
+bool fit_to_undo(CS s, C) { return can_undo_fit(s); }
+
+// --- views and settings of a calculation
+
+void show_view(S s, C c) {
+  SetDisplayMode(s, c.value);
+  s.user->bring_to_front("Form7");
+}
+bool view_checked(CS s, C c) { return s.options.grftyp == c.value; }
+
+void choose_step(S s, C c) {
+  setStep(s, c.value);
+  if (!s.firstRun) recalculate(s);
+}
+bool step_checked(CS s, C c) { return s.state.schrit == c.value; }
+
+void percent_step(S s, C c) { SetLoadTableStep(s, c.value); }
+bool percent_checked(CS s, C c) {
+  return !s.options.ldweight && !s.options.ldperc && s.options.ldstep == c.value;
+}
+void free_percent(S s, C) { ask_percent_step(s); }
+bool free_percent_checked(CS s, C) { return s.options.ldperc; }
+void weight_step(S s, C) { ask_weight_step(s); }
+bool weight_checked(CS s, C) { return s.options.ldweight; }
+void tolerance(S s, C c) { SetBaTolerance(s, c.value); }
+bool tolerance_checked(CS s, C c) {
+  const int n = s.options.batols;
+  return c.value == (n == 3 || n == 10 || n == 15 ? n : 5);
+}
+
+void open_named(S s, const char* screen) { open_screen(s, screen); }
+void criteria(S s, C) { open_named(s, "FormPsel"); }
+void friction(S s, C) { open_named(s, "FormBorefrict"); }
+bool friction_checked(CS s, C) { return s.state.frictionOn; }
+
+void pressure_unit(S s, C c) { set_pressure_unit(s, c.value != 0); }
+bool pressure_unit_checked(CS s, C c) { return (s.state.pressure_unit_factor == 1) == (c.value != 0); }
+void output_units(S s, C c) { set_unit_mode(s, c.value ? UnitMode::metric : UnitMode::imperial); }
+bool output_units_checked(CS s, C c) { return (s.unit_mode == UnitMode::metric) == (c.value != 0); }
+
+void toggle_sound(S s, C) { s.sound = !s.sound; }
+bool sound_off(CS s, C) { return !s.sound; }
+
+// --- options that are only kept
+
+template <bool Options::*Flag>
+void flip(S s, C c) {
+  s.options.*Flag = !(s.options.*Flag);
+  write_option(s, c.name);
+}
+template <bool Options::*Flag>
+bool is_set(CS s, C) {
+  return s.options.*Flag;
+}
+
+// --- windows
+
+void by_window(S s, C c) {
+  if (s.window_command) s.window_command(s, c.name);
+}
+constexpr std::array kPlaces{"Form3", "Form4", "Form5", "Form7"};
+void place_child(S s, C c) {
+  open_screen(s, kPlaces[static_cast<std::size_t>(c.value)]);
+  by_window(s, c);
+}
+void quick_start(S s, C) {
+  if (s.screens.find("frmFast")->second.visible)
+    close_screen(s, "frmFast");
+  else
+    open_screen(s, "frmFast");
+}
+bool quick_start_open(CS s, C) { return s.screens.find("frmFast")->second.visible; }
+void tips(S s, C) {
+  s.options.toltip = !s.options.toltip;
+  write_option(s, "toltip");
+  if (s.window_command) s.window_command(s, "ttips");
+}
+void toolbar(S s, C) {
+  s.options.symbol = !s.options.symbol;
+  write_option(s, "symbol");
+  if (s.window_command) s.window_command(s, "symbonoff");
+}
+void about(S s, C) { open_named(s, "frmHelp"); }
+
+// --- output window
+
+void changed(S s) {
+  if (s.outputs_changed) s.outputs_changed(s);
+}
+template <bool Options::*Flag>
+void flip_mark(S s, C) {
+  s.options.*Flag = !(s.options.*Flag);
+  write_option(s, Flag == &Options::pcolor ? "pcolor" : Flag == &Options::maxshw ? "maxshw" : "actshw");
+  changed(s);
+}
+void x_axis(S s, C c) {
+  s.options.gbrlen = c.value;
+  write_option(s, "gbrlen");
+  changed(s);
+}
+bool x_axis_checked(CS s, C c) { return (s.options.gbrlen != 0) == (c.value != 0); }
+void sort_by(S s, C c) {
+  s.sort.column = c.value;
+  sort_powder_table(s.powder_table, s.sort);
+  changed(s);
+}
+bool sorted_by(CS s, C c) { return s.sort.column == c.value; }
+void sort_direction(S s, C c) {
+  s.sort.ascending = c.value != 0;
+  sort_powder_table(s.powder_table, s.sort);
+  changed(s);
+}
+bool direction_checked(CS s, C c) { return s.sort.ascending == (c.value != 0); }
+bool powder_table_shown(CS s, C) { return s.options.grftyp == -2; }
+void toggle_units(S s, C) {
+  s.imperial_view = !s.imperial_view;
+  changed(s);
+}
+bool imperial(CS s, C) { return s.imperial_view; }
+void line_width(S s, C c) {
+  s.line_width = c.value;
+  changed(s);
+}
+bool line_width_checked(CS s, C c) { return s.line_width == c.value; }
+void redraw(S s, C) { changed(s); }
+
+bool exportable(CS s, C) { return s.options.excel_yes && s.resultsValid && output_export(s).has_value(); }
+void to_spreadsheet(S s, C) {
+  const auto data = output_export(s);
+  if (!data) return warn(s, MessageText(s).msg(415));
+  const auto answer =
+      s.user->choose_file({FileMode::save, DialogKind::spreadsheet, s.language.fastmsg("flfdial", 32),
+                           load_folder(s), "ternovale.xlsx", s.language.fastmsg("flffilt", 32), ""});
+  if (!answer) return;
+  const int failure = file_has_extension(answer->file, "csv") ? write_csv(*data, answer->file)
+                                                              : write_xlsx(*data, answer->file);
+  if (failure)
+    warn(s, MessageText(s).msg(417).line().add(answer->file).line().add(s.language.failure(failure)));
+}
+bool results_valid(CS s, C) { return s.resultsValid; }
+
+// clang-format off
+constexpr Command kCommands[] = {
+    {.name = "Datei_menu", .section = kMain, .parent = nullptr},
+    {.name = "rech", .section = kMain, .parent = "Datei_menu", .action = calculate, .shortcut = "F5", .toolbar = 0},
+    {.name = "lab_sav", .section = kMain, .parent = "Datei_menu", .action = save_load, .shortcut = "Ctrl+S", .toolbar = 4, .separator_before = true},
+    {.name = "lab_lod", .section = kMain, .parent = "Datei_menu", .action = open_load_file, .shortcut = "Ctrl+O", .toolbar = 3},
+    {.name = "lab_del", .section = kMain, .parent = "Datei_menu", .action = delete_load},
+    {.name = "lab_omt", .section = kMain, .parent = "Datei_menu", .action = design_data},
+    {.name = "s_lang", .section = kMain, .parent = "Datei_menu", .separator_before = true},
+    {.name = "deutsch", .section = kMain, .parent = "s_lang", .action = choose_language, .checked = language_checked, .value = 0},
+    {.name = "english", .section = kMain, .parent = "s_lang", .action = choose_language, .checked = language_checked, .value = 1},
+    {.name = "french", .section = kMain, .parent = "s_lang", .action = choose_language, .checked = language_checked, .value = 2},
+    {.name = "russisch", .section = kMain, .parent = "s_lang", .action = choose_language, .checked = language_checked, .value = 3},
+    {.name = "Ende", .section = kMain, .parent = "Datei_menu", .action = end_program, .separator_before = true},
+
+    {.name = "tool", .section = kMain, .parent = nullptr},
+    {.name = "brenn", .section = kMain, .parent = "tool"},
+    {.name = "pow_load", .section = kMain, .parent = "brenn", .action = open_set, .value = kPowders},
+    {.name = "pow_neu", .section = kMain, .parent = "brenn", .action = new_set, .value = kPowders},
+    {.name = "pow_save_as", .section = kMain, .parent = "brenn", .action = save_set, .value = kPowders},
+    {.name = "cart_cases", .section = kMain, .parent = "tool"},
+    {.name = "case_sort", .section = kMain, .parent = "cart_cases"},
+    {.name = "case_sort_zug", .section = kMain, .parent = "case_sort", .action = sort_set, .checked = sort_checked, .value = 0},
+    {.name = "case_sort_name", .section = kMain, .parent = "case_sort", .action = sort_set, .checked = sort_checked, .value = 1},
+    {.name = "case_load", .section = kMain, .parent = "cart_cases", .action = open_set, .value = kCartridges},
+    {.name = "case_neu", .section = kMain, .parent = "cart_cases", .action = new_set, .value = kCartridges},
+    {.name = "case_save_as", .section = kMain, .parent = "cart_cases", .action = save_set, .value = kCartridges},
+    {.name = "case_collect", .section = kMain, .parent = "cart_cases", .action = collect_set, .value = kCartridges},
+    {.name = "case_select", .section = kMain, .parent = "cart_cases", .action = filter_cartridges},
+    {.name = "bull_dat_start", .section = kMain, .parent = "tool"},
+    {.name = "bull_load", .section = kMain, .parent = "bull_dat_start", .action = open_set, .value = kBullets},
+    {.name = "bull_neu", .section = kMain, .parent = "bull_dat_start", .action = new_set, .value = kBullets},
+    {.name = "bull_save_as", .section = kMain, .parent = "bull_dat_start", .action = save_set, .value = kBullets},
+    {.name = "bul_collect", .section = kMain, .parent = "bull_dat_start", .action = collect_set, .value = kBullets},
+    {.name = "undo_fit", .section = kMain, .parent = "tool", .action = undo_last_fit, .shortcut = "Ctrl+Z", .enabled = fit_to_undo, .separator_before = true},
+
+    {.name = "options", .section = kMain, .parent = nullptr},
+    {.name = "graf_open", .section = kMain, .parent = "options"},
+    {.name = "pp_tab", .section = kMain, .parent = "graf_open", .action = show_view, .toolbar = 14, .checked = view_checked, .value = -2},
+    {.name = "ld_tab", .section = kMain, .parent = "graf_open", .action = show_view, .toolbar = 13, .checked = view_checked, .value = -1},
+    {.name = "nodia", .section = kMain, .parent = "graf_open", .action = show_view, .toolbar = 15, .checked = view_checked, .value = 0},
+    {.name = "Zeit_press", .section = kMain, .parent = "graf_open", .action = show_view, .toolbar = 10, .checked = view_checked, .value = 4, .separator_before = true},
+    {.name = "zeit_vel", .section = kMain, .parent = "graf_open", .action = show_view, .toolbar = 11, .checked = view_checked, .value = 5},
+    {.name = "Zeit_press_vel", .section = kMain, .parent = "graf_open", .action = show_view, .toolbar = 12, .checked = view_checked, .value = 6},
+    {.name = "weg_press", .section = kMain, .parent = "graf_open", .action = show_view, .toolbar = 7, .checked = view_checked, .value = 1},
+    {.name = "weg_vel", .section = kMain, .parent = "graf_open", .action = show_view, .toolbar = 8, .checked = view_checked, .value = 2},
+    {.name = "weg_press_vel", .section = kMain, .parent = "graf_open", .action = show_view, .toolbar = 9, .checked = view_checked, .value = 3},
+    {.name = "schri", .section = kMain, .parent = "options"},
+    {.name = "schriwh", .section = kMain, .parent = "schri", .action = choose_step, .checked = step_checked, .value = 1},
+    {.name = "schriwn", .section = kMain, .parent = "schri", .action = choose_step, .checked = step_checked, .value = 0},
+    {.name = "schriwg", .section = kMain, .parent = "schri", .action = choose_step, .checked = step_checked, .value = 2},
+    {.name = "ldtabset", .section = kMain, .parent = "options"},
+    {.name = "ldtabstp", .section = kMain, .parent = "ldtabset"},
+    {.name = "useproz", .section = kMain, .parent = "ldtabstp"},
+    {.name = "oneproz", .section = kMain, .parent = "ldtabstp", .action = percent_step, .checked = percent_checked, .value = 1, .literal = "1 %"},
+    {.name = "twoproz", .section = kMain, .parent = "ldtabstp", .action = percent_step, .checked = percent_checked, .value = 2, .literal = "2 %"},
+    {.name = "threeproz", .section = kMain, .parent = "ldtabstp", .action = percent_step, .checked = percent_checked, .value = 3, .literal = "3 %"},
+    {.name = "inpercent", .section = kMain, .parent = "ldtabstp", .action = free_percent, .checked = free_percent_checked},
+    {.name = "inweight", .section = kMain, .parent = "ldtabstp", .action = weight_step, .checked = weight_checked},
+    {.name = "ldbatol", .section = kMain, .parent = "ldtabset"},
+    {.name = "ldba3", .section = kMain, .parent = "ldbatol", .action = tolerance, .checked = tolerance_checked, .value = 3, .literal = "± 3 %"},
+    {.name = "ldba5", .section = kMain, .parent = "ldbatol", .action = tolerance, .checked = tolerance_checked, .value = 5, .literal = "± 5 %"},
+    {.name = "ldba10", .section = kMain, .parent = "ldbatol", .action = tolerance, .checked = tolerance_checked, .value = 10, .literal = "± 10 %"},
+    {.name = "ldba15", .section = kMain, .parent = "ldbatol", .action = tolerance, .checked = tolerance_checked, .value = 15, .literal = "± 15 %"},
+    {.name = "powd_set", .section = kMain, .parent = "options", .action = criteria},
+    {.name = "borefriction", .section = kMain, .parent = "options", .action = friction, .checked = friction_checked},
+    {.name = "pressunit", .section = kMain, .parent = "options", .separator_before = true},
+    {.name = "mpas", .section = kMain, .parent = "pressunit", .action = pressure_unit, .checked = pressure_unit_checked, .value = 1, .literal = "MPa"},
+    {.name = "bars", .section = kMain, .parent = "pressunit", .action = pressure_unit, .checked = pressure_unit_checked, .value = 0, .literal = "bar"},
+    {.name = "outputunits", .section = kMain, .parent = "options"},
+    {.name = "metric", .section = kMain, .parent = "outputunits", .action = output_units, .checked = output_units_checked, .value = 1},
+    {.name = "imperial", .section = kMain, .parent = "outputunits", .action = output_units, .checked = output_units_checked, .value = 0},
+    {.name = "sysding", .section = kMain, .parent = "options", .action = toggle_sound, .checked = sound_off, .separator_before = true},
+    {.name = "sysfon", .section = kMain, .parent = "options", .action = by_window},
+    {.name = "optset", .section = kMain, .parent = "options"},
+    {.name = "excel_yes", .section = kMain, .parent = "optset", .action = flip<&Options::excel_yes>, .checked = is_set<&Options::excel_yes>},
+    {.name = "intro_off", .section = kMain, .parent = "optset", .action = flip<&Options::intro_off>, .checked = is_set<&Options::intro_off>},
+
+    {.name = "fenst", .section = kMain, .parent = nullptr},
+    {.name = "arrng_wins", .section = kMain, .parent = "fenst", .action = by_window},
+    {.name = "arrng_stag", .section = kMain, .parent = "fenst", .action = by_window},
+    {.name = "zoomwin", .section = kMain, .parent = "fenst", .action = by_window, .separator_before = true},
+    {.name = "zoomdef", .section = kMain, .parent = "fenst", .action = by_window},
+    {.name = "zoomout", .section = kMain, .parent = "fenst"},
+    {.name = "zoomoutg", .section = kMain, .parent = "zoomout", .action = by_window},
+    {.name = "zoomouth", .section = kMain, .parent = "zoomout", .action = by_window},
+    {.name = "zoomoutv", .section = kMain, .parent = "zoomout", .action = by_window},
+    {.name = "zoomin", .section = kMain, .parent = "fenst"},
+    {.name = "zooming", .section = kMain, .parent = "zoomin", .action = by_window},
+    {.name = "zoominh", .section = kMain, .parent = "zoomin", .action = by_window},
+    {.name = "zoominv", .section = kMain, .parent = "zoomin", .action = by_window},
+    {.name = "zentral", .section = kMain, .parent = "fenst", .separator_before = true},
+    {.name = "metr", .section = kMain, .parent = "zentral", .action = place_child, .value = 0},
+    {.name = "powd", .section = kMain, .parent = "zentral", .action = place_child, .value = 1},
+    {.name = "result", .section = kMain, .parent = "zentral", .action = place_child, .value = 2},
+    {.name = "diagra", .section = kMain, .parent = "zentral", .action = place_child, .value = 3},
+
+    {.name = "infbutton", .section = kMain, .parent = nullptr},
+    {.name = "qstart", .section = kMain, .parent = "infbutton", .action = quick_start, .checked = quick_start_open},
+    {.name = "ttips", .section = kMain, .parent = "infbutton", .action = tips, .checked = is_set<&Options::toltip>},
+    {.name = "symbonoff", .section = kMain, .parent = "infbutton", .action = toolbar, .checked = is_set<&Options::symbol>},
+    {.name = "index", .section = kMain, .parent = "infbutton", .action = by_window, .shortcut = "F1", .separator_before = true},
+    {.name = "who", .section = kMain, .parent = "infbutton", .action = about},
+
+    {.name = "dia_menu", .section = kOut, .parent = nullptr},
+    {.name = "toggleunits", .section = kOut, .parent = "dia_menu", .action = toggle_units, .toolbar = 16, .checked = imperial},
+    {.name = "newpic", .section = kOut, .parent = "dia_menu", .action = redraw},
+    {.name = "marks_menu", .section = kOut, .parent = nullptr},
+    {.name = "shozone", .section = kOut, .parent = "marks_menu", .action = flip_mark<&Options::pcolor>, .checked = is_set<&Options::pcolor>},
+    {.name = "drawmax", .section = kOut, .parent = "marks_menu", .action = flip_mark<&Options::maxshw>, .checked = is_set<&Options::maxshw>},
+    {.name = "showactiv", .section = kOut, .parent = "marks_menu", .action = flip_mark<&Options::actshw>, .checked = is_set<&Options::actshw>},
+    {.name = "refaxis", .section = kOut, .parent = nullptr},
+    {.name = "rax_weg", .section = kOut, .parent = "refaxis", .action = x_axis, .checked = x_axis_checked, .value = 0},
+    {.name = "rax_llen", .section = kOut, .parent = "refaxis", .action = x_axis, .checked = x_axis_checked, .value = 1},
+    {.name = "ppsort", .section = kOut, .parent = nullptr, .enabled = powder_table_shown},
+    {.name = "ppname", .section = kOut, .parent = "ppsort", .action = sort_by, .enabled = powder_table_shown, .checked = sorted_by, .value = 0},
+    {.name = "velocity", .section = kOut, .parent = "ppsort", .action = sort_by, .enabled = powder_table_shown, .checked = sorted_by, .value = 1},
+    {.name = "chrgwht", .section = kOut, .parent = "ppsort", .action = sort_by, .enabled = powder_table_shown, .checked = sorted_by, .value = 2},
+    {.name = "ppress", .section = kOut, .parent = "ppsort", .action = sort_by, .enabled = powder_table_shown, .checked = sorted_by, .value = 3},
+    {.name = "pburntsort", .section = kOut, .parent = "ppsort", .action = sort_by, .enabled = powder_table_shown, .checked = sorted_by, .value = 4},
+    {.name = "ldratio", .section = kOut, .parent = "ppsort", .action = sort_by, .enabled = powder_table_shown, .checked = sorted_by, .value = 5},
+    {.name = "bartim", .section = kOut, .parent = "ppsort", .action = sort_by, .enabled = powder_table_shown, .checked = sorted_by, .value = 6},
+    {.name = "burnrat", .section = kOut, .parent = "ppsort", .action = sort_by, .enabled = powder_table_shown, .checked = sorted_by, .value = 9},
+    {.name = "hvolsort", .section = kOut, .parent = "ppsort", .action = sort_by, .enabled = powder_table_shown, .checked = sorted_by, .value = 10},
+    {.name = "blensort", .section = kOut, .parent = "ppsort", .action = sort_by, .enabled = powder_table_shown, .checked = sorted_by, .value = 11},
+    {.name = "pmuzzsort", .section = kOut, .parent = "ppsort", .action = sort_by, .enabled = powder_table_shown, .checked = sorted_by, .value = 12},
+    {.name = "upsort", .section = kOut, .parent = "ppsort", .action = sort_direction, .enabled = powder_table_shown, .checked = direction_checked, .value = 1, .separator_before = true},
+    {.name = "downsort", .section = kOut, .parent = "ppsort", .action = sort_direction, .enabled = powder_table_shown, .checked = direction_checked, .value = 0},
+    {.name = "look_menu", .section = kOut, .parent = nullptr},
+    {.name = "strichst", .section = kOut, .parent = "look_menu"},
+    {.name = "strichst1", .section = kOut, .parent = "strichst", .action = line_width, .checked = line_width_checked, .value = 1},
+    {.name = "strichst2", .section = kOut, .parent = "strichst", .action = line_width, .checked = line_width_checked, .value = 2},
+    {.name = "strichst3", .section = kOut, .parent = "strichst", .action = line_width, .checked = line_width_checked, .value = 3},
+    {.name = "strichst4", .section = kOut, .parent = "strichst", .action = line_width, .checked = line_width_checked, .value = 4},
+    {.name = "strichst5", .section = kOut, .parent = "strichst", .action = line_width, .checked = line_width_checked, .value = 5},
+    {.name = "afonts", .section = kOut, .parent = "look_menu", .action = by_window},
+    {.name = "out_menu", .section = kOut, .parent = nullptr},
+    {.name = "filewrite", .section = kOut, .parent = "out_menu", .action = by_window, .enabled = results_valid},
+    {.name = "toexcel", .section = kOut, .parent = "out_menu", .action = to_spreadsheet, .enabled = exportable},
+    {.name = "copypic", .section = kOut, .parent = "out_menu", .action = by_window},
+    {.name = "copytab", .section = kOut, .parent = "out_menu", .action = by_window},
+};
+// clang-format on
+
+}  // namespace
+
+std::span<const Command> commands() { return kCommands; }
+
+const Command* find_command(std::string_view name) {
+  const auto* at = std::ranges::find_if(kCommands, [&](const Command& c) { return c.name == name; });
+  return at == std::end(kCommands) ? nullptr : at;
+}
+
+bool is_menu(const Command& command) {
+  return std::ranges::any_of(kCommands, [&](const Command& c) {
+    return c.parent && std::string_view(c.parent) == command.name &&
+           std::string_view(c.section) == command.section;
+  });
+}
+
+bool command_enabled(const Session& s, const Command& command) {
+  if (!command.action && !is_menu(command)) return false;  // a heading
+  return !command.enabled || command.enabled(s, command);
+}
+
+bool command_checked(const Session& s, const Command& command) {
+  return command.checked && command.checked(s, command);
+}
+
+bool run_command(Session& s, std::string_view name) {
+  const Command* command = find_command(name);
+  if (!command || !command->action || !command_enabled(s, *command)) return false;
+  if (!s.focus.field.empty()) leave_field(s, s.focus.screen, s.focus.field);
+  command->action(s, *command);
+  refresh_quick_start(s);
+  s.user->refresh();
+  return true;
+}
+
+}  // namespace tv

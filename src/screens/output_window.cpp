@@ -1,0 +1,121 @@
+#include "screens/output_window.h"
+
+#include "session/driver.h"
+#include "tables/point_list.h"
+#include "tables/table_text.h"
+
+namespace tv {
+namespace {
+
+ViewUnits view_units(const Session& s) { return {s.imperial_view, s.state.pressure_unit_factor}; }
+
+PointListRun point_list_run(const Session& s) {
+  return {s.shown.block, s.curve, s.result.lastIdx, s.shown.state.schrit};
+}
+
+TableText view_text(const Session& s) {
+  switch (s.options.grftyp) {
+    case -1:
+      return DrawLoadTableText(s.load_table, s.language, view_units(s));
+    case -2:
+      return DrawPowderTableText(s.powder_table, s.language, s.imperial_view);
+    default:
+      if (!s.shown.any) return {s.language.text("form7", "Form7"), s.language.fastmsg("fcrgvar6")};
+      return DrawPointList(point_list_run(s), s.language, view_units(s));
+  }
+}
+
+std::string plain_breaks(std::string text) {
+  std::erase(text, '\r');
+  return text;
+}
+
+bool shows_table(const Session& s) { return s.options.grftyp < 0; }
+
+}  // namespace
+
+bool output_shows_text(const Session& s) { return s.options.grftyp <= 0 || s.output_as_text; }
+
+void output_switch(Session& s) {
+  if (s.options.grftyp > 0) s.output_as_text = !s.output_as_text;
+}
+
+bool output_stale(const Session& s) {
+  if (s.options.grftyp == -1) return s.load_table.row_count > 0 && !s.load_table.table_valid;
+  if (s.options.grftyp == -2) return !s.powder_table.rows.empty() && !s.powder_table.table_valid;
+  return s.shown.any && !s.resultsValid;
+}
+
+std::string output_caption(const Session& s) {
+  return shows_table(s) ? view_text(s).caption : s.language.text("form7", "Form7");
+}
+
+std::string output_text(const Session& s) {
+  const std::string text = plain_breaks(view_text(s).text);
+  if (!output_stale(s)) return text;
+  return s.language.fastmsg("fobsol0") + " " + s.language.fastmsg("fobsol1") + "\n\n" + text;
+}
+
+std::string output_tsv(const Session& s) {
+  if (s.options.grftyp == -1) return load_table_tsv(s.load_table, s.language, view_units(s));
+  if (s.options.grftyp == -2) return powder_table_tsv(s.powder_table, s.language, s.imperial_view);
+  return s.shown.any ? point_list_tsv(point_list_run(s), s.language, view_units(s)) : std::string();
+}
+
+DiagramOptions diagram_options(const Session& s, bool dark) {
+  DiagramOptions o;
+  o.type = std::max(1, s.options.grftyp);
+  o.imperial = s.imperial_view;
+  if (s.imperial_view) {
+    o.pressure_factor = kPaPerPsi;
+    o.velocity_factor = 1 / kFeetPerMetre;
+    o.distance_factor = kMmPerInch;
+    o.pressure_unit = s.language.fastmsg("fpsi");
+    o.velocity_unit = s.language.fastmsg("ffps");
+    o.distance_unit = s.language.fastmsg("f_in");
+  } else {
+    o.pressure_factor = 1e6 / s.state.pressure_unit_factor;
+    o.pressure_unit = chosen_pressure_unit(s);
+    o.velocity_unit = s.language.fastmsg("fmps");
+    o.distance_unit = s.language.fastmsg("f_mm");
+  }
+  o.zones = s.options.pcolor;
+  o.maximum = s.options.maxshw;
+  o.marks = s.options.actshw;
+  o.barrel_axis = s.options.gbrlen != 0;
+  o.line_width = s.line_width;
+  o.stale = output_stale(s);
+  o.font = s.options.pict_font_nam;
+  o.colours = dark ? dark_colours() : light_colours();
+  o.followed = s.followed_curve;
+  return o;
+}
+
+Diagram output_diagram(const Session& s, double width, double height, TextWidth text_width, bool dark) {
+  const DiagramOptions options = diagram_options(s, dark);
+  if (!s.shown.any || s.result.lastIdx < 1)
+    return empty_diagram(s.language.fastmsg("fcrgvar6"), options, width, height, text_width);
+  return draw_diagram({&s.shown.state, &s.curve, &s.result}, options, s.language, width, height, text_width);
+}
+
+std::optional<ExportData> output_export(const Session& s) {
+  if (s.options.grftyp == -1)
+    return s.load_table.row_count > 0 ? std::optional(export_load_table(s.load_table, view_units(s)))
+                                      : std::nullopt;
+  if (s.options.grftyp == -2)
+    return s.powder_table.rows.empty() ? std::nullopt
+                                       : std::optional(export_powder_table(s.powder_table, s.imperial_view));
+  if (!s.shown.any) return std::nullopt;
+  if (s.options.grftyp == 0) return export_point_list(point_list_run(s), view_units(s));
+  return export_diagram(s.options.grftyp, s.curve, s.result.lastIdx, view_units(s));
+}
+
+bool click_output(Session& s, const DiagramFrame& frame, Point at) {
+  if (!s.resultsValid || s.options.grftyp < 1) return false;
+  const auto click = fit_click(frame, diagram_options(s), at);
+  if (!click) return false;
+  FitChargeToTarget(s, click->value, click->mode);
+  return true;
+}
+
+}  // namespace tv

@@ -1,0 +1,71 @@
+#include "session/load_steps.h"
+
+#include <algorithm>
+
+#include "session/driver.h"
+#include "session/files.h"
+#include "text/number.h"
+
+namespace tv {
+namespace {
+
+std::string with_points(std::string text) {
+  std::ranges::replace(text, ',', '.');
+  return text;
+}
+
+void save_steps(Session& s) {
+  for (const char* key : {"ldstep", "ldweight", "ldperc"}) write_option(s, key);
+}
+
+void step_differs(Session& s) {
+  setResultsValid(s, false);
+  s.load_table.table_valid = false;
+}
+
+}  // namespace
+
+void SetLoadTableStep(Session& s, double percent) {
+  s.options.ldperc = percent != 1.0 && percent != 2.0 && percent != 3.0;
+  const bool differs = s.options.ldstep != percent || s.options.ldweight;
+  s.options.ldweight = false;
+  if (differs) step_differs(s);
+  s.options.ldstep = percent;
+  s.weight_step = percent * s.state.chargeGr / 100;
+  save_steps(s);
+}
+
+void SetBaTolerance(Session& s, int percent) {
+  if (s.options.batols != percent) step_differs(s);
+  s.options.batols = percent;
+  write_option(s, "batols");
+}
+
+void ask_percent_step(Session& s) {
+  const auto answer = s.user->input({s.language.text("frmMAIN", "fldtabinp"), MessageText(s).msg(419),
+                                     format_number(s.options.ldstep, "0.0###")});
+  if (!answer) return;
+  const double percent = read_number(with_points(*answer));
+  if (percent >= 0.1 && percent <= 9.0) SetLoadTableStep(s, percent);
+}
+
+void ask_weight_step(Session& s) {
+  const bool grains = s.unit_mode == UnitMode::imperial;
+  const double unit = grains ? 1 : kGrainsPerGram;
+  MessageText prompt(s);
+  prompt.caption("frmMAIN", "fldtsteps").add(format_number(0.1 / unit, "0.0#"));
+  prompt.caption("frmMAIN", "fldtto").add(format_number(5.0 / unit, "0.0#")).add(" ");
+  prompt.fast(grains ? "fgrains" : "fgramm").caption("frmMAIN", "fldtreduc");
+  const auto answer = s.user->input(
+      {s.language.text("frmMAIN", "fldtabinp"), prompt, format_number(s.weight_step / unit, "0.0###")});
+  if (!answer) return;
+  const double weight = read_number(with_points(*answer)) * unit;
+  if (!(weight >= 0.1 && weight <= 5.0)) return;
+  if (weight != s.weight_step || !s.options.ldweight) step_differs(s);
+  s.options.ldweight = true;
+  s.options.ldperc = false;
+  s.weight_step = weight;
+  save_steps(s);
+}
+
+}  // namespace tv
