@@ -1,0 +1,41 @@
+// What the output window shows, as numbers for a spreadsheet: one row for each row of the view, in its units.
+#pragma once
+
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "tables/load_table.h"
+#include "tables/point_list.h"
+#include "tables/powder_table.h"
+
+namespace tv {
+
+using ExportCell = std::variant<std::monostate, double, std::string>;  // blank, number, text
+
+struct ExportData {
+  std::string title = "Ternovale > Excel";
+  std::string x_title, y_title = "Y";
+  std::vector<std::string> headers;
+  std::vector<std::vector<ExportCell>> data;  // rows as long as the headers
+
+  bool text_first() const;  // the first column holds names: categories instead of a scale
+};
+
+// The ladder of the load table, without the two rows of the burn rate. A failed row keeps its charge alone.
+ExportData export_load_table(const LoadTable& table, const ViewUnits& units);
+// A row that shows no figures keeps its name alone.
+ExportData export_powder_table(const PowderTable& table, bool imperial);
+ExportData export_point_list(const PointListRun& run, const ViewUnits& units);
+
+// Columns of the same length; the first is x. Values that are not finite are blank.
+struct ExportSeries {
+  std::string header;
+  std::vector<double> values;
+};
+ExportData export_series(const std::vector<ExportSeries>& series);
+// The standard diagrams, type 1 to 6: x or time from the first point, then the pressure, the velocity or
+// both.
+ExportData export_diagram(int type, const ShotCurve& curve, int lastIdx, const ViewUnits& units);
+
+}  // namespace tv

@@ -1,0 +1,138 @@
+#include "output/spreadsheet.h"
+
+#include <unistd.h>
+#include <xlsxwriter.h>
+
+#include <cerrno>
+#include <filesystem>
+
+#include "text/file.h"
+#include "text/number.h"
+
+namespace tv {
+namespace {
+
+// A file of its own in the folder for temporary files, gone at the end.
+class ScratchFile {
+public:
+  ScratchFile() {
+    std::error_code failed;
+    const std::filesystem::path folder = std::filesystem::temp_directory_path(failed);
+    path_ = (failed ? "/tmp" : folder.string()) + "/tvxlsx-XXXXXX";
+    const int handle = mkstemp(path_.data());
+    ok_ = handle >= 0;
+    if (ok_) close(handle);
+  }
+  ScratchFile(const ScratchFile&) = delete;
+  ScratchFile& operator=(const ScratchFile&) = delete;
+  ~ScratchFile() {
+    if (ok_) unlink(path_.c_str());
+  }
+  bool ok() const { return ok_; }
+  const std::string& path() const { return path_; }
+
+private:
+  std::string path_;
+  bool ok_ = false;
+};
+
+void write_cell(lxw_worksheet* sheet, lxw_row_t row, lxw_col_t col, const ExportCell& cell,
+                lxw_format* number_format) {
+  if (const auto* number = std::get_if<double>(&cell))
+    worksheet_write_number(sheet, row, col, *number, number_format);
+  else if (const auto* text = std::get_if<std::string>(&cell))
+    worksheet_write_string(sheet, row, col, text->c_str(), nullptr);
+}
+
+void write_numbers(lxw_workbook* book, lxw_worksheet* sheet, const ExportData& data) {
+  lxw_format* head_format = workbook_add_format(book);
+  format_set_align(head_format, LXW_ALIGN_CENTER);
+  lxw_format* number_format = workbook_add_format(book);
+  format_set_num_format(number_format, "0.0000");
+  lxw_col_t col = 0;
+  for (const std::string& header : data.headers) {
+    worksheet_write_string(sheet, 0, col, header.c_str(), head_format);
+    worksheet_set_column(sheet, col, col, col == 0 && data.text_first() ? 36 : 14, nullptr);
+    ++col;
+  }
+  lxw_row_t row = 1;
+  for (const auto& cells : data.data) {
+    col = 0;
+    for (const ExportCell& cell : cells) write_cell(sheet, row, col++, cell, number_format);
+    ++row;
+  }
+}
+
+void add_chart(lxw_workbook* book, const std::string& sheet, const ExportData& data) {
+  lxw_chartsheet* chart_sheet = workbook_add_chartsheet(book, (data.title + " Graph").c_str());
+  lxw_chart* chart = workbook_add_chart(
+      book, static_cast<std::uint8_t>(data.text_first() ? LXW_CHART_COLUMN : LXW_CHART_SCATTER_STRAIGHT));
+  const auto last = static_cast<lxw_row_t>(data.data.size());
+  for (lxw_col_t col = 1; col < data.headers.size(); ++col) {
+    lxw_chart_series* series = chart_add_series(chart, nullptr, nullptr);
+    chart_series_set_categories(series, sheet.c_str(), 1, 0, last, 0);
+    chart_series_set_values(series, sheet.c_str(), 1, col, last, col);
+    chart_series_set_name_range(series, sheet.c_str(), 0, col);
+  }
+  chart_title_set_name(chart, (data.title + " Diagram").c_str());
+  if (!data.x_title.empty()) chart_axis_set_name(chart->x_axis, data.x_title.c_str());
+  chart_axis_set_name(chart->y_axis, data.y_title.c_str());
+  chartsheet_set_chart(chart_sheet, chart);
+}
+
+int build_workbook(const ExportData& data, const std::string& path) {
+  lxw_workbook* book = workbook_new(path.c_str());
+  if (!book) return kFileError;
+  const std::string name = data.title + " Results";
+  lxw_worksheet* sheet = workbook_add_worksheet(book, name.c_str());
+  if (!sheet) {
+    workbook_close(book);
+    return kFileError;
+  }
+  write_numbers(book, sheet, data);
+  if (data.data.size() > 1 && data.headers.size() > 1) add_chart(book, name, data);
+  errno = 0;
+  if (workbook_close(book) == LXW_NO_ERROR) return kNoFailure;
+  return errno == ENOSPC ? kDiskFull : kFileError;
+}
+
+std::string quoted(const std::string& text) {
+  if (text.find_first_of(",\"\r\n") == std::string::npos) return text;
+  std::string out = "\"";
+  for (const char c : text) {
+    if (c == '"') out += '"';
+    out += c;
+  }
+  return out + '"';
+}
+
+std::string cell_text(const ExportCell& cell) {
+  if (const auto* number = std::get_if<double>(&cell)) return general(*number);
+  if (const auto* text = std::get_if<std::string>(&cell)) return quoted(*text);
+  return {};
+}
+
+}  // namespace
+
+int write_xlsx(const ExportData& data, const std::string& path) {
+  const ScratchFile scratch;
+  if (!scratch.ok()) return kFileError;
+  if (const int failure = build_workbook(data, scratch.path())) return failure;
+  const FileRead built = read_file(scratch.path());
+  return built.failure ? built.failure : write_file(path, built.bytes);
+}
+
+std::string csv_text(const ExportData& data) {
+  std::string out = "\xEF\xBB\xBF";
+  for (std::size_t i = 0; i < data.headers.size(); ++i) out += (i ? "," : "") + quoted(data.headers[i]);
+  out += "\r\n";
+  for (const auto& row : data.data) {
+    for (std::size_t i = 0; i < row.size(); ++i) out += (i ? "," : "") + cell_text(row[i]);
+    out += "\r\n";
+  }
+  return out;
+}
+
+int write_csv(const ExportData& data, const std::string& path) { return write_file(path, csv_text(data)); }
+
+}  // namespace tv
