@@ -1,0 +1,121 @@
+#include "gui/app.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QHelpEvent>
+#include <QMessageBox>
+#include <QProxyStyle>
+#include <QStandardPaths>
+#include <algorithm>
+
+#include "gui/desk.h"
+#include "gui/gui_user.h"
+#include "gui/icons.h"
+#include "gui/windows.h"
+#include "screens/entry.h"
+#include "session/files.h"
+
+namespace tv {
+namespace {
+
+std::string local_folder(const QString& path) {
+  const std::string folder = QFile::encodeName(path).toStdString();
+  return folder.empty() || folder.ends_with('/') ? folder : folder + '/';
+}
+
+// Tips come after the delay that the options name.
+class TipStyle : public QProxyStyle {
+public:
+  explicit TipStyle(const Session& s) : session_(s) {}
+  int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                QStyleHintReturn* data) const override {
+    if (hint == SH_ToolTip_WakeUpDelay)
+      return static_cast<int>(std::clamp(session_.options.tiptim, 0.0, 30.0) * 1000);
+    return QProxyStyle::styleHint(hint, option, widget, data);
+  }
+
+private:
+  const Session& session_;
+};
+
+// The safety notice; false: the program is to end.
+bool show_notice(Session& s) {
+  if (s.options.accept) return true;
+  for (;;) {
+    s.end_requested = false;
+    open_screen(s, "Form2");
+    if (s.notice_agreed) return true;
+    if (ask_to_end(s)) return false;
+  }
+}
+
+}  // namespace
+
+bool App::notify(QObject* receiver, QEvent* event) {
+  if (event->type() == QEvent::ToolTip && session && !session->options.toltip) return true;
+  try {
+    return QApplication::notify(receiver, event);
+  } catch (const std::exception& fault) {
+    show_fault(fault.what());
+  } catch (...) {
+    show_fault({});
+  }
+  return true;
+}
+
+std::unique_ptr<QLockFile> take_instance_lock() {
+  QString folder = QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation);
+  if (folder.isEmpty()) folder = QDir::tempPath();
+  const QString user = QString::fromLocal8Bit(qgetenv("USER"));
+  auto lock = std::make_unique<QLockFile>(folder + "/ternovale-" + user + ".lock");
+  lock->setStaleLockTime(0);  // only a process that has died leaves a stale lock
+  if (lock->tryLock()) return lock;
+  if (lock->error() == QLockFile::LockFailedError) return nullptr;
+  return lock;  // no folder for a lock: better two than none
+}
+
+void say_already_running() {
+  QMessageBox box(QMessageBox::Information, kProgramName,
+                  "Ternovale is already running!\nTernovale läuft bereits!", QMessageBox::Ok);
+  box.setWindowIcon(program_icon());
+  box.exec();
+}
+
+PlaceHints place_hints(const std::string& build_share) {
+  PlaceHints hints;
+  hints.program_folder = local_folder(QCoreApplication::applicationDirPath());
+  hints.documents = local_folder(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation));
+  for (const QString& place : QStandardPaths::standardLocations(QStandardPaths::GenericDataLocation))
+    hints.shared_data.push_back(local_folder(place));
+  if (QFileInfo::exists(QFile::decodeName(build_share.c_str()))) hints.build_share = build_share;
+  return hints;
+}
+
+int run_program(App& app, const PlaceHints& hints, const QStringList& loads) {
+  GuiUser user;
+  Session session(user);
+  user.attach(&session, nullptr);
+  app.setStyle(new TipStyle(session));
+  app.session = &session;
+  app.setWindowIcon(program_icon());
+  app.setQuitOnLastWindowClosed(false);  // the notice closes before the frame opens
+  int answer = 0;
+  if (start(session, hints)) {
+    Desk desk(session);
+    user.attach(&session, &desk);
+    if (show_notice(session)) {
+      desk.open_frame();
+      if (!loads.isEmpty())
+        desk.act([&] {
+          open_load(session, QFile::encodeName(QFileInfo(loads[0]).absoluteFilePath()).toStdString());
+        });
+      answer = app.exec();
+    }
+    user.attach(&session, nullptr);
+  }
+  app.session = nullptr;
+  return answer;
+}
+
+}  // namespace tv

@@ -1,0 +1,35 @@
+// The application: survives unforeseen faults, shows tips only where they are wanted, one instance a user.
+#pragma once
+
+#include <QApplication>
+#include <QLockFile>
+#include <QTranslator>
+#include <memory>
+
+#include "data/settings_keys.h"
+#include "session/session.h"
+
+namespace tv {
+
+class App : public QApplication {
+public:
+  App(int& argc, char** argv) : QApplication(argc, argv) {}
+
+  bool notify(QObject* receiver, QEvent* event) override;
+
+  const Session* session = nullptr;  // whose option switches the tips
+};
+
+// The lock of the one instance; null if another holds it.
+std::unique_ptr<QLockFile> take_instance_lock();
+// Says in two languages that the program is running already.
+void say_already_running();
+
+// Where the platform keeps the user's documents and shared data. build_share: the delivered files of a build
+// tree, empty when installed.
+PlaceHints place_hints(const std::string& build_share);
+
+// The program from start to end; answers with the exit code.
+int run_program(App& app, const PlaceHints& hints, const QStringList& loads);
+
+}  // namespace tv

@@ -1,0 +1,328 @@
+#include "gui/binder.h"
+
+#include <QAbstractButton>
+#include <QComboBox>
+#include <QCompleter>
+#include <QFocusEvent>
+#include <QKeyEvent>
+#include <QKeySequence>
+#include <QListWidget>
+#include <QPlainTextEdit>
+#include <QRadioButton>
+#include <QScrollBar>
+#include <QSlider>
+#include <QTimer>
+#include <algorithm>
+#include <cmath>
+
+#include "gui/captions.h"
+#include "gui/number_edit.h"
+#include "screens/commands.h"
+#include "screens/entry.h"
+#include "text/number.h"
+
+namespace tv {
+namespace {
+
+// Focus that goes to a menu, a popup or another window of the desktop comes back: the field is not left.
+bool passing(Qt::FocusReason reason) {
+  return reason == Qt::ActiveWindowFocusReason || reason == Qt::PopupFocusReason ||
+         reason == Qt::MenuBarFocusReason;
+}
+
+// Options of one group differ in the number at the end of their names.
+std::pair<std::string, int> split_index(const std::string& name) {
+  const std::size_t at = name.find_last_not_of("0123456789") + 1;
+  return {name.substr(0, at), at < name.size() ? std::stoi(name.substr(at)) : 0};
+}
+
+}  // namespace
+
+Binder::Binder(Session& session, Act act, std::string screen, QWidget* root, std::string default_button)
+    : QObject(root),
+      session_(session),
+      act_(std::move(act)),
+      screen_(std::move(screen)),
+      root_(root),
+      default_button_(std::move(default_button)) {
+  for (const auto& [name, field] : session_.screens[screen_].fields)
+    if (auto* widget = bound(name)) connect_widget(name, widget);
+  for (QWidget* child : root_->findChildren<QWidget*>())
+    if (child->focusPolicy() != Qt::NoFocus) child->installEventFilter(this);
+}
+
+// A window draws the widgets that it marks as its own.
+QWidget* Binder::bound(const std::string& name) const {
+  auto* widget = root_->findChild<QWidget*>(qt(name));
+  return widget && !widget->property(kOwn).toBool() ? widget : nullptr;
+}
+
+void Binder::connect_widget(const std::string& name, QWidget* widget) {
+  const auto run = [this](auto operation) { act_([this, operation] { operation(session_); }); };
+  if (auto* edit = qobject_cast<QLineEdit*>(widget)) {
+    connect(edit, &QLineEdit::textEdited, this, [this, run, name](const QString& text) {
+      run([this, name, typed = utf8(text)](Session& s) {
+        if (!has_session_focus(name)) focus_field(s, screen_, name);
+        edit_field(s, screen_, name, typed);
+      });
+    });
+  } else if (auto* combo = qobject_cast<QComboBox*>(widget)) {
+    connect(combo, &QComboBox::activated, this, [this, run, name, combo](int index) {
+      combo->lineEdit()->setModified(false);
+      run([this, name, index](Session& s) { pick(s, screen_, name, index); });
+    });
+  } else if (auto* list = qobject_cast<QListWidget*>(widget)) {
+    connect(list, &QListWidget::currentRowChanged, this, [this, run, name](int row) {
+      if (row >= 0 && row != field(session_, screen_, name).selected)
+        run([this, name, row](Session& s) { pick(s, screen_, name, row); });
+    });
+  } else if (auto* option = qobject_cast<QRadioButton*>(widget)) {
+    connect(option, &QRadioButton::clicked, this, [this, run, name] {
+      const auto [group, n] = split_index(name);
+      run([this, group, n](Session& s) { choose(s, screen_, group, n); });
+    });
+  } else if (auto* button = qobject_cast<QAbstractButton*>(widget)) {
+    connect(button, &QAbstractButton::clicked, this, [this, run, name, button] {
+      run([this, name, box = button->isCheckable()](Session& s) {
+        box ? toggle(s, screen_, name) : press(s, screen_, name);
+      });
+    });
+  } else if (auto* memo = qobject_cast<QPlainTextEdit*>(widget); memo && !memo->isReadOnly()) {
+    connect(memo, &QPlainTextEdit::textChanged, this, [this, run, name, memo] {
+      const std::string typed = utf8(memo->toPlainText());
+      if (typed != field(session_, screen_, name).text)
+        run([this, name, typed](Session& s) { edit_field(s, screen_, name, typed); });
+    });
+  } else if (auto* bar = qobject_cast<QSlider*>(widget)) {
+    connect(bar, &QSlider::actionTriggered, this, [this, run, bar] {
+      const std::string moved = utf8(bar->property("moves").toString());
+      run([this, moved, value = bar->sliderPosition() / 100.0](Session& s) {
+        type_text(s, screen_, moved, general(value));
+      });
+    });
+  }
+}
+
+bool Binder::has_session_focus(std::string_view name) const {
+  return session_.focus.screen == screen_ && session_.focus.field == name;
+}
+
+void Binder::focus_in(const std::string& name, QWidget* widget) {
+  act_([this, &name] {
+    const Focus before = session_.focus;
+    if (!before.field.empty() && !has_session_focus(name)) leave_field(session_, before.screen, before.field);
+    focus_field(session_, screen_, name);
+  });
+  // After the press of the mouse, which would set the cursor.
+  if (auto* edit = qobject_cast<QLineEdit*>(widget))
+    QTimer::singleShot(0, edit, [edit] {
+      if (edit->hasFocus()) edit->selectAll();
+    });
+}
+
+// A name typed into a list that none of its entries has.
+void Binder::finish_list(const std::string& name, QComboBox* combo) {
+  if (!combo->lineEdit()->isModified()) return;
+  combo->lineEdit()->setModified(false);
+  const QString typed = combo->lineEdit()->text();
+  const int found = combo->findText(typed, Qt::MatchFixedString);
+  act_([&] {
+    if (found >= 0)
+      pick(session_, screen_, name, found);
+    else if (!typed.isEmpty())
+      edit_field(session_, screen_, name, utf8(typed));
+  });
+}
+
+void Binder::escape() {
+  bool restored = false;
+  act_([&] {
+    restored = session_.focus.screen == screen_ && restore_field(session_);
+    if (!restored) close_screen(session_, screen_);
+  });
+}
+
+bool Binder::key_pressed(const std::string& name, QWidget* widget, int pressed,
+                         Qt::KeyboardModifiers modifiers) {
+  const bool enter = pressed == Qt::Key_Return || pressed == Qt::Key_Enter;
+  if (pressed == Qt::Key_Escape && !modifiers) {
+    if (auto* combo = qobject_cast<QComboBox*>(widget); combo && combo->lineEdit()->isModified()) {
+      combo->lineEdit()->setModified(false);
+      refresh();
+    } else {
+      escape();
+    }
+    return true;
+  }
+  if (enter && !modifiers && qobject_cast<QLineEdit*>(widget) && !default_button_.empty()) {
+    act_([this] { press(session_, screen_, default_button_); });
+    return true;
+  }
+  if (enter)
+    if (auto* button = qobject_cast<QAbstractButton*>(widget)) {
+      button->click();
+      return true;
+    }
+  // Keys that no entry field uses may mean something to the screen.
+  if (name.empty() || (pressed < Qt::Key_Escape && !(modifiers & (Qt::ControlModifier | Qt::AltModifier))))
+    return false;
+  const auto spelled = QKeySequence(static_cast<int>(modifiers & ~Qt::KeypadModifier) | pressed)
+                           .toString(QKeySequence::PortableText)
+                           .toStdString();
+  // The menus have their own shortcuts, and a field undoes its own typing first.
+  for (const Command& command : commands())
+    if (command.shortcut && spelled == command.shortcut) return false;
+  bool used = false;
+  act_([&] { used = key(session_, screen_, spelled); });
+  return used;
+}
+
+bool Binder::eventFilter(QObject* watched, QEvent* event) {
+  auto* widget = qobject_cast<QWidget*>(watched);
+  if (!widget) return false;
+  const std::string name = utf8(widget->objectName());
+  const bool known = session_.screens[screen_].fields.contains(name);
+  switch (event->type()) {
+    case QEvent::FocusIn: {
+      const Qt::FocusReason reason = static_cast<QFocusEvent*>(event)->reason();
+      if (known && !(passing(reason) && has_session_focus(name)) && reason != Qt::PopupFocusReason)
+        focus_in(name, widget);
+      return false;
+    }
+    case QEvent::FocusOut:
+      if (passing(static_cast<QFocusEvent*>(event)->reason())) return false;
+      if (auto* combo = qobject_cast<QComboBox*>(widget)) finish_list(name, combo);
+      if (known && has_session_focus(name)) act_([&] { leave_field(session_, screen_, name); });
+      return false;
+    case QEvent::KeyPress: {
+      const auto* pressed = static_cast<QKeyEvent*>(event);
+      return key_pressed(name, widget, pressed->key(), pressed->modifiers());
+    }
+    default:
+      return false;
+  }
+}
+
+void Binder::refresh() {
+  const Screen& screen = session_.screens[screen_];
+  for (const auto& [name, field] : screen.fields)
+    if (auto* widget = bound(name)) show(name, field, widget);
+  show_units();
+  show_hint(screen);
+}
+
+void Binder::show(const std::string& name, const Field& field, QWidget* widget) {
+  if (widget->isHidden() == field.visible) {
+    widget->setVisible(field.visible);
+    if (auto* label = root_->findChild<QLabel*>("label_" + qt(name))) label->setVisible(field.visible);
+  }
+  if (widget->isEnabled() != field.enabled) widget->setEnabled(field.enabled);
+  const QString text = qt(field.text);
+  if (auto* edit = dynamic_cast<FieldEdit*>(widget)) {
+    edit->show_text(text);
+  } else if (auto* combo = qobject_cast<QComboBox*>(widget)) {
+    show_list(name, field, combo);
+  } else if (auto* list = qobject_cast<QListWidget*>(widget)) {
+    show_rows(name, field, list);
+  } else if (auto* view = qobject_cast<QPlainTextEdit*>(widget)) {
+    QString shown = text;
+    shown.remove('\r');
+    if (view->toPlainText() != shown) view->setPlainText(shown);
+  } else if (auto* button = qobject_cast<QAbstractButton*>(widget)) {
+    if (button->isCheckable() && button->isChecked() != field.checked) button->setChecked(field.checked);
+  } else if (auto* label = qobject_cast<QLabel*>(widget)) {
+    if (label->text() != text) label->setText(text);
+  } else if (auto* bar = qobject_cast<QSlider*>(widget)) {
+    const DataSet& powders = session_.set(RecordKind::powders);
+    const auto place = [](double value) { return static_cast<int>(std::floor(value * 100 + 0.0001)); };
+    bar->setRange(place(std::min(powders.Ba0_least, powders.Ba0_most)), place(powders.Ba0_most));
+    bar->setPageStep(std::max(1, (bar->maximum() - bar->minimum()) / 20));
+    bar->setValue(place(field_number(session_, screen_, utf8(bar->property("moves").toString()))));
+    return;
+  }
+  show_look(field, widget);
+  const QString reason = qt(field.reason);
+  if (widget->property(kReason).toString() != reason) {
+    widget->setProperty(kReason, reason);
+    widget->setToolTip(tip_text(session_, widget));
+    widget->setAccessibleDescription(widget->toolTip());
+  }
+}
+
+void Binder::show_list(const std::string& name, const Field& field, QComboBox* combo) {
+  std::vector<std::string>& shown = shown_items_[name];
+  if (!std::ranges::equal(shown, field.items, {}, {}, &ListItem::text)) {
+    shown.clear();
+    QStringList texts;
+    for (const ListItem& item : field.items) {
+      shown.push_back(item.text);
+      texts << qt(item.text);
+    }
+    combo->clear();
+    combo->addItems(texts);
+  }
+  if (combo->currentIndex() != field.selected) combo->setCurrentIndex(field.selected);
+  if (!combo->lineEdit()->isModified() && combo->lineEdit()->text() != qt(field.text)) {
+    combo->lineEdit()->setText(qt(field.text));
+    combo->lineEdit()->setCursorPosition(0);
+  }
+}
+
+void Binder::show_rows(const std::string& name, const Field& field, QListWidget* list) {
+  std::vector<std::string>& shown = shown_items_[name];
+  if (!std::ranges::equal(shown, field.items, {}, {}, &ListItem::text)) {
+    shown.clear();
+    QStringList texts;
+    for (const ListItem& item : field.items) {
+      shown.push_back(item.text);
+      texts << qt(item.text);
+    }
+    list->clear();
+    list->addItems(texts);
+  }
+  if (list->currentRow() != field.selected) list->setCurrentRow(field.selected);
+}
+
+// Units that follow the choice of the pressure unit or a screen's own unit system.
+void Binder::show_units() {
+  const bool imperial =
+      session_.screens[screen_].fields.contains("met_eng") && !field(session_, screen_, "met_eng").checked;
+  for (QLabel* label : root_->findChildren<QLabel*>()) {
+    QString unit;
+    if (label->property("pressure_unit").toBool())
+      unit = qt(chosen_pressure_unit(session_));
+    else if (const QStringList units = label->property("local_units").toStringList(); units.size() == 2)
+      unit = qt(session_.language.text("units", utf8(units[imperial ? 1 : 0])));
+    if (!unit.isEmpty() && label->text() != unit) label->setText(unit);
+  }
+}
+
+void Binder::show_hint(const Screen& screen) {
+  auto* beside = root_->findChild<QWidget*>(qt(screen.hint_field));
+  if (screen.hint.empty() || !beside) {
+    if (hint_) hint_->hide();
+    return;
+  }
+  if (!hint_) {
+    hint_ = new QLabel(root_);
+    hint_->setObjectName("grenzen_box");
+    hint_->setFrameShape(QFrame::Box);
+    hint_->setMargin(3);
+    hint_->setAutoFillBackground(true);
+    hint_->setBackgroundRole(QPalette::ToolTipBase);
+    hint_->setForegroundRole(QPalette::ToolTipText);
+    hint_->setFocusPolicy(Qt::NoFocus);
+    hint_->setAttribute(Qt::WA_TransparentForMouseEvents);
+  }
+  hint_->setText(qt(screen.hint));
+  hint_->adjustSize();
+  QPoint at = beside->mapTo(root_, QPoint(0, beside->height() + 2));
+  if (at.y() + hint_->height() > root_->height())
+    at.setY(beside->mapTo(root_, QPoint()).y() - hint_->height() - 2);
+  at.setX(std::clamp(at.x(), 0, std::max(0, root_->width() - hint_->width())));
+  hint_->move(at);
+  hint_->show();
+  hint_->raise();
+}
+
+}  // namespace tv

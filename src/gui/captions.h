@@ -1,0 +1,36 @@
+// Captions, tips and accessible names of all widgets, from the language in force, by one walk over a widget
+// tree. A widget's key is its objectName, or the property "caption"; windows may set the property "section".
+#pragma once
+
+#include <QString>
+#include <QWidget>
+#include <string>
+#include <string_view>
+
+#include "session/session.h"
+
+namespace tv {
+
+inline QString qt(std::string_view text) {
+  return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
+inline std::string utf8(const QString& text) { return text.toStdString(); }
+
+// A caption without its mnemonic, for accessible names and titles.
+QString plain_caption(QString caption);
+
+// Captions root and all its children from a section; the tips by the widgets' names.
+void apply_captions(QWidget* root, const Session& s, std::string_view section);
+// The tip of a widget, or nothing where tips are switched off; before it the reason why a field is marked.
+QString tip_text(const Session& s, const QWidget* widget);
+
+// Names that the walk goes by.
+inline constexpr const char* kCaptionKey = "caption";  // property: caption key other than the objectName
+inline constexpr const char* kUnitKey = "unit";        // property of unit labels
+inline constexpr const char* kPageKeys = "page_keys";  // property: keys of tab pages, heads, entries
+inline constexpr const char* kFixedText = "fixed";     // property: text that no language changes
+inline constexpr const char* kOwn = "own";             // property: its window draws it, the binder does not
+inline constexpr const char* kReason = "reason";       // property: why the field is marked
+inline constexpr const char* kOwnSection = "own_section";  // property: the walk stops before this widget
+
+}  // namespace tv

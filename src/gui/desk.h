@@ -1,0 +1,62 @@
+// All windows of the program and what they share. A window is made at its first use and then only hidden.
+#pragma once
+
+#include <QObject>
+#include <QWidget>
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "session/session.h"
+
+namespace tv {
+
+class MainFrame;
+
+// A window as the desk knows it: `window` is shown and hidden, `root` holds the controls.
+struct View {
+  QWidget* window = nullptr;
+  QWidget* root = nullptr;
+  std::function<void()> refresh;
+  std::function<void()> recaption;
+};
+
+class Desk : public QObject {
+public:
+  explicit Desk(Session& session);
+  ~Desk() override;
+
+  Session& session() { return session_; }
+  MainFrame* frame() { return frame_.get(); }
+
+  // The main frame and the screens that stand open from the start.
+  void open_frame();
+
+  // Every reaction to a person passes here: runs it, survives what it throws, and draws all windows anew.
+  void act(const std::function<void()>& action);
+  void refresh();    // records to windows
+  void recaption();  // all captions and tips anew, after a change of language
+
+  // The view of a screen, made at its first use; null if the screen has no window.
+  View* view(std::string_view screen);
+  // Where the focus is: the screen whose window is active; "frmMAIN" if none.
+  std::string active_screen() const;
+  // A modal screen: returns when it was closed.
+  void run_dialog(std::string_view screen);
+
+private:
+  View make_view(const ScreenInfo& info);
+  void show_visibility(const std::string& screen, View& view);
+
+  Session& session_;
+  std::unique_ptr<MainFrame> frame_;
+  std::map<std::string, View, std::less<>> views_;
+  bool refreshing_ = false, again_ = false, ending_ = false;
+};
+
+// Shows an unforeseen fault and goes on.
+void show_fault(const std::string& what);
+
+}  // namespace tv

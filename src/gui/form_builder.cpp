@@ -1,0 +1,237 @@
+#include "gui/form_builder.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QCompleter>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QLabel>
+#include <QListWidget>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QSlider>
+#include <map>
+
+#include "gui/captions.h"
+#include "gui/number_edit.h"
+
+namespace tv {
+namespace {
+
+// A list in which typing finds: what is typed filters the entries by any part of their text.
+QComboBox* make_list(QWidget* parent) {
+  auto* combo = new QComboBox(parent);
+  combo->setEditable(true);
+  combo->setInsertPolicy(QComboBox::NoInsert);
+  combo->setMaxVisibleItems(24);
+  combo->setMinimumContentsLength(24);
+  combo->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+  combo->completer()->setCompletionMode(QCompleter::PopupCompletion);
+  combo->completer()->setFilterMode(Qt::MatchContains);
+  combo->completer()->setCaseSensitivity(Qt::CaseInsensitive);
+  combo->completer()->setMaxVisibleItems(16);
+  return combo;
+}
+
+class Builder {
+public:
+  Builder(const FormLayout& layout, QWidget* root, std::vector<std::string>* unknown)
+      : layout_(layout), root_(root), unknown_(unknown) {}
+
+  void build() {
+    auto* grid = new QGridLayout(root_);
+    std::map<int, QVBoxLayout*> columns;
+    int count = 1;
+    for (const Group& group : layout_.groups) count = std::max(count, group.column + 1);
+    int below = 1;
+    for (const Group& group : layout_.groups) {
+      if (group.column < 0) {  // over the whole width
+        add_group(group, [&](QWidget* box) { grid->addWidget(box, below++, 0, 1, count); });
+        continue;
+      }
+      QVBoxLayout*& column = columns[group.column];
+      if (!column) {
+        column = new QVBoxLayout;
+        grid->addLayout(column, 0, group.column);
+        grid->setColumnStretch(group.column, 1);
+      }
+      add_group(group, [&](QWidget* box) { column->addWidget(box); });
+    }
+    for (auto& [number, column] : columns) column->addStretch(1);
+    if (auto* button = root_->findChild<QPushButton*>(QString(layout_.default_button)))
+      button->setDefault(true);
+  }
+
+private:
+  template <class Add>
+  void add_group(const Group& group, Add add) {
+    auto* box = group.title ? static_cast<QWidget*>(new QGroupBox(root_)) : new QWidget(root_);
+    if (group.title) box->setObjectName(group.title);
+    auto* grid = new QGridLayout(box);
+    if (!group.title) grid->setContentsMargins(0, 0, 0, 0);
+    grid->setVerticalSpacing(4);
+    // label, field, unit, field, unit: the fields share what room is left
+    grid->setColumnStretch(1, 1);
+    grid->setColumnStretch(3, 1);
+    for (const Row& row : group.rows) add_row(*grid, row, *box);
+    add(box);
+  }
+
+  void add_row(QGridLayout& grid, const Row& row, QWidget& box) {
+    const int at = grid.rowCount();
+    switch (row.shape) {
+      case RowShape::pair:
+        return add_pair(grid, at, row, box);
+      case RowShape::wide:
+        if (QWidget* widget = control(row.places[0], row, box)) {
+          add_label(grid, at, row.label, widget, box);
+          grid.addWidget(widget, at, 1, 1, 4);
+        }
+        return;
+      case RowShape::slider:
+        return add_slider(grid, at, row, box);
+      case RowShape::bare:
+      case RowShape::buttons:
+        return add_line(grid, at, row, box);
+      case RowShape::block:
+        if (QWidget* widget = control(row.places[0], row, box)) {
+          grid.addWidget(make_label(row.label, widget, box), at, 0, 1, 5);
+          grid.addWidget(widget, at + 1, 0, 1, 5);
+          grid.setRowStretch(at + 1, 1);
+        }
+        return;
+      case RowShape::note:
+        grid.addWidget(make_label(row.label, nullptr, box), at, 0, 1, 5);
+        return;
+    }
+  }
+
+  void add_pair(QGridLayout& grid, int at, const Row& row, QWidget& box) {
+    QWidget* first = nullptr;
+    for (int i = 0; i < 2; ++i) {
+      const Place& place = row.places[i];
+      QWidget* widget = place.control ? control(place, row, box) : nullptr;
+      if (!widget) continue;
+      if (!first) first = widget;
+      grid.addWidget(widget, at, 1 + 2 * i);
+      if (place.unit) grid.addWidget(make_unit(place.unit, box), at, 2 + 2 * i);
+    }
+    if (first) add_label(grid, at, row.label, first, box);
+  }
+
+  void add_slider(QGridLayout& grid, int at, const Row& row, QWidget& box) {
+    auto* bar = new QSlider(Qt::Horizontal, &box);
+    bar->setObjectName(row.places[0].control);
+    bar->setProperty("moves", QString(row.label));
+    bar->setProperty("label_key", QString(row.label));
+    grid.addWidget(bar, at, 1, 1, 4);
+  }
+
+  void add_line(QGridLayout& grid, int at, const Row& row, QWidget& box) {
+    auto* line = new QHBoxLayout;
+    if (row.shape == RowShape::buttons) line->addStretch(1);
+    for (const Place& place : row.places)
+      if (place.control)
+        if (QWidget* widget = control(place, row, box)) line->addWidget(widget);
+    if (row.shape == RowShape::bare) line->addStretch(1);
+    grid.addLayout(line, at, 0, 1, 5);
+  }
+
+  QWidget* control(const Place& place, const Row& row, QWidget& box) {
+    QWidget* widget = make_control(layout_.screen, place.control, &box);
+    if (!widget) {
+      if (unknown_) unknown_->emplace_back(place.control);
+      return nullptr;
+    }
+    if (row.label && row.label[0] != '@') widget->setProperty("label_key", QString(row.label));
+    if (place.unit && place.unit[0] == 'u') widget->setProperty("unit_key", QString(place.unit));
+    return widget;
+  }
+
+  void add_label(QGridLayout& grid, int at, const char* key, QWidget* buddy, QWidget& box) {
+    grid.addWidget(make_label(key, buddy, box), at, 0);
+  }
+
+  QLabel* make_label(const char* key, QWidget* buddy, QWidget& box) {
+    auto* label = new QLabel(&box);
+    if (key[0] == '@') {
+      label->setObjectName(key + 1);
+      return label;
+    }
+    label->setObjectName(QString("label_") + key);
+    label->setProperty(kCaptionKey, QString(key));
+    label->setBuddy(buddy);
+    return label;
+  }
+
+  QLabel* make_unit(const char* unit, QWidget& box) {
+    auto* label = new QLabel(&box);
+    if (unit[0] == '@')
+      label->setObjectName(unit + 1);
+    else if (unit[0] == '*')
+      label->setProperty("pressure_unit", true);
+    else if (unit[0] == '%')
+      label->setProperty("local_units", QString(unit + 1).split('|'));
+    else
+      label->setProperty(kUnitKey, QString(unit));
+    return label;
+  }
+
+  const FormLayout& layout_;
+  QWidget* root_;
+  std::vector<std::string>* unknown_;
+};
+
+}  // namespace
+
+QWidget* make_control(std::string_view screen, std::string_view name, QWidget* parent) {
+  const Control* control = control_info(screen, name);
+  if (!control) return nullptr;
+  QWidget* widget = nullptr;
+  switch (control->kind) {
+    case ControlKind::number:
+    case ControlKind::text:
+    case ControlKind::display:
+      widget = new FieldEdit(control->kind, parent);
+      break;
+    case ControlKind::list:
+      widget = new QListWidget(parent);
+      break;
+    case ControlKind::combo:
+      widget = make_list(parent);
+      break;
+    case ControlKind::check:
+      widget = new QCheckBox(parent);
+      break;
+    case ControlKind::option:
+      widget = new QRadioButton(parent);
+      break;
+    case ControlKind::button: {
+      auto* button = new QPushButton(parent);
+      button->setAutoDefault(false);
+      widget = button;
+      break;
+    }
+    case ControlKind::memo:
+    case ControlKind::view: {
+      auto* text = new QPlainTextEdit(parent);
+      text->setReadOnly(control->kind == ControlKind::view);
+      text->setTabChangesFocus(true);
+      widget = text;
+      break;
+    }
+    case ControlKind::surface:
+      return nullptr;
+  }
+  widget->setObjectName(control->name);
+  return widget;
+}
+
+QWidget* build_form(const FormLayout& layout, QWidget* parent, std::vector<std::string>* unknown) {
+  auto* root = new QWidget(parent);
+  Builder(layout, root, unknown).build();
+  return root;
+}
+
+}  // namespace tv

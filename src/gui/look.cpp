@@ -1,0 +1,89 @@
+// Colours of fields.
+#include <QFont>
+#include <QLineEdit>
+#include <QPalette>
+#include <cmath>
+
+#include "gui/binder.h"
+#include "gui/captions.h"
+#include "gui/number_edit.h"
+
+namespace tv {
+namespace {
+
+bool is_dark(const QPalette& palette) { return palette.color(QPalette::Base).lightness() < 128; }
+
+// Relative luminance of sRGB, and black or white, whichever stands out more.
+double luminance(const QColor& colour) {
+  const auto linear = [](double c) { return c <= 0.04045 ? c / 12.92 : std::pow((c + 0.055) / 1.055, 2.4); };
+  return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF()) + 0.0722 * linear(colour.blueF());
+}
+
+QColor contrasting(const QColor& paper) { return luminance(paper) > 0.179 ? Qt::black : Qt::white; }
+
+}  // namespace
+
+QColor paper_colour(Paper paper, const QPalette& palette) {
+  const bool dark = is_dark(palette);
+  switch (paper) {
+    case Paper::white:
+      return palette.color(QPalette::Base);
+    case Paper::red:
+      return dark ? QColor(170, 0, 0) : QColor(255, 60, 60);
+    case Paper::magenta:
+      return dark ? QColor(150, 0, 150) : QColor(255, 90, 255);
+    case Paper::yellow:
+      return dark ? QColor(110, 95, 0) : QColor(255, 255, 90);
+    case Paper::grey:
+      return dark ? palette.color(QPalette::AlternateBase) : QColor(192, 192, 192);
+    case Paper::failed:
+      return dark ? QColor(120, 40, 40) : QColor(255, 128, 128);
+  }
+  return palette.color(QPalette::Base);
+}
+
+QColor ink_colour(Ink ink, Paper paper, const QPalette& palette) {
+  if (paper != Paper::white) return contrasting(paper_colour(paper, palette));
+  const bool dark = is_dark(palette);
+  switch (ink) {
+    case Ink::black:
+      return palette.color(QPalette::Text);
+    case Ink::red:
+      return dark ? QColor(255, 120, 120) : QColor(185, 0, 0);
+    case Ink::magenta:
+      return dark ? QColor(255, 130, 255) : QColor(160, 0, 160);
+    case Ink::grey:
+      return palette.color(QPalette::Disabled, QPalette::Text);
+  }
+  return palette.color(QPalette::Text);
+}
+
+void Binder::show_look(const Field& field, QWidget* widget) {
+  auto* edit = dynamic_cast<FieldEdit*>(widget);
+  const QPalette standard = root_->palette();
+  const Ink ink = field.stale ? Ink::grey : field.ink;
+  // A display that nothing marks looks like the window, so that what can be typed into stands out.
+  const bool plain = edit && edit->isReadOnly() && field.paper == Paper::white;
+  const QColor paper = plain ? standard.color(QPalette::Window) : paper_colour(field.paper, standard);
+  const QColor text = ink_colour(ink, field.paper, standard);
+  if (widget->palette().color(QPalette::Base) != paper || widget->palette().color(QPalette::Text) != text) {
+    QPalette palette = standard;
+    palette.setColor(QPalette::Base, paper);
+    palette.setColor(QPalette::Text, text);
+    palette.setColor(QPalette::WindowText, text);
+    palette.setColor(QPalette::Disabled, QPalette::Text, text);
+    palette.setColor(QPalette::PlaceholderText, text);
+    widget->setPalette(palette);
+  }
+  if (widget->font().italic() != field.stale) {
+    QFont font = widget->font();
+    font.setItalic(field.stale);
+    widget->setFont(font);
+  }
+  if (edit)
+    edit->show_mark(field.ink == Ink::red || field.ink == Ink::magenta || field.paper == Paper::red ||
+                    field.paper == Paper::magenta || field.paper == Paper::yellow ||
+                    field.paper == Paper::failed);
+}
+
+}  // namespace tv

@@ -1,0 +1,201 @@
+#include "gui/main_frame.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QDragEnterEvent>
+#include <QFile>
+#include <QMdiSubWindow>
+#include <QMimeData>
+#include <QScreen>
+#include <QShortcut>
+#include <QStatusBar>
+#include <QUrl>
+#include <QVBoxLayout>
+#include <algorithm>
+#include <array>
+
+#include "gui/captions.h"
+#include "gui/icons.h"
+#include "gui/window_commands.h"
+#include "session/files.h"
+#include "text/file.h"
+#include "text/number.h"
+
+namespace tv {
+namespace {
+
+constexpr double kTwips = 15;  // one device-independent pixel
+
+// Where a window's place is kept; the size only of those that have keys for it.
+struct PlaceKeys {
+  const char* screen;
+  std::string Options::*left;
+  std::string Options::*top;
+  std::string Options::*width = nullptr;
+  std::string Options::*height = nullptr;
+};
+constexpr PlaceKeys kFrame{"frmMAIN", &Options::form1l, &Options::form1t, &Options::form1w, &Options::form1h};
+constexpr PlaceKeys kChildren[] = {
+    {"Form3", &Options::form3l, &Options::form3t},
+    {"Form4", &Options::form4l, &Options::form4t},
+    {"Form5", &Options::form5l, &Options::form5t, &Options::form5w, &Options::form5h},
+    {"Form7", &Options::form7l, &Options::form7t, &Options::form7w, &Options::form7h},
+    {"Form9", &Options::form9l, &Options::form9t},
+};
+
+int pixels(const std::string& twips) {
+  return static_cast<int>(std::clamp(read_number(twips) / kTwips, -30000.0, 30000.0));
+}
+std::string twips(int pixel) { return general(pixel * kTwips); }
+
+void keep_place(Options& options, const PlaceKeys& keys, const QRect& place) {
+  options.*keys.left = twips(place.x());
+  options.*keys.top = twips(place.y());
+  if (keys.width) {
+    options.*keys.width = twips(place.width());
+    options.*keys.height = twips(place.height());
+  }
+}
+
+// Moved and cut so that all of it lies on a screen that exists.
+QRect onto_screen(QRect wish) {
+  const QScreen* screen = QGuiApplication::screenAt(wish.center());
+  if (!screen) screen = QGuiApplication::primaryScreen();
+  const QRect room = screen->availableGeometry();
+  wish.setSize(wish.size().boundedTo(room.size()));
+  wish.moveLeft(std::clamp(wish.left(), room.left(), room.right() + 1 - wish.width()));
+  wish.moveTop(std::clamp(wish.top(), room.top(), room.bottom() + 1 - wish.height()));
+  return wish;
+}
+
+std::string dropped_load(const QMimeData* data) {
+  for (const QUrl& url : data->urls())
+    if (url.isLocalFile() && url.path().endsWith(".dat", Qt::CaseInsensitive))
+      return QFile::encodeName(url.toLocalFile()).toStdString();
+  return {};
+}
+
+}  // namespace
+
+MainFrame::MainFrame(Desk& desk)
+    : desk_(desk),
+      area_(new QMdiArea),
+      notice_(new QLabel),
+      status_(new QLabel),
+      progress_(new QProgressBar),
+      menus_(desk, *menuBar(), "frmMAIN") {
+  setObjectName("frmMAIN");
+  setWindowIcon(program_icon());
+  setAcceptDrops(true);
+  auto* toolbar = addToolBar(QString());
+  buttons_ = std::make_unique<ToolButtons>(desk, *toolbar);
+  auto* centre = new QWidget(this);
+  auto* layout = new QVBoxLayout(centre);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(0);
+  notice_->setObjectName("Picture1");
+  notice_->setWordWrap(true);
+  notice_->setMargin(4);
+  notice_->setTextInteractionFlags(Qt::TextSelectableByMouse);
+  notice_->setAutoFillBackground(true);
+  notice_->setBackgroundRole(QPalette::ToolTipBase);
+  notice_->setForegroundRole(QPalette::ToolTipText);
+  area_->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+  area_->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+  area_->setActivationOrder(QMdiArea::CreationOrder);
+  layout->addWidget(notice_);
+  layout->addWidget(area_, 1);
+  setCentralWidget(centre);
+  status_->setObjectName("status_line");
+  progress_->setObjectName("progress");
+  progress_->setRange(0, 1000);
+  progress_->setMaximumWidth(260);
+  progress_->hide();
+  statusBar()->addWidget(status_, 1);
+  statusBar()->addPermanentWidget(progress_);
+  auto* next = new QShortcut(QKeySequence(Qt::ALT | Qt::Key_PageUp), this);
+  connect(next, &QShortcut::activated, area_, &QMdiArea::activateNextSubWindow);
+  recaption();
+}
+
+void MainFrame::refresh() {
+  const Session& s = desk_.session();
+  menus_.refresh();
+  buttons_->refresh();
+  setWindowTitle(qt(load_caption(s)));
+  const QString status = qt(field(s, "frmMAIN", "status_line").text).simplified();
+  if (status_->text() != status) status_->setText(status);
+  QString notice = qt(s.language.fastmsg("agreeit1") + s.language.notice());
+  notice = ' ' + notice.replace('\n', ' ').trimmed() + ' ';
+  if (notice_->text() != notice) notice_->setText(notice);
+  notice_->setVisible(!s.options.nowarn);
+}
+
+void MainFrame::recaption() { apply_captions(this, desk_.session(), "frmMAIN"); }
+
+void MainFrame::show_progress(std::string_view text, double fraction) {
+  progress_->setVisible(fraction >= 0);
+  if (fraction < 0) return;
+  progress_->setValue(static_cast<int>(std::clamp(fraction, 0.0, 1.0) * 1000));
+  status_->setText(qt(text));
+}
+
+void MainFrame::restore_places() {
+  apply_fonts(desk_);
+  const Options& options = desk_.session().options;
+  const QRect room = QGuiApplication::primaryScreen()->availableGeometry();
+  QRect place(QPoint(), QSize(1280, 900).boundedTo(room.size()));
+  place.moveCenter(room.center());
+  if (!options.form1w.empty() && pixels(options.form1w) > 100 && pixels(options.form1h) > 100)
+    place =
+        QRect(pixels(options.form1l), pixels(options.form1t), pixels(options.form1w), pixels(options.form1h));
+  setGeometry(onto_screen(place));
+  layout()->activate();
+  area_->resize(size());
+  bool any = false;
+  for (const PlaceKeys& keys : kChildren) any = any || !(options.*keys.left).empty();
+  if (!any) {
+    show();
+    tile(desk_);
+    return;
+  }
+  for (const PlaceKeys& keys : kChildren) {
+    auto* child = findChild<QMdiSubWindow*>(keys.screen);
+    if (!child || (options.*keys.left).empty()) continue;
+    const QSize size = keys.width && pixels(options.*keys.width) > 50
+                           ? QSize(pixels(options.*keys.width), pixels(options.*keys.height))
+                           : child->sizeHint();
+    child->setGeometry(QRect(QPoint(pixels(options.*keys.left), pixels(options.*keys.top)), size));
+  }
+}
+
+void MainFrame::keep_places() {
+  Options& options = desk_.session().options;
+  if (!isMaximized() && !isMinimized() && !isFullScreen()) keep_place(options, kFrame, geometry());
+  for (const PlaceKeys& keys : kChildren)
+    if (auto* child = findChild<QMdiSubWindow*>(keys.screen);
+        child && !child->isHidden() && !child->isMaximized() && !child->isMinimized())
+      keep_place(options, keys, child->geometry());
+}
+
+void MainFrame::closeEvent(QCloseEvent* event) {
+  keep_places();
+  bool ends = desk_.session().end_requested;  // the command has asked already
+  if (!ends) desk_.act([&] { ends = ask_to_end(desk_.session()); });
+  desk_.session().end_requested = ends;
+  event->setAccepted(ends);
+  if (ends) qApp->quit();
+}
+
+void MainFrame::dragEnterEvent(QDragEnterEvent* event) {
+  if (!dropped_load(event->mimeData()).empty()) event->acceptProposedAction();
+}
+
+void MainFrame::dropEvent(QDropEvent* event) {
+  const std::string file = dropped_load(event->mimeData());
+  if (file.empty()) return;
+  event->acceptProposedAction();
+  desk_.act([&] { open_load(desk_.session(), file); });
+}
+
+}  // namespace tv

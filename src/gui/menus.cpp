@@ -1,0 +1,139 @@
+#include "gui/menus.h"
+
+#include <algorithm>
+
+#include "gui/captions.h"
+#include "gui/icons.h"
+#include "session/files.h"
+#include "text/file.h"
+
+namespace tv {
+namespace {
+
+QKeySequence key_of(const Command& command) {
+  return QKeySequence::fromString(command.shortcut, QKeySequence::PortableText);
+}
+
+void run(Desk& desk, const Command& command) {
+  desk.act([&] { run_command(desk.session(), command.name); });
+}
+
+}  // namespace
+
+Menus::Menus(Desk& desk, QMenuBar& bar, std::string_view section)
+    : desk_(desk), bar_(bar), section_(section) {
+  for (const Command& command : commands())
+    if (command.section == section_) add(command);
+}
+
+void Menus::add(const Command& command) {
+  QMenu* parent = command.parent ? menus_[command.parent] : nullptr;
+  if (command.parent && !parent) return;
+  if (parent && command.separator_before) parent->addSeparator();
+  if (!command.parent || is_menu(command)) {
+    QMenu* menu = parent ? parent->addMenu(QString()) : bar_.addMenu(QString());
+    menu->setObjectName(command.name);
+    menu->setToolTipsVisible(true);
+    if (command.literal) menu->setProperty(kFixedText, command.literal);
+    menus_[command.name] = menu;
+    return;
+  }
+  QAction* action = parent->addAction(QString());
+  action->setObjectName(command.name);
+  if (command.literal) action->setProperty(kFixedText, command.literal);
+  if (command.shortcut) {
+    action->setShortcut(key_of(command));
+    action->setShortcutContext(Qt::ApplicationShortcut);  // also over the floating quick start
+  }
+  if (const QIcon icon = command_icon(command.name); !icon.isNull()) action->setIcon(icon);
+  action->setCheckable(command.checked != nullptr);
+  QObject::connect(action, &QAction::triggered, &bar_, [this, &command] { run(desk_, command); });
+  actions_[command.name] = action;
+}
+
+QAction* Menus::action(std::string_view command) const {
+  const auto at = actions_.find(command);
+  return at == actions_.end() ? nullptr : at->second;
+}
+
+void Menus::recaption() {
+  for (const auto& [name, menu] : menus_) apply_captions(menu, desk_.session(), section_);
+}
+
+void Menus::refresh() {
+  const Session& s = desk_.session();
+  for (const auto& [name, entry] : actions_) {
+    const Command& command = *find_command(name);
+    entry->setEnabled(command_enabled(s, command));
+    if (command.checked) entry->setChecked(command_checked(s, command));
+  }
+  refresh_recent();
+  for (const auto& [name, menu] : menus_)
+    menu->menuAction()->setVisible(command_enabled(s, *find_command(name)));
+}
+
+void Menus::refresh_recent() {
+  const auto files = menus_.find("Datei_menu");
+  if (files == menus_.end()) return;
+  const std::vector<std::string>& loads = desk_.session().recent;
+  while (recent_.size() > loads.size()) {
+    delete recent_.back();
+    recent_.pop_back();
+  }
+  while (recent_.size() < loads.size()) {
+    if (recent_.empty()) files->second->addSeparator();
+    const int index = static_cast<int>(recent_.size());
+    recent_.push_back(files->second->addAction(QString()));
+    QObject::connect(recent_.back(), &QAction::triggered, &bar_,
+                     [this, index] { desk_.act([&] { recent_open(desk_.session(), index); }); });
+  }
+  for (std::size_t i = 0; i < loads.size(); ++i) {
+    QString name = QString::fromLocal8Bit(loads[i].c_str());
+    while (name.endsWith('.')) name.chop(1);
+    const QString shown = name.section('/', -1).replace('&', "&&");
+    recent_[i]->setText(QString("&%1 %2").arg(i + 1).arg(shown));
+    recent_[i]->setToolTip(name);
+    recent_[i]->setEnabled(true);
+  }
+}
+
+ToolButtons::ToolButtons(Desk& desk, QToolBar& bar) : desk_(desk), bar_(bar) {
+  bar.setObjectName("toolbar_box");
+  bar.setMovable(false);
+  bar.setContextMenuPolicy(Qt::PreventContextMenu);
+  bar.setIconSize({24, 24});
+  for (const Command& command : commands())
+    if (command.toolbar >= 0) buttons_.emplace_back(&command, nullptr);
+  std::ranges::sort(buttons_, {}, [](const auto& entry) { return entry.first->toolbar; });
+  int before = -1;
+  for (auto& [command, button] : buttons_) {
+    // A gap between files, diagrams, tables and what changes the view.
+    for (const int gap : {3, 7, 13, 16})
+      if (before >= 0 && before < gap && command->toolbar >= gap) {
+        bar.addSeparator();
+        break;
+      }
+    before = command->toolbar;
+    button = new QToolButton(&bar);
+    button->setObjectName("button_img" + QString::number(command->toolbar));
+    button->setIcon(command_icon(command->name));
+    button->setIconSize(bar.iconSize());
+    button->setAutoRaise(true);
+    button->setCheckable(command->checked != nullptr);
+    button->setFocusPolicy(Qt::TabFocus);
+    QObject::connect(button, &QToolButton::clicked, &bar,
+                     [this, command = command] { run(desk_, *command); });
+    bar.addWidget(button);
+  }
+}
+
+void ToolButtons::refresh() {
+  const Session& s = desk_.session();
+  for (auto& [command, button] : buttons_) {
+    button->setEnabled(command_enabled(s, *command));
+    if (command->checked) button->setChecked(command_checked(s, *command));
+  }
+  bar_.setVisible(s.options.symbol);
+}
+
+}  // namespace tv

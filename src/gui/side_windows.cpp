@@ -1,0 +1,245 @@
+// The windows beside the work: the picture viewer, what the program is, the manual.
+#include <QDir>
+#include <QFile>
+#include <QHBoxLayout>
+#include <QImageReader>
+#include <QLabel>
+#include <QPainter>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QTextBrowser>
+#include <QVBoxLayout>
+#include <QWheelEvent>
+#include <algorithm>
+
+#include "gui/captions.h"
+#include "gui/icons.h"
+#include "gui/main_frame.h"
+#include "gui/windows.h"
+#include "session/files.h"
+#include "text/file.h"
+
+namespace tv {
+namespace {
+
+void add_buttons(QVBoxLayout* layout, QWidget* parent, std::initializer_list<const char*> names) {
+  auto* row = new QHBoxLayout;
+  row->addStretch(1);
+  for (const char* name : names) {
+    auto* button = new QPushButton(parent);
+    button->setObjectName(name);
+    button->setAutoDefault(false);
+    row->addWidget(button);
+  }
+  layout->addLayout(row);
+}
+
+void set_title(QWidget* window, const Session& s, const char* section) {
+  window->setWindowTitle(plain_caption(qt(s.language.text(section, section))) + " - " + kProgramName);
+}
+
+// The picture at any scale, in a window that scrolls.
+class PictureViewer : public ScreenDialog {
+public:
+  PictureViewer(Desk& desk, QWidget* parent);
+  void show_picture(const QString& file);
+
+protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override {
+    QDialog::resizeEvent(event);
+    if (fits_) fit();
+  }
+
+private:
+  void scale_to(double scale);
+  void fit();
+
+  QScrollArea* area_;
+  QLabel* picture_;
+  QImage image_;
+  QString file_;
+  double scale_ = 1;
+  bool fits_ = true;
+};
+
+PictureViewer::PictureViewer(Desk& desk, QWidget* parent) : ScreenDialog(desk, "frmPic", parent) {
+  auto* layout = new QVBoxLayout(this);
+  area_ = new QScrollArea(this);
+  picture_ = new QLabel(area_);
+  picture_->setObjectName("picture");
+  picture_->setAlignment(Qt::AlignCenter);
+  picture_->setScaledContents(true);
+  area_->setWidget(picture_);
+  area_->setAlignment(Qt::AlignCenter);
+  area_->viewport()->installEventFilter(this);
+  layout->addWidget(area_, 1);
+  add_buttons(layout, this, {"zoom_in", "zoom_out", "fit", "full", "close"});
+  const auto on = [this](const char* name, auto action) {
+    connect(findChild<QPushButton*>(name), &QPushButton::clicked, this, action);
+  };
+  on("zoom_in", [this] { scale_to(scale_ * 1.25); });
+  on("zoom_out", [this] { scale_to(scale_ / 1.25); });
+  on("fit", [this] { fit(); });
+  on("full", [this] { scale_to(1); });
+  on("close", [this] { reject(); });
+  resize(fontMetrics().height() * 40, fontMetrics().height() * 30);
+}
+
+void PictureViewer::show_picture(const QString& file) {
+  if (file == file_) return;
+  file_ = file;
+  image_ = QImageReader(file).read();
+  picture_->setPixmap(QPixmap::fromImage(image_));
+  fit();
+}
+
+void PictureViewer::scale_to(double scale) {
+  if (image_.isNull()) return;
+  fits_ = false;
+  scale_ = std::clamp(scale, 0.05, 16.0);
+  picture_->resize(image_.size() * scale_);
+}
+
+void PictureViewer::fit() {
+  if (image_.isNull()) return;
+  const QSize room = area_->maximumViewportSize() - QSize(2, 2);
+  scale_to(std::min(double(room.width()) / image_.width(), double(room.height()) / image_.height()));
+  fits_ = true;
+}
+
+bool PictureViewer::eventFilter(QObject*, QEvent* event) {
+  if (event->type() != QEvent::Wheel) return false;
+  const auto* wheel = static_cast<QWheelEvent*>(event);
+  if (!(wheel->modifiers() & Qt::ControlModifier)) return false;
+  scale_to(wheel->angleDelta().y() > 0 ? scale_ * 1.25 : scale_ / 1.25);
+  return true;
+}
+
+class AboutBox : public ScreenDialog {
+public:
+  AboutBox(Desk& desk, QWidget* parent) : ScreenDialog(desk, "frmHelp", parent) {
+    auto* layout = new QVBoxLayout(this);
+    auto* head = new QHBoxLayout;
+    auto* picture = new QLabel(this);
+    picture->setPixmap(program_icon().pixmap(96, 96));
+    head->addWidget(picture);
+    auto* words = new QVBoxLayout;
+    auto* name = new QLabel(QString("<h2>") + kProgramName + "</h2>", this);
+    words->addWidget(name);
+    version_ = new QLabel(this);
+    version_->setObjectName("version");
+    words->addWidget(version_);
+    for (const char* key : {"about", "caution"}) {
+      auto* label = new QLabel(this);
+      label->setProperty(kCaptionKey, key);
+      label->setWordWrap(true);
+      words->addWidget(label);
+    }
+    head->addLayout(words, 1);
+    layout->addLayout(head);
+    auto* title = new QLabel(this);
+    title->setProperty(kCaptionKey, "licences");
+    auto* licences = new QPlainTextEdit(this);
+    licences->setObjectName("licences");
+    licences->setReadOnly(true);
+    title->setBuddy(licences);
+    licences->setPlainText(
+        QString("Qt %1 (LGPL 3)\n{fmt} (MIT)\nnlohmann-json (MIT)\nlibxlsxwriter (BSD 2-clause)\nCLI11 (BSD "
+                "3-clause)\n%2 (MIT)")
+            .arg(qVersion(), kProgramName));
+    layout->addWidget(title);
+    layout->addWidget(licences, 1);
+    add_buttons(layout, this, {"close"});
+    auto* close = findChild<QPushButton*>("close");
+    close->setDefault(true);
+    connect(close, &QPushButton::clicked, this, [this] { reject(); });
+  }
+  void show_version(const Session& s) {
+    version_->setText(qt(s.language.text("frmHelp", "version")) + ' ' + kVersion);
+  }
+
+private:
+  QLabel* version_;
+};
+
+// The folder of the manual: beside the delivered data, or in the tree that the program was built from.
+QString manual_folder(const Session& s) {
+  const QString language = s.language.name() == "german" ? "german" : "english";
+  for (const QString& place :
+       {QFile::decodeName((s.roots.delivered + "manual/").c_str()), QString(TV_BUILD_MANUAL "/")})
+    if (QDir(place + language).exists()) return place + language + '/';
+  return {};
+}
+
+class Manual : public QDialog {
+public:
+  explicit Manual(QWidget* parent) : QDialog(parent), text_(new QTextBrowser(this)) {
+    setObjectName("manual");
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(text_);
+    text_->setOpenExternalLinks(false);
+    resize(fontMetrics().horizontalAdvance('n') * 90, fontMetrics().height() * 42);
+  }
+  void open(const Session& s, const std::string& screen) {
+    setWindowTitle(plain_caption(qt(s.language.text("frmMAIN", "index"))) + " - " + kProgramName);
+    const QString folder = manual_folder(s);
+    QString page = folder + qt(screen).toLower() + ".md";
+    if (!QFile::exists(page)) page = folder + "index.md";
+    text_->setSearchPaths({folder});
+    text_->setSource(QUrl::fromLocalFile(page), QTextDocument::MarkdownResource);
+    show();
+    raise();
+    activateWindow();
+  }
+
+private:
+  QTextBrowser* text_;
+};
+
+}  // namespace
+
+View make_picture_view(Desk& desk, QWidget* parent) {
+  auto* viewer = new PictureViewer(desk, parent);
+  Session& s = desk.session();
+  viewer->setObjectName("frmPic");
+  viewer->setProperty(kOwnSection, true);
+  View view;
+  view.window = view.root = viewer;
+  view.refresh = [viewer, &s] { viewer->show_picture(QFile::decodeName(data_path(s, s.picture).c_str())); };
+  view.recaption = [viewer, &s] {
+    apply_captions(viewer, s, "frmPic");
+    set_title(viewer, s, "frmPic");
+  };
+  return view;
+}
+
+View make_about_view(Desk& desk, QWidget* parent) {
+  auto* box = new AboutBox(desk, parent);
+  Session& s = desk.session();
+  box->setObjectName("frmHelp");
+  box->setProperty(kOwnSection, true);
+  View view;
+  view.window = view.root = box;
+  view.refresh = [] {};
+  view.recaption = [box, &s] {
+    apply_captions(box, s, "frmHelp");
+    set_title(box, s, "frmHelp");
+    box->show_version(s);
+  };
+  return view;
+}
+
+void show_manual(Desk& desk, const std::string& screen) {
+  auto* manual = desk.frame()->findChild<QDialog*>("manual");
+  if (!manual) {
+    manual = new Manual(desk.frame());
+    manual->setProperty(kOwnSection, true);
+  }
+  static_cast<Manual*>(manual)->open(desk.session(), screen);
+}
+
+}  // namespace tv

@@ -1,0 +1,235 @@
+#include "gui/window_commands.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QFontDatabase>
+#include <QFontDialog>
+#include <QMdiSubWindow>
+#include <QScreen>
+#include <algorithm>
+
+#include "gui/captions.h"
+#include "gui/main_frame.h"
+#include "gui/painter.h"
+#include "gui/windows.h"
+#include "screens/output_window.h"
+#include "session/files.h"
+#include "text/file.h"
+
+namespace tv {
+namespace {
+
+// The design size of the frame and the bounds of its zoom, in twips.
+constexpr double kDesignWidth = 12084, kDesignHeight = 8040;
+constexpr double kLeastWidth = 6042, kMostWidth = 24168, kLeastHeight = 4020, kMostHeight = 16056;
+constexpr double kZoomStep = 1.02;
+constexpr double kTwips = 15;
+
+void store_zoom(Desk& desk, double width, double height, bool resize) {
+  Options& options = desk.session().options;
+  const double before_x = options.wisizx, before_y = options.wisizy;
+  options.wisizx = std::clamp(width, kLeastWidth, kMostWidth);
+  options.wisizy = std::clamp(height, kLeastHeight, kMostHeight);
+  options.resize = resize;
+  for (const char* key : {"wisizx", "wisizy", "resize"}) write_option(desk.session(), key);
+  apply_fonts(desk);
+  const double by_x = options.wisizx / before_x, by_y = options.wisizy / before_y;
+  MainFrame& frame = *desk.frame();
+  if (!frame.isMaximized() && !frame.isFullScreen())
+    frame.resize(static_cast<int>(frame.width() * by_x), static_cast<int>(frame.height() * by_y));
+  for (QMdiSubWindow* child : frame.area().subWindowList())
+    child->setGeometry(static_cast<int>(child->x() * by_x), static_cast<int>(child->y() * by_y),
+                       static_cast<int>(child->width() * by_x), static_cast<int>(child->height() * by_y));
+}
+
+void zoom(Desk& desk, double by_x, double by_y) {
+  const Options& options = desk.session().options;
+  store_zoom(desk, options.wisizx * by_x, options.wisizy * by_y, true);
+}
+
+void centre(Desk& desk, const char* screen) {
+  desk.session().user->bring_to_front(screen);
+  if (View* view = desk.view(screen))
+    if (auto* child = qobject_cast<QMdiSubWindow*>(view->window)) {
+      const QSize room = desk.frame()->area().viewport()->size();
+      child->move(std::max(0, (room.width() - child->width()) / 2),
+                  std::max(0, (room.height() - child->height()) / 2));
+    }
+}
+
+void choose_screen_font(Desk& desk) {
+  Options& options = desk.session().options;
+  bool chosen = false;
+  const QFont font = QFontDialog::getFont(&chosen, desk.frame()->font(), desk.frame());
+  if (!chosen) return;
+  options.scrfon = utf8(font.family());
+  options.scrsiz = font.pointSizeF();
+  options.scrbld = font.bold();
+  options.scrita = font.italic();
+  for (const char* key : {"scrfon", "scrsiz", "scrbld", "scrita"}) write_option(desk.session(), key);
+  apply_fonts(desk);
+}
+
+void choose_print_font(Desk& desk) {
+  Options& options = desk.session().options;
+  bool chosen = false;
+  QFont font(qt(options.pri_font_nam));
+  font.setPointSizeF(options.pri_font_siz);
+  font = QFontDialog::getFont(&chosen, font, desk.frame());
+  if (!chosen) return;
+  options.pri_font_nam = utf8(font.family());
+  options.pri_font_siz = font.pointSizeF();
+  for (const char* key : {"pri_font_nam", "pri_font_siz"}) write_option(desk.session(), key);
+}
+
+void choose_diagram_font(Desk& desk) {
+  Options& options = desk.session().options;
+  bool chosen = false;
+  const QFont font = QFontDialog::getFont(&chosen, QFont(qt(options.pict_font_nam)), desk.frame());
+  if (!chosen) return;
+  options.pict_font_nam = utf8(font.family());
+  write_option(desk.session(), "pict_font_nam");
+}
+
+// The diagram as it stands in its window, on white paper.
+DrawList output_picture(Desk& desk) {
+  const QSize size = desk.view("Form7")->root->findChild<QWidget*>("Pict1")->size();
+  return output_diagram(desk.session(), size.width(), size.height(), qt_text_width).list;
+}
+
+void copy_picture(Desk& desk) { QApplication::clipboard()->setImage(draw_image(output_picture(desk), 2)); }
+
+// What the output window shows into a file: a picture or a text.
+void save_output(Desk& desk) {
+  Session& s = desk.session();
+  const bool text = output_shows_text(s);
+  const int kind = text ? 30 : 31;
+  FileBox box{FileMode::save,
+              text ? DialogKind::text : DialogKind::picture,
+              s.language.fastmsg("flfdial", kind),
+              load_folder(s),
+              text ? "ternovale.txt" : "ternovale.png",
+              s.language.fastmsg("flffilt", kind),
+              ""};
+  const auto answer = s.user->choose_file(box);
+  if (!answer) return;
+  if (file_exists(answer->file) && !ask_yes_no(s, MessageText(s).caption("files", "fileover"))) return;
+  int failure = 0;
+  if (text) {
+    std::string lines = output_text(s) + "\n" + s.language.notice() + "\n";
+    for (std::size_t i = lines.find('\n'); i != std::string::npos; i = lines.find('\n', i + 2))
+      lines.insert(i, "\r");
+    failure = write_file(answer->file, lines);
+  } else {
+    failure = save_picture(output_picture(desk), answer->file);
+  }
+  if (failure)
+    warn(s, MessageText(s).msg(420).line().add(answer->file).line().add(s.language.failure(failure)));
+}
+
+void arrange(Desk& desk, bool tiled) {
+  desk.session().options.atiles = tiled;
+  write_option(desk.session(), "atiles");
+  tiled ? tile(desk) : cascade(desk);
+}
+
+struct WindowCommand {
+  std::string_view name;
+  void (*run)(Desk&);
+};
+constexpr WindowCommand kWindowCommands[] = {
+    {"zoomdef", [](Desk& d) { store_zoom(d, kDesignWidth, kDesignHeight, false); }},
+    {"zoomwin",
+     [](Desk& d) {
+       const QSize room = d.frame()->screen()->availableSize();
+       store_zoom(d, room.width() * kTwips, room.height() * kTwips, true);
+     }},
+    {"zoomoutg", [](Desk& d) { zoom(d, kZoomStep, kZoomStep); }},
+    {"zoomouth", [](Desk& d) { zoom(d, kZoomStep, 1); }},
+    {"zoomoutv", [](Desk& d) { zoom(d, 1, kZoomStep); }},
+    {"zooming", [](Desk& d) { zoom(d, 1 / kZoomStep, 1 / kZoomStep); }},
+    {"zoominh", [](Desk& d) { zoom(d, 1 / kZoomStep, 1); }},
+    {"zoominv", [](Desk& d) { zoom(d, 1, 1 / kZoomStep); }},
+    {"metr", [](Desk& d) { centre(d, "Form3"); }},
+    {"powd", [](Desk& d) { centre(d, "Form4"); }},
+    {"result", [](Desk& d) { centre(d, "Form5"); }},
+    {"diagra", [](Desk& d) { centre(d, "Form7"); }},
+    {"index", [](Desk& d) { show_manual(d, d.active_screen()); }},
+    {"prifontsel", choose_print_font},
+    {"sysfon", choose_screen_font},
+    {"arrng_wins", [](Desk& d) { arrange(d, true); }},
+    {"arrng_stag", [](Desk& d) { arrange(d, false); }},
+    {"filewrite", save_output},
+    {"copypic", copy_picture},
+    {"copytab", [](Desk& d) { QApplication::clipboard()->setText(qt(output_tsv(d.session()))); }},
+    {"afonts", choose_diagram_font},
+};
+
+std::vector<QMdiSubWindow*> open_children(Desk& desk) {
+  std::vector<QMdiSubWindow*> open;
+  for (QMdiSubWindow* child : desk.frame()->area().subWindowList())
+    if (!child->isHidden()) open.push_back(child);
+  return open;
+}
+
+}  // namespace
+
+void run_window_command(Desk& desk, std::string_view command) {
+  const auto* at = std::ranges::find(kWindowCommands, command, &WindowCommand::name);
+  if (at != std::end(kWindowCommands) && desk.frame()) at->run(desk);
+}
+
+// Entry windows at the left, as wide as they need to be; results and diagram share the rest.
+void tile(Desk& desk) {
+  const QSize room = desk.frame()->area().viewport()->size();
+  std::vector<QMdiSubWindow*> top, bottom;
+  for (QMdiSubWindow* child : open_children(desk)) {
+    child->showNormal();
+    (child->objectName() == "Form5" || child->objectName() == "Form7" ? bottom : top).push_back(child);
+  }
+  // The upper row is as high as its windows ask for, the lower has what is left.
+  int upper = 0;
+  for (const QMdiSubWindow* child : top) upper = std::max(upper, child->sizeHint().height());
+  if (bottom.empty()) upper = std::max(upper, room.height());
+  const int lower = std::max(room.height() - upper, 0);
+  const auto row = [&room](const std::vector<QMdiSubWindow*>& windows, int y, int height) {
+    int x = 0;
+    for (std::size_t i = 0; i < windows.size(); ++i) {
+      const bool last = i + 1 == windows.size();
+      const int width = last ? std::max(room.width() - x, windows[i]->minimumSizeHint().width())
+                             : windows[i]->sizeHint().width();
+      windows[i]->setGeometry(x, y, width, std::max(height, windows[i]->minimumSizeHint().height()));
+      x += width;
+    }
+  };
+  row(top, 0, upper);
+  row(bottom, upper, lower);
+}
+
+void cascade(Desk& desk) {
+  int step = 0;
+  for (QMdiSubWindow* child : open_children(desk)) {
+    child->showNormal();
+    child->setGeometry(QRect(QPoint(28 * step, 28 * step), child->sizeHint()));
+    child->raise();
+    ++step;
+  }
+}
+
+void apply_fonts(Desk& desk) {
+  const Options& options = desk.session().options;
+  QFont font = QApplication::font();
+  // A font that the system lacks falls back to the desktop's own.
+  if (QFontDatabase::hasFamily(qt(options.scrfon))) {
+    font.setFamily(qt(options.scrfon));
+    font.setPointSizeF(std::clamp(options.scrsiz, 5.0, 40.0));
+    font.setBold(options.scrbld);
+    font.setItalic(options.scrita);
+  }
+  if (options.resize && font.pointSizeF() > 0)
+    font.setPointSizeF(font.pointSizeF() *
+                       std::min(options.wisizx / kDesignWidth, options.wisizy / kDesignHeight));
+  desk.frame()->setFont(font);
+}
+
+}  // namespace tv

@@ -1,0 +1,44 @@
+// The windows with something of their own beside the controls of their screen.
+#pragma once
+
+#include <QDialog>
+#include <QMdiSubWindow>
+#include <functional>
+#include <string>
+
+#include "gui/desk.h"
+
+namespace tv {
+
+// A child of the frame; its close button hides it as the screen's cancel does.
+class ChildWindow : public QMdiSubWindow {
+public:
+  ChildWindow(Desk& desk, std::string screen);
+
+protected:
+  void closeEvent(QCloseEvent* event) override;
+
+private:
+  Desk& desk_;
+  std::string screen_;
+};
+
+// A dialog or floating window of a screen.
+class ScreenDialog : public QDialog {
+public:
+  ScreenDialog(Desk& desk, std::string screen, QWidget* parent);
+  void reject() override;
+
+private:
+  Desk& desk_;
+  std::string screen_;
+};
+
+View make_output_view(Desk& desk);                    // Form7
+View make_picture_view(Desk& desk, QWidget* parent);  // frmPic
+View make_about_view(Desk& desk, QWidget* parent);    // frmHelp
+View make_notice_view(Desk& desk, QWidget* parent);   // Form2
+// The page of the manual about a screen.
+void show_manual(Desk& desk, const std::string& screen);
+
+}  // namespace tv
