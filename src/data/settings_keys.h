@@ -115,11 +115,11 @@ struct DataRoots {
       delivered;  // with its closing '/'; where lan/ and data/ are read from when missing under the root
 };
 struct PlaceHints {
-  std::string root;                      // the data root itself, given by the user; empty: to be found
   std::string program_folder;            // where the program lies
   std::string documents;                 // the user's documents folder
   std::vector<std::string> shared_data;  // the system's shared data folders, in their order
   std::string build_share;               // the delivered files of a build tree; empty when installed
+  std::string root = {};                 // the data root itself, given by the user; empty: to be found
 };
 DataRoots find_data_root(const PlaceHints& hints);
 
