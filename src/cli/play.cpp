@@ -1,0 +1,233 @@
+// The screens driven by a script: one command a line, one JSON object a line as answer.
+#include <charconv>
+#include <fstream>
+#include <istream>
+#include <ostream>
+
+#include "cli/script.h"
+#include "cli/show.h"
+#include "screens/commands.h"
+#include "screens/entry.h"
+
+namespace tv {
+namespace {
+
+using Words = std::vector<Word>;
+
+// Ends the script; the line is added where it is known.
+struct ScriptError {
+  std::string message;
+};
+
+struct Player {
+  Session& s;
+  CliUser& user;
+  std::istream& lines;
+  std::ostream& out;
+  int line = 0;
+  bool answered = false;  // the line at hand has been answered: a modal screen opened
+
+  bool over() const { return s.end_requested; }
+};
+
+void answer(Player& p, const Json& json) {
+  p.out << json_text(json, -1) << std::flush;
+  p.answered = true;
+}
+
+Screen& screen_of(Player& p, const std::string& name) {
+  const auto at = p.s.screens.find(name);
+  if (at == p.s.screens.end()) throw ScriptError{"no such screen: " + name};
+  return at->second;
+}
+
+ControlPlace place_of(Player& p, const Word& word) {
+  ControlPlace place = control_place(word.text);
+  if (place.screen.empty()) throw ScriptError{"not SCREEN.CONTROL: " + word.text};
+  screen_of(p, place.screen);
+  if (!control_info(place.screen, place.control)) throw ScriptError{"no such control: " + word.text};
+  return place;
+}
+
+void must(bool done, const Word& word) {
+  if (!done) throw ScriptError{"cannot be used so now: " + word.text};
+}
+
+int whole_number(const std::string& text) {
+  int value = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+  if (error != std::errc() || end != text.data() + text.size())
+    throw ScriptError{"not a whole number: " + text};
+  return value;
+}
+
+// By "#N", or by its text, blanks at the ends aside.
+int list_index(const Field& list, const Word& word) {
+  if (!word.quoted && word.text.starts_with('#')) return whole_number(word.text.substr(1));
+  for (std::size_t i = 0; i < list.items.size(); ++i)
+    if (trim(list.items[i].text) == trim(word.text)) return static_cast<int>(i);
+  throw ScriptError{"no such entry: " + word.text};
+}
+
+void load_entry(Player& p, const Words& w, const char* command) {
+  if (w[1].text != "load") throw ScriptError{"only loads: " + w[1].text};
+  p.user.answers.push_front({w[2].text, false});
+  must(run_command(p.s, command), w[0]);
+}
+void do_open(Player& p, const Words& w) { load_entry(p, w, "lab_lod"); }
+void do_save(Player& p, const Words& w) { load_entry(p, w, "lab_sav"); }
+
+void do_type(Player& p, const Words& w) {
+  const ControlPlace at = place_of(p, w[1]);
+  must(type_text(p.s, at.screen, at.control, w[2].text), w[1]);
+}
+
+void do_pick(Player& p, const Words& w) {
+  const ControlPlace at = place_of(p, w[1]);
+  must(pick(p.s, at.screen, at.control, list_index(field(p.s, at.screen, at.control), w[2])), w[2]);
+}
+
+void do_press(Player& p, const Words& w) {
+  const ControlPlace at = place_of(p, w[1]);
+  must(press(p.s, at.screen, at.control), w[1]);
+}
+
+void do_toggle(Player& p, const Words& w) {
+  const ControlPlace at = place_of(p, w[1]);
+  must(toggle(p.s, at.screen, at.control), w[1]);
+}
+
+void do_choose(Player& p, const Words& w) {
+  const ControlPlace at = control_place(w[1].text);
+  screen_of(p, at.screen);
+  must(choose(p.s, at.screen, at.control, whole_number(w[2].text)), w[1]);
+}
+
+void do_key(Player& p, const Words& w) {
+  screen_of(p, w[1].text);
+  must(key(p.s, w[1].text, w[2].text), w[2]);
+}
+
+void do_menu(Player& p, const Words& w) {
+  if (!find_command(w[1].text)) throw ScriptError{"no such command: " + w[1].text};
+  must(run_command(p.s, w[1].text), w[1]);
+}
+
+void do_answer(Player& p, const Words& w) {
+  for (std::size_t i = 1; i < w.size(); ++i) {
+    static constexpr std::string_view kWords[] = {"yes", "no", "ok", "cancel", "retry"};
+    const bool word = !w[i].quoted && std::ranges::find(kWords, w[i].text) != std::end(kWords);
+    p.user.answers.push_back({w[i].text, word});
+  }
+}
+
+void do_show(Player& p, const Words& w) {
+  screen_of(p, w[1].text);
+  answer(p, screen_json(p.s, w[1].text));
+}
+
+void do_boxes(Player& p, const Words&) {
+  answer(p, boxes_json(p.user.shown));
+  p.user.shown.clear();
+}
+
+void do_focus(Player& p, const Words&) {
+  answer(p, {{"screen", p.s.focus.screen}, {"field", p.s.focus.field}});
+}
+
+void do_draw(Player& p, const Words& w) {
+  const ControlPlace at = place_of(p, w[1]);
+  const Json json = draw_json(p.s, at.screen, at.control);
+  if (json.is_null()) throw ScriptError{"no drawing surface: " + w[1].text};
+  answer(p, json);
+}
+
+void do_text(Player& p, const Words& w) {
+  const ControlPlace at = place_of(p, w[1]);
+  answer(p, {{"text", bare_text(p.s, at.screen, at.control)}});
+}
+
+struct ScriptCommand {
+  std::string_view name;
+  std::size_t least, most;  // arguments
+  void (*run)(Player&, const Words&);
+};
+constexpr ScriptCommand kCommands[] = {
+    {"open", 2, 2, do_open},      {"save", 2, 2, do_save},   {"type", 2, 2, do_type},
+    {"pick", 2, 2, do_pick},      {"press", 1, 1, do_press}, {"toggle", 1, 1, do_toggle},
+    {"choose", 2, 2, do_choose},  {"key", 2, 2, do_key},     {"menu", 1, 1, do_menu},
+    {"answer", 1, 99, do_answer}, {"show", 1, 1, do_show},   {"boxes", 0, 0, do_boxes},
+    {"focus", 0, 0, do_focus},    {"draw", 1, 1, do_draw},   {"text", 1, 1, do_text},
+};
+
+void run_line(Player& p, const std::string& line) {
+  const auto words = split_line(line);
+  if (!words) throw ScriptError{"a quote is not closed"};
+  if (words->empty()) return;
+  const auto* command =
+      std::ranges::find_if(kCommands, [&](const ScriptCommand& c) { return c.name == words->front().text; });
+  if (command == std::end(kCommands)) throw ScriptError{"no such command: " + words->front().text};
+  const std::size_t arguments = words->size() - 1;
+  if (arguments < command->least || arguments > command->most)
+    throw ScriptError{"wrong number of arguments: " + words->front().text};
+  const int number = p.line;
+  p.answered = false;
+  command->run(p, *words);
+  if (!p.answered) answer(p, {{"ok", true}, {"line", number}});
+  p.answered = true;
+}
+
+bool next_line(Player& p) {
+  std::string line;
+  if (p.over() || !std::getline(p.lines, line)) return false;
+  ++p.line;
+  run_line(p, line);
+  return true;
+}
+
+// The lines that follow act on the modal screen until it closes; the line that opened it is answered before.
+void run_modal(Player& p, std::string_view name) {
+  answer(p, {{"ok", true}, {"line", p.line}, {"dialog", name}});
+  const Screen& screen = p.s.screens.find(name)->second;
+  while (screen.visible && next_line(p)) {
+  }
+  p.answered = true;
+}
+
+void attach(Player& p) {
+  p.user.scripted = true;
+  p.user.on_dialog = [&p](std::string_view screen) { run_modal(p, screen); };
+  p.user.on_focus = [&p](std::string_view screen, std::string_view name) { focus_field(p.s, screen, name); };
+  p.user.on_visible = [&p](std::string_view screen, bool visible) {
+    if (const auto at = p.s.screens.find(screen); at != p.s.screens.end()) at->second.visible = visible;
+  };
+}
+
+int fail(Player& p, const Console& console, const std::string& message) {
+  console.err << "ternovale-cli: line " << p.line << ": " << message << "\n";
+  p.out << json_text({{"error", message}, {"line", p.line}}, -1);
+  return kRefused;
+}
+
+}  // namespace
+
+int run_play(Session& s, CliUser& user, const Console& console, const std::string& script) {
+  std::ifstream file;
+  if (script != "-") {
+    file.open(script);
+    if (!file) throw Stop{kFileTrouble, script + ": could not be read"};
+  }
+  Player p{s, user, script == "-" ? console.in : file, console.out};
+  attach(p);
+  try {
+    while (next_line(p)) {
+    }
+  } catch (const ScriptError& error) {
+    return fail(p, console, error.message);
+  } catch (const NoAnswer& none) {
+    return fail(p, console, none.message);
+  }
+  return kDone;
+}
+
+}  // namespace tv
