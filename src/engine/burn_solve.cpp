@@ -64,6 +64,11 @@ double noise_of(const BurnModel& c) {
   return kRounding * sum * std::fabs(c.cScale);
 }
 
+// Farther than where the series is good to a part of the tolerance it is of no use.
+void cut_reach(BurnSolver::Anchor& a) {
+  a.reach = std::min(a.reach, std::cbrt(0.5 * kTolerance / a.remainder));
+}
+
 // s(z) at z with its first two derivatives, a bound for the third within the reach, and that reach:
 // s' = k/z (1 - q), q = s0Root/S, k = 2 cBurn/b, and so on. Within an eighth of z and of S^2/|b| on either
 // side, powers of 1/z and 1/S change by less than the factor 1.6, q by less than 0.07 q.
@@ -76,6 +81,7 @@ void set_anchor(const BurnModel& c, BurnSolver& solver, double z, double s) {
     a.ds = c.cBurn * (1 - c.z0 / z);
     a.d2 = c.cBurn * c.z0 / (z * z);
     a.remainder = 1.6 * 2 * a.d2 / z / 6;
+    cut_reach(a);
     return;
   }
   const double S2 = c.b * z + 1;
@@ -87,6 +93,7 @@ void set_anchor(const BurnModel& c, BurnSolver& solver, double z, double s) {
       (2 / z * (std::fabs(1 - q) + 0.07 * q) + q * std::fabs(bend)) / z + 0.75 * q * bend * bend;
   a.remainder = std::fabs(c.cScale) / z * 1.6 * steep / 6;
   a.reach = std::min(a.reach, 1 / std::fabs(bend) / 8);
+  cut_reach(a);
 }
 
 // The root of the series about the anchor, or where its straight part has it.
@@ -107,14 +114,6 @@ struct Signs {
            (z - reach < z0 || difference(-reach) + error(reach) < -kTolerance);
   }
 };
-
-// The reach is cut to where the series is good to a part of the tolerance; wider is of no use.
-Signs signs_about(const BurnSolver::Anchor& a, double T, double noise) {
-  Signs signs{a.z, a.s - T, a.ds, a.d2, a.remainder, a.reach, noise};
-  const double good = std::cbrt(0.5 * kTolerance / a.remainder);
-  signs.reach = std::min(signs.reach, good);
-  return signs;
-}
 
 double bisect_by_signs(const BurnModel& c, BurnSolver& solver, const Signs& signs, double T) {
   Bracket at(c.z0);
@@ -149,7 +148,8 @@ double burnSolve(const BurnModel& c, BurnSolver& solver, double x) {
   for (int move = 0; move < kAnchorMoves; ++move) {
     double z = 0;
     if (solver.anchored) {
-      const Signs signs = signs_about(solver.anchor, T, solver.noise);
+      const BurnSolver::Anchor& a = solver.anchor;
+      const Signs signs{a.z, a.s - T, a.ds, a.d2, a.remainder, a.reach, solver.noise};
       if (signs.enclose(c.z0)) return bisect_by_signs(c, solver, signs, T);
       z = series_root(solver.anchor, T);
     } else {
