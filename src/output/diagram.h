@@ -3,6 +3,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "engine/calc_state.h"
 #include "output/draw_list.h"
@@ -15,12 +16,16 @@ double NiceTick(double range);
 // The value cut (not rounded) to three significant digits; 0 for a value not above 0.
 double cut_three_digits(double value);
 
+// Text and curves stand out against the paper, curves also against the bands, and the two curves differ for
+// every kind of colour vision.
 struct DiagramColours {
-  Colour paper{255, 255, 255, 255}, ink{0, 0, 0, 255}, grid{200, 200, 200, 255};
-  Colour pressure{200, 0, 0, 255}, velocity{0, 70, 200, 255};
-  Colour over{255, 0, 0, 90}, near_limit{255, 0, 255, 80}, caution{255, 255, 0, 90};
-  Colour stale{128, 128, 128, 255};
+  Colour paper{255, 255, 255, 255}, ink{20, 20, 20, 255}, grid{215, 215, 215, 255};
+  Colour pressure{176, 64, 0, 255}, velocity{0, 88, 168, 255};
+  Colour over{255, 0, 0, 70}, near_limit{255, 0, 255, 60}, caution{255, 255, 0, 100};
+  Colour stale{110, 110, 110, 255};
 };
+DiagramColours light_colours();
+DiagramColours dark_colours();
 
 // What a diagram is drawn from: a finished run's own copy, never the live inputs.
 struct DiagramRun {
@@ -43,7 +48,7 @@ struct DiagramOptions {
   std::string font = "Arial";
   double text_size = 12;
   DiagramColours colours;
-  int followed = 0;  // the curve that the read-out follows: 0 all, 1 first, 2 second
+  int followed = 0;  // the curve that the read-out follows, drawn bold: 0 none, 1 first, 2 second
 };
 
 // Axis ranges and the plot's rectangle: turns a point of the surface into values and back.
@@ -52,31 +57,46 @@ struct DiagramFrame {
   double x_from = 0, x_to = 1, y1_to = 1, y2_to = 1;
   double x_label_offset = 0;  // barrel axis: added to the position
   bool has_right = false;
+  double label_bottom = 0;  // lower edge of the x axis' labels; the legend begins under it
+};
+
+// A place of the legend: a click on it picks the curve that the read-out follows.
+struct LegendEntry {
+  double left = 0, top = 0, right = 0, bottom = 0;
+  int curve = 1;  // as DiagramOptions::followed
 };
 
 struct Diagram {
   DrawList list;
   DiagramFrame frame;
+  std::vector<LegendEntry> legend;
 };
 
+// A type other than 1 to 6 draws type 3. Points that are not finite or beyond any gun are left out.
 Diagram draw_diagram(const DiagramRun& run, const DiagramOptions& options, const Language& language,
                      double width, double height, TextWidth text_width);
-// Before the first run: an empty frame with a text.
+// Before the first run: an empty frame with a text. Its DiagramFrame is empty, so the mouse finds nothing.
 Diagram empty_diagram(const std::string& text, const DiagramOptions& options, double width, double height,
                       TextWidth text_width);
 
 struct ReadOut {
   std::string x, y1, y2;  // y2 only with two curves
 };
-// Nothing when the point lies outside the plot.
+// The values under the point, with their units; nothing when it lies outside the plot.
 std::optional<ReadOut> read_out(const DiagramFrame& frame, const DiagramOptions& options, Point at);
+// The same, but the followed curve tells its own value at the point's x instead of the point's height.
+std::optional<ReadOut> read_out(const DiagramFrame& frame, const DiagramOptions& options,
+                                const DiagramRun& run, Point at);
 
-// A click beside an axis: the value and the mode of the fit; nothing inside the plot or elsewhere.
+// A click beside an axis: the value and the mode of the fit; nothing inside the plot, on the legend, in the
+// corners or above the frame.
 struct FitClick {
-  double value = 0;  // cut to three digits, in the units of the axis
+  double value = 0;  // cut to three digits, in the units of the axis; 0 when there is nothing to fit: beep
   int mode = 0;      // 0 pressure, 1 velocity, 2 barrel time (ms), 3 travel, 4 barrel length
 };
 std::optional<FitClick> fit_click(const DiagramFrame& frame, const DiagramOptions& options, Point at);
 bool inside_plot(const DiagramFrame& frame, Point at);
+// The curve of the legend entry under the point, 0 if there is none.
+int legend_curve(const Diagram& diagram, Point at);
 
 }  // namespace tv

@@ -49,4 +49,28 @@ struct DrawList {
 using TextWidth = double (*)(const std::string& text, double size, bool bold, bool italic,
                              const std::string& font);
 
+// The width of a text without any font at hand, from the usual proportions of a sans-serif face; good to a
+// tenth or so. For the command line and tests.
+double estimated_text_width(const std::string& text, double size, bool bold, bool italic,
+                            const std::string& font);
+
+// How the look of a line is told at once.
+struct Stroke {
+  Colour colour;
+  double width = 1;
+  LineStyle style = LineStyle::solid;
+};
+struct TextLook {
+  Colour colour;
+  double size = 12;
+  Align align = Align::left;
+  bool bold = false, italic = false;
+};
+
+void add_line(DrawList& list, Point from, Point to, const Stroke& stroke);
+void add_polyline(DrawList& list, std::vector<Point> points, const Stroke& stroke);
+void add_circle(DrawList& list, Point centre, double radius, Colour colour, bool filled, double width = 1);
+void add_band(DrawList& list, Point corner, Point opposite, Colour fill);
+void add_text(DrawList& list, Point anchor, const std::string& text, const TextLook& look);
+
 }  // namespace tv

@@ -1,0 +1,497 @@
+#include "output/diagram.h"
+
+#include <fmt/format.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <fstream>
+#include <limits>
+#include <memory>
+#include <sstream>
+
+#include "engine/shot.h"
+#include "output/svg.h"
+#include "text/number.h"
+
+namespace tv {
+namespace {
+
+constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
+
+// A finished shot: a magnum rifle, 180 grains of bullet, maximum 430 MPa.
+struct Shot {
+  CalcState state;
+  std::unique_ptr<ShotCurve> curve = std::make_unique<ShotCurve>();
+  ShotResult result;
+  DiagramRun run() const { return {&state, curve.get(), &result}; }
+};
+
+Shot magnum() {
+  Shot shot;
+  CalcState& s = shot.state;
+  s.dim.Bwg = 180;
+  s.dim.Veff = 79.8;
+  s.dim.qfq = 47.32;
+  s.dim.Wob = 549.63;
+  s.dim.Llen = 24;
+  s.dim.sebf = 0.5;
+  s.dim.zul_P = 430;
+  s.chargeGr = 73;
+  s.Exw = 3935;
+  s.Kap = 1.231;
+  s.Pdens = 1.61;
+  s.Ba0 = 0.388;
+  s.PDko = 1.4217;
+  s.Ba1 = 2.1342;
+  s.Limz1 = 0.595;
+  s.start_pressure = 25e6;
+  convertUnits(s);
+  EXPECT_EQ(prepareShot(s), SetUp::ok);
+  EXPECT_TRUE(runShot(s, *shot.curve, shot.result).ok());
+  return shot;
+}
+
+const Language& english() {
+  static const Language language = [] {
+    Language l;
+    EXPECT_TRUE(l.read(TV_SHARE_DIR "/lan/tn_english.lan"));
+    return l;
+  }();
+  return language;
+}
+
+DiagramOptions of_type(int type) {
+  DiagramOptions options;
+  options.type = type;
+  return options;
+}
+
+Diagram draw(const Shot& shot, const DiagramOptions& options, double width = 640, double height = 480) {
+  return draw_diagram(shot.run(), options, english(), width, height, estimated_text_width);
+}
+
+const DrawItem* text_item(const DrawList& list, const std::string& text) {
+  for (const DrawItem& item : list.items) {
+    if (item.kind == DrawKind::text && item.text == text) return &item;
+  }
+  return nullptr;
+}
+
+std::vector<const DrawItem*> items_of(const DrawList& list, DrawKind kind) {
+  std::vector<const DrawItem*> out;
+  for (const DrawItem& item : list.items) {
+    if (item.kind == kind) out.push_back(&item);
+  }
+  return out;
+}
+
+// What a text covers, from the line of the letters up.
+struct Area {
+  double left, top, right, bottom;
+};
+Area area_of(const DrawItem& item, const std::string& font) {
+  const double width = estimated_text_width(item.text, item.size, item.bold, item.italic, font);
+  const Point at = item.points[0];
+  const double left = item.align == Align::left    ? at.x
+                      : item.align == Align::right ? at.x - width
+                                                   : at.x - width / 2;
+  return {left, at.y - 0.72 * item.size, left + width, at.y};
+}
+
+void expect_sound(const DrawList& list) {
+  for (const DrawItem& item : list.items) {
+    ASSERT_FALSE(item.points.empty());
+    for (const Point& p : item.points) {
+      ASSERT_TRUE(std::isfinite(p.x) && std::isfinite(p.y)) << item.text;
+      EXPECT_TRUE(p.x > -1 && p.x < list.width + 1 && p.y > -1 && p.y < list.height + 1) << item.text;
+    }
+    EXPECT_TRUE(std::isfinite(item.width) && std::isfinite(item.size) && item.size > 0) << item.text;
+  }
+}
+
+TEST(Scale, TicksAreOneTwoFive) {
+  const struct {
+    double range, tick;
+  } cases[] = {{0, 1e-9}, {0.001, 1e-4}, {1, 0.1},    {3, 0.5},   {10, 1},    {20, 2},      {100, 10},
+               {250, 50}, {400, 50},     {1000, 100}, {-250, 50}, {1.3, 0.2}, {52000, 1e4}, {0.5, 0.05}};
+  for (const auto& c : cases) EXPECT_NEAR(NiceTick(c.range), c.tick, 1e-12 * c.tick) << c.range;
+  for (const double wild : {kNan, HUGE_VAL, -HUGE_VAL, 1e300}) EXPECT_EQ(NiceTick(wild), 1) << wild;
+  for (double range = 1e-44; range < 1e38; range *= 1.7) {  // ends, and never leaves the axis without ticks
+    EXPECT_GT(NiceTick(range), 0);
+    if (range > 1e-30) {
+      EXPECT_LE(range / NiceTick(range), 10.001) << range;
+    }
+  }
+}
+
+TEST(Scale, ThreeDigitsAreCut) {
+  const struct {
+    double value, cut;
+  } cases[] = {{9.96, 9.96}, {999.9, 999}, {2.3, 2.3},     {8.2, 8.2},     {0.07406, 0.0740}, {366.49, 366},
+               {0, 0},       {-3, 0},      {52999, 52900}, {1000.4, 1000}, {kNan, 0},         {HUGE_VAL, 0}};
+  for (const auto& c : cases) EXPECT_NEAR(cut_three_digits(c.value), c.cut, 1e-9 * (1 + c.cut)) << c.value;
+}
+
+TEST(Scale, AxesReachTheCurveTheLimitAndTheEndOfTheShot) {
+  Shot shot = magnum();  // peak 366.5 MPa, 899.3 m/s, 549.63 mm in 1.269 ms
+  DiagramOptions options = of_type(3);
+  options.maximum = false;
+  EXPECT_DOUBLE_EQ(draw(shot, options).frame.y1_to, 400);
+  options.maximum = true;
+  EXPECT_DOUBLE_EQ(draw(shot, options).frame.y1_to, 450);
+  EXPECT_DOUBLE_EQ(draw(shot, options).frame.y2_to, 1000);
+  EXPECT_DOUBLE_EQ(draw(shot, options).frame.x_to, 549.63);
+  EXPECT_NEAR(draw(shot, of_type(6)).frame.x_to, -1000 * shot.curve->t[0], 1e-12);
+  shot.curve->p[50] = 450e6 / 1.02;  // a top that is a multiple stays, the least more takes the next
+  EXPECT_DOUBLE_EQ(draw(shot, options).frame.y1_to, 450);
+  shot.curve->p[50] = 451e6 / 1.02;
+  EXPECT_DOUBLE_EQ(draw(shot, options).frame.y1_to, 500);
+}
+
+TEST(Scale, BarrelAxisReadsZeroAtTheBoltFace) {
+  const Shot shot = magnum();
+  DiagramOptions options = of_type(1);
+  options.barrel_axis = true;
+  const DiagramFrame f = draw(shot, options).frame;
+  const double behind = 24 * 25.4 - 549.63;
+  EXPECT_NEAR(f.x_from, -behind, 1e-9);
+  EXPECT_NEAR(f.x_label_offset, behind, 1e-9);
+  EXPECT_EQ(read_out(f, options, {f.left, 100})->x, "0.0 mm");
+  EXPECT_EQ(read_out(f, options, {f.right, 100})->x, "609.6 mm");
+}
+
+// Every logged point is drawn, and the read-out at its place tells its values.
+TEST(ReadOut, IsTheInverseOfTheDrawing) {
+  const Shot shot = magnum();
+  for (int type = 1; type <= 6; ++type) {
+    const DiagramOptions options = of_type(type);
+    const Diagram d = draw(shot, options, 900, 700);
+    const DrawItem* curve = nullptr;
+    for (const DrawItem* each : items_of(d.list, DrawKind::polyline)) {
+      if (each->points.size() == static_cast<std::size_t>(shot.result.lastIdx) + 1 && !curve) curve = each;
+    }
+    ASSERT_TRUE(curve) << type;
+    for (const std::size_t i : {std::size_t{1}, std::size_t{50}, std::size_t{98}}) {
+      const auto out = read_out(d.frame, options, curve->points[i]);
+      ASSERT_TRUE(out) << type;
+      const double x = type < 4 ? shot.curve->x[i] * 1000 : (shot.curve->t[i] - shot.curve->t[0]) * 1000;
+      const double y = type % 3 == 2 ? shot.curve->v[i] : shot.curve->p[i] / 1e6;
+      EXPECT_NEAR(read_number(out->x), x, type < 4 ? 0.051 : 0.00051) << type;
+      EXPECT_NEAR(read_number(out->y1), y, 0.51) << type;
+      EXPECT_EQ(out->y2.empty(), type % 3 != 0);
+    }
+    EXPECT_FALSE(read_out(d.frame, options, {d.frame.left - 1, 200}));
+    EXPECT_FALSE(read_out(d.frame, options, {200, d.frame.bottom + 1}));
+  }
+}
+
+TEST(ReadOut, FollowedCurveTellsItsOwnValue) {
+  const Shot shot = magnum();
+  DiagramOptions options = of_type(3);
+  const DiagramFrame f = draw(shot, options).frame;
+  const double muzzle_edge = f.right;
+  options.followed = 1;
+  EXPECT_EQ(read_out(f, options, shot.run(), {muzzle_edge, f.top + 5})->y1, "105.6 MPa");
+  options.followed = 2;
+  EXPECT_EQ(read_out(f, options, shot.run(), {muzzle_edge, f.top + 5})->y2, "899 m/s");
+}
+
+// The bands beside the axes, for each type: left, right, below with travel and with barrel axis.
+TEST(FitClick, BandsOfEveryType) {
+  const Shot shot = magnum();
+  const struct {
+    int type, left, right, below, below_barrel;
+  } cases[] = {{1, 0, 0, 3, 4}, {2, 1, 1, 3, 4}, {3, 0, 1, 3, 4},
+               {4, 0, 0, 2, 2}, {5, 1, 1, 2, 2}, {6, 0, 1, 2, 2}};
+  for (const auto& c : cases) {
+    for (const bool barrel : {false, true}) {
+      DiagramOptions options = of_type(c.type);
+      options.barrel_axis = barrel;
+      const Diagram d = draw(shot, options);
+      const DiagramFrame& f = d.frame;
+      const double middle = (f.top + f.bottom) / 2;
+      const auto left = fit_click(f, options, {f.left - 5, middle});
+      const auto right = fit_click(f, options, {f.right + 5, middle});
+      const auto below = fit_click(f, options, {f.left + 0.75 * (f.right - f.left), f.bottom + 5});
+      ASSERT_TRUE(left && right && below) << c.type;
+      EXPECT_EQ(left->mode, c.left) << c.type;
+      EXPECT_EQ(right->mode, c.right) << c.type;
+      EXPECT_EQ(below->mode, barrel ? c.below_barrel : c.below) << c.type;
+      EXPECT_DOUBLE_EQ(left->value, f.y1_to / 2);
+      EXPECT_DOUBLE_EQ(right->value, c.type % 3 == 0 ? f.y2_to / 2 : f.y1_to / 2);
+      const double x = f.x_from + 0.75 * (f.x_to - f.x_from) + f.x_label_offset;
+      EXPECT_DOUBLE_EQ(below->value, cut_three_digits(x)) << c.type;
+      // Not in the plot, the corners, above the frame or on the legend.
+      const LegendEntry& entry = d.legend.front();
+      for (const Point at :
+           {Point{f.left + 9, middle}, Point{f.left - 5, f.bottom + 5}, Point{f.right + 5, f.bottom + 5},
+            Point{f.left + 9, f.top - 5}, Point{entry.left + 9, (entry.top + entry.bottom) / 2}}) {
+        EXPECT_FALSE(fit_click(f, options, at)) << c.type << " " << at.x << " " << at.y;
+      }
+    }
+  }
+  const DiagramFrame f = draw(shot, of_type(6)).frame;
+  EXPECT_EQ(fit_click(f, of_type(6), {f.left - 5, f.bottom})->value, 0);  // nothing to fit, but a click
+  const Diagram none = empty_diagram("nothing", of_type(6), 300, 250, nullptr);
+  EXPECT_FALSE(fit_click(none.frame, of_type(6), {5, 100}));
+  EXPECT_FALSE(inside_plot(none.frame, {150, 100}));
+}
+
+TEST(Marks, StandOnlyAtValidPointsAndWhenAsked) {
+  Shot shot = magnum();  // not burnt out in the barrel
+  DiagramOptions options = of_type(6);
+  const auto shown = [&](const char* label) { return text_item(draw(shot, options).list, label) != nullptr; };
+  for (const char* label : {"Pmax", "M", "Z1", "95%", "Pmax allowed", "Pmax -15% ", "Pmax -25% "}) {
+    EXPECT_TRUE(shown(label)) << label;
+  }
+  EXPECT_FALSE(shown("100%"));
+  shot.result.burnIdx = 90;
+  shot.result.z1Idx = -1;
+  shot.result.idx95 = 4000;
+  EXPECT_TRUE(shown("100%"));
+  EXPECT_FALSE(shown("Z1"));
+  EXPECT_FALSE(shown("95%"));
+  options.marks = false;
+  EXPECT_TRUE(shown("Pmax"));
+  EXPECT_FALSE(shown("M"));
+  options.maximum = false;
+  EXPECT_FALSE(shown("Pmax"));
+  EXPECT_FALSE(shown("Pmax allowed"));
+}
+
+TEST(Zones, LieDirectlyUnderEachOther) {
+  Shot shot = magnum();
+  const DiagramOptions options = of_type(1);
+  const Diagram d = draw(shot, options);
+  const auto bands = items_of(d.list, DrawKind::band);
+  ASSERT_EQ(bands.size(), 3U);
+  const double per_unit = (d.frame.bottom - d.frame.top) / d.frame.y1_to;
+  double upper = d.frame.top;
+  for (const double level : {430.0, 430 * (1 - 0.147), 430 * (1 - 0.147 - 0.097)}) {
+    const DrawItem& band = *bands[static_cast<std::size_t>(level == 430 ? 0 : level > 360 ? 1 : 2)];
+    EXPECT_NEAR(band.points[0].y, upper, 1e-9);
+    EXPECT_NEAR(band.points[1].y, d.frame.bottom - level * per_unit, 1e-9);
+    upper = band.points[1].y;
+  }
+  EXPECT_TRUE(items_of(draw(shot, of_type(2)).list, DrawKind::band).empty());
+  shot.state.dim.zul_P = 0;  // unknown: no zones, no lines, no longer axis
+  const Diagram unknown = draw(shot, options);
+  EXPECT_TRUE(items_of(unknown.list, DrawKind::band).empty());
+  EXPECT_FALSE(text_item(unknown.list, "Pmax allowed"));
+  EXPECT_DOUBLE_EQ(unknown.frame.y1_to, 400);
+}
+
+TEST(Layout, TextsKeepApartAndInsideAtEverySize) {
+  const Shot shot = magnum();
+  const struct { double width, height; } sizes[] = {{300, 250}, {640, 480}, {1000, 300}, {2000, 1400}};
+  for (const auto& size : sizes) {
+    for (const double text_size : {9.0, 12.0, 24.0}) {
+      for (int type = 1; type <= 6; ++type) {
+        DiagramOptions options = of_type(type);
+        options.text_size = text_size;
+        const DrawList list = draw(shot, options, size.width, size.height).list;
+        expect_sound(list);
+        const auto texts = items_of(list, DrawKind::text);
+        for (std::size_t i = 0; i < texts.size(); ++i) {
+          const Area a = area_of(*texts[i], list.font);
+          const std::string where = fmt::format("{} in {}x{} at {} type {}", texts[i]->text, size.width,
+                                                size.height, text_size, type);
+          EXPECT_TRUE(a.left >= 0 && a.right <= size.width && a.top >= 0 && a.bottom <= size.height) << where;
+          EXPECT_GE(texts[i]->size, 8.5) << where;
+          for (std::size_t j = i + 1; j < texts.size(); ++j) {
+            const Area b = area_of(*texts[j], list.font);
+            EXPECT_FALSE(a.left < b.right && b.left < a.right && a.top < b.bottom && b.top < a.bottom)
+                << where << " over " << texts[j]->text;
+          }
+        }
+      }
+    }
+  }
+}
+
+TEST(Layout, CoarseStepAndStaleResultsAreTold) {
+  Shot shot = magnum();
+  shot.state.schrit = 2;
+  DiagramOptions options = of_type(6);
+  const std::string note = english().fastmsg("fcoarse");
+  EXPECT_TRUE(text_item(draw(shot, options).list, note));
+  EXPECT_FALSE(text_item(draw(shot, of_type(3)).list, note));
+  options.stale = true;
+  const DrawList list = draw(shot, options).list;
+  EXPECT_TRUE(text_item(list, english().fastmsg("fobsol0") + " " + english().fastmsg("fobsol1")));
+  for (const DrawItem& item : list.items) {
+    EXPECT_FALSE(item.colour == options.colours.pressure || item.colour == options.colours.velocity);
+  }
+}
+
+TEST(Layout, TwoCurvesDifferWithoutColour) {
+  const Shot shot = magnum();
+  DiagramOptions options = of_type(3);
+  options.followed = 2;
+  const Diagram d = draw(shot, options);
+  std::vector<const DrawItem*> curves;
+  for (const DrawItem* each : items_of(d.list, DrawKind::polyline)) {
+    if (each->points.size() > 50) curves.push_back(each);
+  }
+  ASSERT_EQ(curves.size(), 2U);
+  EXPECT_NE(curves[0]->style, curves[1]->style);
+  EXPECT_GT(curves[1]->width, curves[0]->width);  // the followed one is bold
+  ASSERT_EQ(d.legend.size(), 2U);
+  for (const LegendEntry& entry : d.legend) {
+    EXPECT_EQ(legend_curve(d, {entry.left + 3, entry.top + 3}), entry.curve);
+  }
+  EXPECT_EQ(legend_curve(d, {d.frame.left + 50, d.frame.top + 50}), 0);
+}
+
+// Curves and inputs that no gun gives must not put anything into the list that a painter cannot draw.
+TEST(Hostile, NothingThatIsNotFiniteIsDrawn) {
+  const auto check = [](const Shot& shot, const char* what) {
+    SCOPED_TRACE(what);
+    for (int type = 0; type <= 7; ++type) {
+      for (const bool barrel : {false, true}) {
+        DiagramOptions options = of_type(type);
+        options.barrel_axis = barrel;
+        const Diagram d = draw(shot, options);
+        expect_sound(d.list);
+        EXPECT_LT(d.list.items.size(), 600U);
+        const Point centre{(d.frame.left + d.frame.right) / 2, (d.frame.top + d.frame.bottom) / 2};
+        EXPECT_TRUE(read_out(d.frame, options, centre));
+      }
+    }
+  };
+  Shot shot;  // all zero, one point
+  check(shot, "one point of zero");
+  shot.result.lastIdx = 1000000;
+  check(shot, "index out of range");
+  shot = magnum();
+  shot.curve->p[10] = kNan;
+  shot.curve->v[20] = HUGE_VAL;
+  shot.curve->p[30] = 1e300;
+  shot.curve->x[40] = -HUGE_VAL;
+  shot.curve->p[60] = -5e6;
+  check(shot, "wild points");
+  shot.curve->p.fill(kNan);
+  shot.curve->t.fill(kNan);
+  shot.state.dim.Wob = kNan;
+  shot.state.dim.Llen = HUGE_VAL;
+  shot.state.dim.zul_P = HUGE_VAL;
+  check(shot, "nothing but wild values");
+
+  DiagramOptions options = of_type(6);
+  options.pressure_factor = 0;
+  options.velocity_factor = kNan;
+  options.text_size = kNan;
+  options.line_width = -1;
+  for (const double size : {kNan, -5.0, 0.0, 1.0, HUGE_VAL}) {
+    expect_sound(draw(magnum(), options, size, size).list);
+    expect_sound(empty_diagram("No shot yet", options, size, size, nullptr).list);
+  }
+  expect_sound(draw_diagram({}, options, english(), 300, 250, nullptr).list);
+}
+
+TEST(Hostile, AGapStaysAGap) {
+  Shot shot = magnum();
+  shot.curve->p[40] = kNan;
+  std::vector<std::size_t> pieces;
+  for (const DrawItem* each : items_of(draw(shot, of_type(1)).list, DrawKind::polyline)) {
+    if (each->points.size() > 10) pieces.push_back(each->points.size());
+  }
+  EXPECT_EQ(pieces, (std::vector<std::size_t>{40, 58}));
+}
+
+double luminance(Colour c) {
+  const auto linear = [](double v) {
+    v /= 255;
+    return v <= 0.03928 ? v / 12.92 : std::pow((v + 0.055) / 1.055, 2.4);
+  };
+  return 0.2126 * linear(c.r) + 0.7152 * linear(c.g) + 0.0722 * linear(c.b);
+}
+double contrast(Colour a, Colour b) {
+  const double la = luminance(a) + 0.05, lb = luminance(b) + 0.05;
+  return std::max(la, lb) / std::min(la, lb);
+}
+Colour over_paper(Colour c, Colour paper) {
+  const auto mix = [&c](int front, int back) {
+    return static_cast<std::uint8_t>((front * c.a + back * (255 - c.a)) / 255);
+  };
+  return {mix(c.r, paper.r), mix(c.g, paper.g), mix(c.b, paper.b), 255};
+}
+
+TEST(Colours, StandOutFromPaperAndZones) {
+  for (const DiagramColours& c : {light_colours(), dark_colours()}) {
+    EXPECT_GE(contrast(c.ink, c.paper), 4.5);
+    EXPECT_GE(contrast(c.stale, c.paper), 4.5);
+    EXPECT_GE(contrast(c.pressure, c.paper), 4.5);  // also the colour of its axis' labels
+    EXPECT_GE(contrast(c.velocity, c.paper), 4.5);
+    for (const Colour zone : {c.over, c.near_limit, c.caution}) {
+      const Colour ground = over_paper(zone, c.paper);
+      EXPECT_GE(contrast(c.ink, ground), 4.5);
+      EXPECT_GE(contrast(c.pressure, ground), 3);
+      EXPECT_GE(contrast(c.velocity, ground), 3);
+    }
+  }
+}
+
+std::string point_text(const Point& p) { return fmt::format("{:.1f},{:.1f}", p.x, p.y); }
+
+// One item a line; of a long curve its ends, its peak and its length.
+std::string dump(const DrawList& list) {
+  constexpr const char* kinds[] = {"line", "curve", "circle", "band", "text"};
+  constexpr const char* styles[] = {"solid", "dash", "dot", "dash-dot"};
+  constexpr const char* aligns[] = {"left", "centre", "right"};
+  std::string out = fmt::format("{}x{} {}\n", list.width, list.height, list.font);
+  for (const DrawItem& i : list.items) {
+    out += kinds[static_cast<int>(i.kind)];
+    if (i.points.size() > 5) {
+      const auto peak = std::min_element(i.points.begin(), i.points.end(),
+                                         [](const Point& a, const Point& b) { return a.y < b.y; });
+      out += fmt::format(" {} points {} .. {} .. {}", i.points.size(), point_text(i.points.front()),
+                         point_text(*peak), point_text(i.points.back()));
+    } else {
+      for (const Point& p : i.points) out += " " + point_text(p);
+    }
+    out += fmt::format(" #{:02x}{:02x}{:02x}/{}", i.colour.r, i.colour.g, i.colour.b, i.colour.a);
+    if (i.kind == DrawKind::text) {
+      out += fmt::format(" {:.1f} {}{}{} \"{}\"", i.size, aligns[static_cast<int>(i.align)],
+                         i.bold ? " bold" : "", i.italic ? " italic" : "", i.text);
+    } else if (i.kind == DrawKind::circle) {
+      out += fmt::format(" r {:.1f}{}", i.radius, i.filled ? " filled" : "");
+    } else if (i.kind != DrawKind::band) {
+      out += fmt::format(" {:.2f} {}", i.width, styles[static_cast<int>(i.style)]);
+    }
+    out += "\n";
+  }
+  return out;
+}
+
+// When the picture is meant to change: look at it, then copy the new file over the old one.
+TEST(Golden, PressureAndVelocityOverTime) {
+  const std::string drawn = dump(draw(magnum(), of_type(6)).list);
+  std::ifstream file(TV_SOURCE_DIR "/tests/output/golden/pressure_velocity_time.txt");
+  std::stringstream kept;
+  kept << file.rdbuf();
+  if (drawn != kept.str()) std::ofstream("pressure_velocity_time.new.txt") << drawn;
+  EXPECT_EQ(drawn, kept.str());
+}
+
+TEST(Svg, EscapesAndLeavesOutWhatCannotBeDrawn) {
+  DrawList list;
+  list.width = 40;
+  list.height = 30;
+  add_text(list, {1, 2}, "a<b & \"c\"\x01", {{10, 20, 30, 128}, 12, Align::right, true, true});
+  add_line(list, {0, kNan}, {5, 5}, {{}});
+  add_polyline(list, {{0, 0}, {1.5, 2}, {3, 4.256}}, {{255, 0, 0, 255}, 2, LineStyle::dash});
+  const std::string svg = to_svg(list);
+  EXPECT_NE(svg.find("viewBox=\"0 0 40 30\""), std::string::npos);
+  EXPECT_NE(svg.find(">a&lt;b &amp; &quot;c&quot;</text>"), std::string::npos);
+  EXPECT_NE(svg.find("fill=\"#0a141e\" fill-opacity=\"0.5\" font-weight=\"bold\" font-style=\"italic\" "
+                     "text-anchor=\"end\""),
+            std::string::npos);
+  EXPECT_NE(svg.find("stroke-dasharray=\"8 4\" stroke-linejoin=\"round\" points=\"0,0 1.5,2 3,4.26\""),
+            std::string::npos);
+  EXPECT_EQ(svg.find("nan"), std::string::npos);
+}
+
+}  // namespace
+}  // namespace tv
