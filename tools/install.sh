@@ -1,0 +1,34 @@
+#!/usr/bin/env bash
+# tools/install.sh GROUP...: installs from Debian's packages what is missing of the groups build, test and ci.
+# Nothing missing: no call of apt-get, no rights needed.
+set -euo pipefail
+
+declare -A packages=(
+  [build]="g++ cmake ninja-build pkg-config qt6-base-dev qt6-svg-dev libxlsxwriter-dev libcli11-dev
+           nlohmann-json3-dev libfmt-dev libgtest-dev libbenchmark-dev libboost-dev qt6-qpa-plugins"
+  [test]="fonts-dejavu-core poppler-utils"
+  [ci]="git clang clang-format libclang-rt-14-dev dpkg-dev lintian desktop-file-utils appstream shared-mime-info
+        libglib2.0-bin"
+)
+
+missing=()
+for group in "$@"; do
+  [[ -n ${packages[$group]:-} ]] || { echo "install.sh: no such group: $group" >&2; exit 2; }
+  for package in ${packages[$group]}; do
+    dpkg-query -W -f '${db:Status-Status}' "$package" 2>/dev/null | grep -qx installed || missing+=("$package")
+  done
+done
+((${#missing[@]})) || exit 0
+
+echo "Installing from Debian's packages: ${missing[*]}"
+root=()
+if [[ $(id -u) != 0 ]]; then
+  if ! command -v sudo >/dev/null; then
+    echo "These packages are missing and need an administrator:" >&2
+    echo "    apt-get install --no-install-recommends ${missing[*]}" >&2
+    exit 1
+  fi
+  root=(sudo)
+fi
+"${root[@]}" apt-get update -q
+"${root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -yq --no-install-recommends "${missing[@]}"
