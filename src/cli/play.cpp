@@ -8,6 +8,7 @@
 #include "cli/show.h"
 #include "screens/commands.h"
 #include "screens/entry.h"
+#include "session/files.h"
 
 namespace tv {
 namespace {
@@ -108,7 +109,18 @@ void do_key(Player& p, const Words& w) {
   must(key(p.s, w[1].text, w[2].text), w[2]);
 }
 
+// The list of recent loads stands in the menu as menrecfil_array(0) and on.
+bool open_recent(Player& p, const std::string& name) {
+  constexpr std::string_view stem = "menrecfil_array";
+  if (!name.starts_with(stem)) return false;
+  const int index = whole_number(name.substr(stem.size()));
+  if (index < 0 || index >= static_cast<int>(p.s.recent.size())) throw ScriptError{"no recent load: " + name};
+  recent_open(p.s, index);
+  return true;
+}
+
 void do_menu(Player& p, const Words& w) {
+  if (open_recent(p, control_name(w[1].text))) return;
   if (!find_command(w[1].text)) throw ScriptError{"no such command: " + w[1].text};
   must(run_command(p.s, w[1].text), w[1]);
 }
@@ -194,7 +206,15 @@ void run_modal(Player& p, std::string_view name) {
   p.answered = true;
 }
 
+// Showing a screen, and marks of the menu, are done without a window; anything else is not.
+void window_command(std::string_view name) {
+  static constexpr std::string_view kDone[] = {"metr", "powd", "result", "diagra", "ttips", "symbonoff"};
+  if (std::ranges::find(kDone, name) == std::end(kDone))
+    throw ScriptError{"only the window program can do this: " + std::string(name)};
+}
+
 void attach(Player& p) {
+  p.s.window_command = [](Session&, std::string_view name) { window_command(name); };
   p.user.scripted = true;
   p.user.on_dialog = [&p](std::string_view screen) { run_modal(p, screen); };
   p.user.on_focus = [&p](std::string_view screen, std::string_view name) { focus_field(p.s, screen, name); };
@@ -219,6 +239,7 @@ int run_play(Session& s, CliUser& user, const Console& console, const std::strin
   }
   Player p{s, user, script == "-" ? console.in : file, console.out};
   attach(p);
+  for (const char* screen : {"Form3", "Form4", "Form5", "Form7"}) open_screen(s, screen);
   try {
     while (next_line(p)) {
     }
