@@ -6,6 +6,7 @@ add_custom_command(OUTPUT ${changelog}.Debian.gz COMMAND gzip -9nc ${changelog} 
   DEPENDS ${changelog} VERBATIM)
 add_custom_target(package_changelog ALL DEPENDS ${changelog}.Debian.gz)
 install(FILES ${changelog}.Debian.gz share/debian/copyright DESTINATION ${doc})
+install(FILES share/debian/lintian-overrides DESTINATION ${CMAKE_INSTALL_DATADIR}/lintian/overrides RENAME ternovale)
 
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME ternovale)

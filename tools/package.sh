@@ -17,7 +17,7 @@ deb=$(echo "$build"/*.deb)
 dpkg-deb --info "$deb"
 
 echo "checking $deb"
-lintian --allow-root --fail-on error "$deb"
+lintian --allow-root --fail-on error,warning "$deb"
 scratch=$(mktemp -d)
 trap 'rm -rf "$scratch"' EXIT
 root=$scratch/root
@@ -29,7 +29,7 @@ for page in ternovale ternovale-cli; do
   gzip -t "$root/$share/man/man1/$page.1.gz" || fail "man page of $page"
 done
 # The file manager tells a load by what stands in it, and leaves other .dat files alone.
-update-mime-database "$root/$share/mime"
+update-mime-database "$root/$share/mime" >/dev/null
 type_of() { XDG_DATA_HOME=$scratch XDG_DATA_DIRS="$root/$share:/usr/share" gio info -a standard::content-type "$1"; }
 if command -v gio >/dev/null; then
   for file in "$root/$share/ternovale"/data/loads/*.dat; do

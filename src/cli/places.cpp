@@ -66,8 +66,6 @@ PlaceHints place_hints() {
   }
   for (const std::string& place : split(environment_or("XDG_DATA_DIRS", "/usr/local/share:/usr/share")))
     hints.shared_data.push_back(place);
-  // An installed copy of the program leaves the tree it was built in alone.
-  if (hints.program_folder.starts_with(std::string(TV_BUILD_DIR) + "/")) hints.build_share = TV_BUILD_SHARE;
   return hints;
 }
 

@@ -6,7 +6,7 @@
 namespace tv {
 
 // From the program's own place and the user's environment (HOME, XDG_CONFIG_HOME, XDG_DATA_HOME,
-// XDG_DATA_DIRS). A program inside its build tree takes the delivered files from there.
+// XDG_DATA_DIRS). The delivered files lie beside bin/, in a build tree as in an installation.
 PlaceHints place_hints();
 
 }  // namespace tv

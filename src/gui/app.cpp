@@ -82,13 +82,12 @@ void say_already_running() {
   box.exec();
 }
 
-PlaceHints place_hints(const std::string& build_share) {
+PlaceHints place_hints() {
   PlaceHints hints;
   hints.program_folder = local_folder(QCoreApplication::applicationDirPath());
   hints.documents = local_folder(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation));
   for (const QString& place : QStandardPaths::standardLocations(QStandardPaths::GenericDataLocation))
     hints.shared_data.push_back(local_folder(place));
-  if (QFileInfo::exists(QFile::decodeName(build_share.c_str()))) hints.build_share = build_share;
   return hints;
 }
 

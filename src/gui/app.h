@@ -25,9 +25,8 @@ std::unique_ptr<QLockFile> take_instance_lock();
 // Says in two languages that the program is running already.
 void say_already_running();
 
-// Where the platform keeps the user's documents and shared data. build_share: the delivered files of a build
-// tree, empty when installed.
-PlaceHints place_hints(const std::string& build_share);
+// Where the platform keeps the user's documents and shared data.
+PlaceHints place_hints();
 
 // The program from start to end; answers with the exit code.
 int run_program(App& app, const PlaceHints& hints, const QStringList& loads);

@@ -1,5 +1,4 @@
 // The windows beside the work: the picture viewer, what the program is, the manual.
-#include <QDir>
 #include <QFile>
 #include <QHBoxLayout>
 #include <QImageReader>
@@ -70,6 +69,7 @@ PictureViewer::PictureViewer(Desk& desk, QWidget* parent) : ScreenDialog(desk, "
   area_ = new QScrollArea(this);
   picture_ = new QLabel(area_);
   picture_->setObjectName("picture");
+  picture_->setProperty("label_key", "frmPic");
   picture_->setAlignment(Qt::AlignCenter);
   picture_->setScaledContents(true);
   area_->setWidget(picture_);
@@ -165,13 +165,10 @@ private:
   QLabel* version_;
 };
 
-// The folder of the manual: beside the delivered data, or in the tree that the program was built from.
+// The manual is delivered in German and in English, which the other languages show too.
 QString manual_folder(const Session& s) {
-  const QString language = s.language.name() == "german" ? "german" : "english";
-  for (const QString& place :
-       {QFile::decodeName((s.roots.delivered + "manual/").c_str()), QString(TV_BUILD_MANUAL "/")})
-    if (QDir(place + language).exists()) return place + language + '/';
-  return {};
+  const char* language = s.language.name() == "german" ? "manual/de/" : "manual/en/";
+  return QFile::decodeName((s.roots.delivered + language).c_str());
 }
 
 class Manual : public QDialog {
