@@ -15,10 +15,16 @@ std::string with_slash(std::string folder) {
   return folder;
 }
 
-// The last element of the program's folder; programs of a system share one that is called bin.
+std::string last_element(const std::string& folder) {
+  return file_name_only(folder.substr(0, folder.empty() ? 0 : folder.size() - 1));
+}
+
+// Programs of a system share a folder of that name, and a build tree makes its own anew.
+bool is_shared(const std::string& program) { return last_element(program) == "bin"; }
+
 std::string folder_name(const std::string& program) {
-  const std::string name = file_name_only(program.substr(0, program.empty() ? 0 : program.size() - 1));
-  return name.empty() || name == "bin" ? std::string(kInstalledName) : name;
+  const std::string name = last_element(program);
+  return name.empty() || is_shared(program) ? std::string(kInstalledName) : name;
 }
 
 bool holds_settings(const std::string& folder) { return file_exists(resolve_path(folder, kSettingsFile)); }
@@ -30,7 +36,8 @@ std::string find_root(const std::string& program, const std::string& name, const
     const std::string root = with_slash(shared) + name + '/';
     if (holds_settings(root)) return root;
   }
-  return own.empty() || access(program.c_str(), W_OK) == 0 ? program : own;
+  const bool own_place = !is_shared(program) && access(program.c_str(), W_OK) == 0;
+  return own.empty() || own_place ? program : own;
 }
 
 std::string find_delivered(const std::string& program, const std::string& name, const PlaceHints& hints) {

@@ -106,9 +106,9 @@ void write_option(const OptionKey& key, const Options& options, SectionedFile& f
 bool read_flag(std::string_view text);
 
 // The data root: the folder of the program's name in the user's documents, then in the system's shared data
-// folders, that holds ternofw.set; else the program's own folder, or, where that is not writable, a folder in
-// the user's documents which the caller makes. A pure function of what it is given and of the files that
-// stand there.
+// folders, that holds ternofw.set; else the program's own folder, or, where that is called bin or is not
+// writable, a folder in the user's documents which the caller makes. A pure function of what it is given and
+// of the files that stand there.
 struct DataRoots {
   std::string root;  // with its closing '/'; settings and the user's own files
   std::string

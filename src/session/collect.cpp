@@ -16,7 +16,9 @@ std::optional<double> ask_calibre(Session& s, const char* title_key) {
   const std::string current = format_pattern(s.state.dim.Zkal, "0.0000");
   MessageText prompt(s);
   prompt.msg(402).line().msg(403).add(format_pattern(s.options.srchtl, "0.000")).add("'').");
-  const auto answer = s.user->input({s.language.text("frmMAIN", title_key), prompt, current});
+  std::string title = s.language.text("frmMAIN", title_key);
+  std::erase(title, '&');
+  const auto answer = s.user->input({title, prompt, current});
   if (!answer || trim(*answer).empty()) return std::nullopt;
   std::string text = *answer;
   for (char& c : text)
@@ -25,18 +27,24 @@ std::optional<double> ask_calibre(Session& s, const char* title_key) {
   return value >= 1 ? value / kMmPerInch : value;
 }
 
-struct CollectList {
-  const char* screen;
-  const char* list;
-};
-CollectList list_of(RecordKind kind) { return {"Form3", kind == RecordKind::bullets ? "Bnam" : "HVolDat"}; }
-
 std::string tolerance_text(const Session& s) { return format_pattern(s.options.srchtl, "#.0000"); }
+
+std::string calibre_caption(const Session& s, double calibre) {
+  return format_pattern(calibre, "#.000") + " (±  " + tolerance_text(s) + ") in.";
+}
+
+// As "308.bul"; a name that begins with a point would be hidden.
+std::string calibre_file(double calibre, RecordKind kind) {
+  std::string name = format_pattern(calibre, "#.000");
+  std::erase(name, '.');
+  return name + "." + record_kind(kind).extension;
+}
 
 RecordTable collect_from(Session& s, RecordKind kind, const std::string& folder,
                          const std::vector<std::string>& names, double calibre) {
   RecordTable result;
   int done = 0;
+  s.user->busy(true);
   for (const std::string& name : names) {
     s.set(kind).caption = name;
     if (++done % 20 == 0)
@@ -44,6 +52,7 @@ RecordTable collect_from(Session& s, RecordKind kind, const std::string& folder,
     const RecordRead read = read_records_plain(folder + name, kind, s.language.page());
     if (read.ok()) collect_records(result, read.file.table, kind, calibre, s.options.srchtl);
   }
+  s.user->busy(false);
   return result;
 }
 
@@ -52,8 +61,7 @@ RecordTable collect_from(Session& s, RecordKind kind, const std::string& folder,
 void collect_records(Session& s, RecordKind kind) {
   const auto calibre = ask_calibre(s, kind == RecordKind::bullets ? "bul_collect" : "case_collect");
   if (!calibre) return;
-  const std::string start = file_folder(data_path(s, s.set(kind).stored_name + record_kind(kind).extension));
-  const auto chosen = s.user->choose_folder(MessageText(s).msg(404), start);
+  const auto chosen = s.user->choose_folder(MessageText(s).msg(404), data_folder(s, kind, FileMode::open));
   if (!chosen || chosen->empty()) return;
   const std::string folder = chosen->ends_with('/') ? *chosen : *chosen + "/";
   const auto names = files_in(folder, std::string("*.") + record_kind(kind).extension);
@@ -69,9 +77,9 @@ void collect_records(Session& s, RecordKind kind) {
   sort_kind(result, kind, s.options.sortvol, s.language.page());
   set.file = {std::move(result), {}};
   set.collected = true;
-  set.caption = format_pattern(*calibre, "#.000") + " (±  " + tolerance_text(s) + ") in.";
+  set.collection = calibre_caption(s, *calibre);
   fill_lists(s, kind);
-  if (ask_yes_no(s, MessageText(s).msg(407))) save_as(s, kind);
+  if (ask_yes_no(s, MessageText(s).msg(407))) save_as(s, kind, calibre_file(*calibre, kind));
 }
 
 void filter_by_calibre(Session& s) {
@@ -81,12 +89,15 @@ void filter_by_calibre(Session& s) {
   if (!calibre) return;
   const auto rows = rows_near(set.file.table, cartridge_field::Zkal, *calibre, s.options.srchtl);
   if (rows.empty()) return warn(s, MessageText(s).msg(409), false);
-  Field& list = field(s, list_of(RecordKind::cartridges).screen, list_of(RecordKind::cartridges).list);
+  Field& list = field(s, "Form3", "HVolDat");
+  const std::string text = list.text;
   list.items.clear();
-  list.selected = -1;
+  list.top = 0;
   for (const int row : rows) list.items.push_back({std::string(trim(set.file.table.cell(row, 0))), row});
+  select_row(s, "Form3", "HVolDat", set.file.table.find(text));
+  list.text = text;
   copy_list(s, "Form3", "HVolDat", "frmFast", "HVolDat");
-  set.caption = format_pattern(*calibre, "#.000") + " (±  " + tolerance_text(s) + ") in.";
+  set.caption = calibre_caption(s, *calibre);
 }
 
 void sort_cartridges(Session& s, bool by_name) {

@@ -1,6 +1,7 @@
 // Whole record files and the records in them: opening, saving, adding, deleting, and how their lists are on
 // show.
 #include <array>
+#include <utility>
 
 #include "session/driver.h"
 #include "session/files.h"
@@ -42,8 +43,13 @@ constexpr ListPlace kLists[] = {
     {RecordKind::bullets, "frmFast", "Bnam"},     {RecordKind::powders, "frmFast", "PulvDat"},
 };
 
+std::string name_in_use(const Session& s, RecordKind kind) {
+  return s.set(kind).stored_name + record_kind(kind).extension;
+}
+
+// The file in use is written below the root, also if it was read from the delivered data.
 std::string full_name(const Session& s, RecordKind kind) {
-  return data_path(s, s.set(kind).stored_name + record_kind(kind).extension);
+  return resolve_path(s.roots.root, name_in_use(s, kind));
 }
 
 bool delivered_powders(RecordKind kind, const std::string& file) {
@@ -75,33 +81,41 @@ void tell_short_records(Session& s, const std::string& file, const std::vector<S
                 .msg(189));
 }
 
-void tell_failure(Session& s, int failure) {
+void tell_failure(Session& s, const std::string& file, int failure) {
   MessageText text(s);
-  text.add(std::to_string(failure) + ", " + s.language.failure(failure)).line();
+  text.add(std::to_string(failure) + ", " + s.language.failure(failure)).line().add(file).line();
   warn(s, text.msg(failure == kPermissionDenied ? 100 : 192).line().msg(190).line().msg(191));
 }
 
-std::string folder_of(const Session& s, RecordKind kind) {
-  const std::string folder = file_folder(full_name(s, kind));
-  return folder_exists(folder) ? folder : s.roots.root + record_kind(kind).folder;
+FileBox file_box(const Session& s, RecordKind kind, FileMode mode) {
+  const KindDialogs& d = dialogs(kind);
+  const int texts = d.texts + (mode == FileMode::save ? 20 : 0);
+  return {mode,
+          d.dialog,
+          s.language.fastmsg("flfdial", texts),
+          data_folder(s, kind, mode),
+          "",
+          s.language.fastmsg("flffilt", texts),
+          ""};
 }
 
-// The dialog comes up again until the name may be written, or the user gives up.
-std::optional<FileAnswer> ask_save_name(Session& s, RecordKind kind, const std::string& proposed) {
-  const KindDialogs& d = dialogs(kind);
-  for (;;) {
-    auto answer = s.user->choose_file(
-        {FileMode::save, d.dialog, s.language.fastmsg("flfdial", d.texts + 20), folder_of(s, kind), proposed,
-         s.language.fastmsg("flffilt", d.texts + 20), join_comments(s.set(kind).file.comments)});
-    if (!answer || !delivered_powders(kind, answer->file)) return answer;
-    warn(s, MessageText(s).msg(308).line().add(answer->file));
-  }
+std::optional<FileAnswer> ask_save_name(Session& s, RecordKind kind, const std::string& proposed,
+                                        const std::string& comment) {
+  FileBox box = file_box(s, kind, FileMode::save);
+  if (!delivered_powders(kind, proposed)) box.name = proposed;
+  box.comment = comment;
+  return ask_file(s, std::move(box), {record_kind(kind).extension}, [&](const std::string& file) {
+    if (!delivered_powders(kind, file)) return false;
+    warn(s, MessageText(s).msg(308).line().add(file_name_only(file)));
+    return true;
+  });
 }
 
 void store_name(Session& s, RecordKind kind, const std::string& file) {
   DataSet& set = s.set(kind);
   set.stored_name = file_folder(file) + file_stem(file) + ".";
   set.collected = false;
+  set.collection.clear();
   set.caption = caption_of(s, kind);
   s.options.*dialogs(kind).stored = set.stored_name;
   write_option(s, record_kind(kind).settings_key);
@@ -109,21 +123,11 @@ void store_name(Session& s, RecordKind kind, const std::string& file) {
 }
 
 bool write_set(Session& s, RecordKind kind, const std::string& file) {
+  make_folders(file_folder(file));
   const int failure = write_records(file, s.set(kind).file, kind, s.language.page());
   if (failure == 0) return true;
   warn(s, MessageText(s).msg(420).line().add(file).line().add(s.language.failure(failure)));
   return false;
-}
-
-// A collected list needs a file of its own, and so does a change of the delivered powders.
-bool own_file_first(Session& s, RecordKind kind) {
-  if (s.set(kind).collected) {
-    warn(s, MessageText(s).msg(408), false);
-    return save_as(s, kind);
-  }
-  if (!delivered_powders(kind, full_name(s, kind))) return true;
-  if (!ask_yes_no(s, MessageText(s).msg(306).line().msg(307))) return false;
-  return save_as(s, kind);
 }
 
 void renew_powder_range(DataSet& set) {
@@ -137,6 +141,54 @@ void renew_powder_range(DataSet& set) {
   set.Ba0_most = std::min(set.Ba0_most, 320.0);
 }
 
+// A table without a file needs one before it is changed, and so does a change of the delivered powders:
+// `own_file` makes it, an empty one for a new record or a copy.
+bool own_file_first(Session& s, RecordKind kind, const std::function<bool()>& own_file) {
+  if (s.set(kind).collected) {
+    warn(s, MessageText(s).msg(408), false);
+    return save_as(s, kind);
+  }
+  if (!delivered_powders(kind, full_name(s, kind))) return true;
+  return ask_ok_cancel(s, MessageText(s).msg(306).line().msg(307)) && own_file();
+}
+
+// What is on show after a change of the table.
+void table_changed(Session& s, RecordKind kind) {
+  if (kind == RecordKind::powders) renew_powder_range(s.set(kind));
+  fill_lists(s, kind);
+}
+
+// Writes the table as it is now; on failure it is as before.
+bool keep_change(Session& s, RecordKind kind, RecordFile&& before) {
+  if (!write_set(s, kind, full_name(s, kind))) {
+    s.set(kind).file = std::move(before);
+    return false;
+  }
+  table_changed(s, kind);
+  return true;
+}
+
+bool replace_agreed(Session& s, RecordKind kind, const std::string& name) {
+  return ask_yes_no(s, MessageText(s)
+                           .msg(kind == RecordKind::bullets ? 291 : 29)
+                           .line()
+                           .msg(dialogs(kind).word)
+                           .add(": " + name)
+                           .line()
+                           .msg(27)
+                           .add(file_name_only(name_in_use(s, kind)))
+                           .line()
+                           .msg(30));
+}
+
+void show_row(Session& s, RecordKind kind, int row) {
+  for (const ListPlace& place : kLists) {
+    Field& list = field(s, place.screen, place.list);
+    for (std::size_t i = 0; place.kind == kind && i < list.items.size(); ++i)
+      if (list.items[i].row == row) list.top = static_cast<int>(i);
+  }
+}
+
 }  // namespace
 
 std::string data_path(const Session& s, std::string_view path) {
@@ -146,19 +198,42 @@ std::string data_path(const Session& s, std::string_view path) {
   return file_exists(given) ? given : own;
 }
 
+std::string dialog_folder(const Session& s, const std::string& file, std::string_view otherwise,
+                          FileMode mode) {
+  const bool save = mode == FileMode::save;
+  if (!file.empty()) {
+    const std::string folder = file_folder(save ? resolve_path(s.roots.root, file) : data_path(s, file));
+    if (folder_exists(folder)) return folder;
+  }
+  const std::string own = s.roots.root + std::string(otherwise);
+  if (save && s.writes_files) make_folders(own);
+  const std::string given = s.roots.delivered + std::string(otherwise);
+  return !save && !folder_exists(own) && folder_exists(given) ? given : own;
+}
+
+std::string data_folder(const Session& s, RecordKind kind, FileMode mode) {
+  const bool named = !s.set(kind).stored_name.empty();
+  return dialog_folder(s, named ? name_in_use(s, kind) : "", record_kind(kind).folder, mode);
+}
+
 void fill_lists(Session& s, RecordKind kind) {
   for (const ListPlace& place : kLists)
     if (place.kind == kind) {
       fill_list(s, place.screen, place.list, s.set(kind).file.table);
       Field& list = field(s, place.screen, place.list);
       const std::string text = list.text;
-      select_row(s, place.screen, place.list, s.set(kind).file.table.find(trim(text)));
+      select_row(s, place.screen, place.list, s.set(kind).file.table.find(text));
       list.text = text;
     }
+  const DataSet& set = s.set(kind);
+  s.set(kind).caption = set.collected && !set.collection.empty() ? set.collection : caption_of(s, kind);
 }
 
 void renew_caption(Session& s, RecordKind kind) {
-  if (!s.set(kind).collected) s.set(kind).caption = caption_of(s, kind);
+  const DataSet& set = s.set(kind);
+  const bool filtered = kind == RecordKind::cartridges &&
+                        field(s, "Form3", "HVolDat").items.size() != set.file.table.rows.size();
+  if (!set.collected && !filtered) s.set(kind).caption = caption_of(s, kind);
 }
 
 bool read_data_set(Session& s, RecordKind kind, const std::string& file, bool box_if_missing) {
@@ -167,119 +242,88 @@ bool read_data_set(Session& s, RecordKind kind, const std::string& file, bool bo
   s.user->busy(false);
   DataSet& set = s.set(kind);
   set.file = std::move(read.file);
-  set.collected = false;
-  if (kind == RecordKind::powders) renew_powder_range(set);
+  // What a failed reading left must not take the place of the file in use.
+  set.collected = !read.ok() && file_exists(full_name(s, kind));
+  set.collection.clear();
   tell_short_records(s, file, read.short_records);
-  if (read.failure && (box_if_missing || read.failure != kFileNotFound)) tell_failure(s, read.failure);
-  fill_lists(s, kind);
+  const bool missing = read.failure == kFileNotFound || read.failure == kFolderNotFound;
+  if (read.failure && (box_if_missing || !missing)) tell_failure(s, file, read.failure);
+  table_changed(s, kind);
   return read.ok();
 }
 
 void open_records(Session& s, RecordKind kind) {
-  const KindDialogs& d = dialogs(kind);
-  for (;;) {
-    const auto answer =
-        s.user->choose_file({FileMode::open, d.dialog, s.language.fastmsg("flfdial", d.texts),
-                             folder_of(s, kind), "", s.language.fastmsg("flffilt", d.texts), ""});
-    if (!answer) return;
-    const RecordKindInfo* of_file = record_kind_of_file(answer->file);
-    if (!of_file || of_file->kind != kind || !file_exists(answer->file)) {
-      warn(s, MessageText(s)
-                  .caption("files", "extonly")
-                  .add(" ")
-                  .add(record_kind(kind).extension)
-                  .line()
-                  .add(answer->file));
-      continue;
-    }
-    if (read_data_set(s, kind, answer->file, true)) store_name(s, kind, answer->file);
-    return;
-  }
+  const RecordKindInfo& info = record_kind(kind);
+  std::vector<std::string> extensions{info.extension};
+  if (info.backup_extension[0] != '\0') extensions.emplace_back(info.backup_extension);
+  if (kind == RecordKind::black_powders) extensions.emplace_back("bp$");
+  const auto answer = ask_file(s, file_box(s, kind, FileMode::open), extensions);
+  if (answer && read_data_set(s, kind, answer->file, true)) store_name(s, kind, answer->file);
 }
 
 bool save_records(Session& s, RecordKind kind, const std::string& file, const std::string* comment) {
-  if (comment) s.set(kind).file.comments = wrap_comment(*comment);
-  if (!write_set(s, kind, file)) return false;
+  std::vector<std::string>& comments = s.set(kind).file.comments;
+  const std::vector<std::string> before = comments;
+  if (comment) comments = wrap_comment(*comment);
+  if (!write_set(s, kind, file)) {
+    comments = before;
+    return false;
+  }
   store_name(s, kind, file);
   return true;
 }
 
 bool new_file(Session& s, RecordKind kind) {
-  const auto answer = ask_save_name(s, kind, "");
+  const auto answer = ask_save_name(s, kind, "", "");
   if (!answer) return false;
-  const DataSet before = s.set(kind);
-  s.set(kind).file = {};
+  RecordFile before = std::exchange(s.set(kind).file, {});
   if (!save_records(s, kind, answer->file, &answer->comment)) {
-    s.set(kind) = before;
+    s.set(kind).file = std::move(before);
     return false;
   }
-  if (kind == RecordKind::powders) renew_powder_range(s.set(kind));
-  fill_lists(s, kind);
+  table_changed(s, kind);
   return true;
 }
 
-bool save_as(Session& s, RecordKind kind) {
-  const DataSet& set = s.set(kind);
-  const auto answer = ask_save_name(s, kind, file_name_only(set.stored_name + record_kind(kind).extension));
+bool save_as(Session& s, RecordKind kind, const std::string& proposed) {
+  const auto answer =
+      ask_save_name(s, kind, proposed.empty() ? file_name_only(name_in_use(s, kind)) : proposed,
+                    join_comments(s.set(kind).file.comments));
   return answer && save_records(s, kind, answer->file, &answer->comment);
 }
 
 bool add_record(Session& s, RecordKind kind, const Record& record) {
-  if (trim(record[0]).empty()) {
-    warn(s, MessageText(s).msg(27).add(file_name_only(full_name(s, kind))).line().msg(23));
-    return false;
-  }
-  if (!own_file_first(s, kind)) return false;
-  const std::string file = full_name(s, kind);
   const std::string name = clean_field(trim(record[0]));
-  DataSet& set = s.set(kind);
-  const int exists = set.file.table.find(name);
-  if (exists >= 0 && !ask_yes_no(s, MessageText(s)
-                                        .msg(kind == RecordKind::bullets ? 291 : 29)
-                                        .line()
-                                        .msg(dialogs(kind).word)
-                                        .add(": " + name)
-                                        .line()
-                                        .msg(27)
-                                        .add(file_name_only(file))
-                                        .line()
-                                        .msg(30)))
-    return false;
-  const RecordTable before = set.file.table;
-  const int row = put_record(set.file.table, record, kind);
-  if (row < 0 || !write_set(s, kind, file)) {
-    set.file.table = before;
+  if (trim(name).empty()) {
+    warn(s, MessageText(s).msg(27).add(file_name_only(name_in_use(s, kind))).line().msg(23));
     return false;
   }
-  if (kind == RecordKind::powders) renew_powder_range(set);
-  fill_lists(s, kind);
-  for (const ListPlace& place : kLists)
-    if (place.kind == kind) select_row(s, place.screen, place.list, row);
+  if (!own_file_first(s, kind, [&] { return new_file(s, kind); })) return false;
+  RecordFile& file = s.set(kind).file;
+  if (file.table.find(name) >= 0 && !replace_agreed(s, kind, name)) return false;
+  RecordFile before = file;
+  const int row = put_record(file.table, record, kind);
+  if (row < 0 || !keep_change(s, kind, std::move(before))) return false;
+  show_row(s, kind, row);
   return true;
 }
 
 bool delete_record(Session& s, RecordKind kind, int row, bool confirmed) {
-  DataSet& set = s.set(kind);
-  if (row < 0 || row > set.file.table.last()) {
+  RecordFile& file = s.set(kind).file;
+  if (row < 0 || row > file.table.last()) {
     beep(s);
     s.user->box({BoxKind::info, Buttons::ok, std::string(kProgramName) + " Info",
                  MessageText(s).msg(400).line().msg(305)});
     return false;
   }
-  const std::string name{trim(set.file.table.cell(row, 0))};
   MessageText question(s);
   if (kind == RecordKind::guns) question.msg(110).line();
-  if (!confirmed && !ask_ok_cancel(s, question.msg(111).line().add(name).line().msg(112))) return false;
-  if (!own_file_first(s, kind)) return false;
-  const RecordTable before = set.file.table;
-  erase_record(set.file.table, row);
-  if (!write_set(s, kind, full_name(s, kind))) {
-    set.file.table = before;
-    return false;
-  }
-  if (kind == RecordKind::powders) renew_powder_range(set);
-  fill_lists(s, kind);
-  return true;
+  question.msg(111).line().add(trim(file.table.cell(row, 0))).line().msg(112);
+  if (!confirmed && !ask_ok_cancel(s, question)) return false;
+  if (!own_file_first(s, kind, [&] { return save_as(s, kind); })) return false;
+  RecordFile before = file;
+  erase_record(file.table, row);
+  return keep_change(s, kind, std::move(before));
 }
 
 }  // namespace tv

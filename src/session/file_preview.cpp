@@ -5,11 +5,14 @@
 #include "text/file.h"
 
 namespace tv {
+
 std::string file_preview(Session& s, DialogKind kind, const std::string& file) {
   const CodePage page = s.language.page();
   switch (kind) {
-    case DialogKind::load:
-      return marks_to_breaks(load_preview(read_sectioned(file, page)));
+    case DialogKind::load: {
+      const SectionedFile load = read_sectioned(file, page);
+      return load.bytes().empty() ? std::string() : load_preview(load);
+    }
     case DialogKind::bullets:
     case DialogKind::cartridges:
     case DialogKind::powders:

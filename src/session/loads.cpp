@@ -1,4 +1,7 @@
 // Loads: everything the user has entered for one calculation, in a file of its own or in the settings file.
+#include <cmath>
+#include <utility>
+
 #include "geometry/dimensions.h"
 #include "session/driver.h"
 #include "session/files.h"
@@ -48,7 +51,13 @@ constexpr Compared kCompared[] = {
     {"PDko", powder_field::PDko, &CalcState::PDko},    {"bulkdn", powder_field::bulkdn, &CalcState::bulkdn},
 };
 
-// Mnemonic marks and line breaks of a caption have no place in a message.
+// The box's title is part of what it says.
+void warn_as_warning(Session& s, Message message) {
+  message.keys.emplace_back("msg75");
+  warn(s, message, true, std::string(kProgramName) + ": " + s.language.msg(75));
+}
+
+// The mnemonic mark of a caption has no place in a message.
 std::string plain_caption(const Session& s, const char* section, const char* key) {
   std::string text = s.language.text(section, key);
   std::erase(text, '&');
@@ -60,9 +69,7 @@ void compare_powder(Session& s) {
   if (name.empty()) return;
   const RecordTable& table = s.set(RecordKind::powders).file.table;
   const int row = table.find(name);
-  if (row < 0)
-    return warn(s, MessageText(s).msg(62).line().add(name), true,
-                std::string(kProgramName) + ": " + s.language.msg(75));
+  if (row < 0) return warn_as_warning(s, MessageText(s).msg(62).line().add(name));
   MessageText text(s);
   text.msg(61).add(" ").add(name).add(" ").msg(66).line();
   bool differs = false;
@@ -71,7 +78,7 @@ void compare_powder(Session& s) {
       text.add("  - ").add(plain_caption(s, "form4", c.caption)).line();
       differs = true;
     }
-  if (differs) warn(s, text, true, std::string(kProgramName) + ": " + s.language.msg(75));
+  if (differs) warn_as_warning(s, text);
 }
 
 void select_by_name(Session& s, const char* screen, const char* list, RecordKind kind,
@@ -81,49 +88,92 @@ void select_by_name(Session& s, const char* screen, const char* list, RecordKind
   f.text = name;
 }
 
-void renew_coefficients(Session& s) {
-  if (s.load.coefficients.empty()) s.load.coefficients = {{s.load.c1icao, 0}};
+// A load that has just been read has no results: figures of another one must not stand beside it.
+void clear_results(Session& s) {
+  s.shown.any = false;
+  for (const Control& control : screen_info("Form5")->controls) {
+    if (std::string_view(control.name) == "zulp_nam") continue;
+    Field& f = field(s, "Form5", control.name);
+    f.text.clear();
+    f.reason.clear();
+    f.ink = Ink::black;
+    f.paper = Paper::white;
+    f.stale = false;
+  }
+  s.fit_undo = {};
+  s.fit_note.clear();
+  set_text(s, "frmMAIN", "status_line", "");
 }
 
-// What a load sets beside its values: marks, lists and the derived dimensions.
-void after_load(Session& s) {
-  renew_coefficients(s);
-  refresh_all_fields(s);
+// The seating depth follows from the lengths; one that agrees with them but for rounding stands, so that a
+// load reads back to the last bit.
+void settle_dimensions(Session& s) {
+  constexpr double rounding = 1e-9;  // inch
+  const double Bsd = s.state.dim.Bsd;
   recompute_dimensions(s, kOverallLength);
+  if (std::abs(s.state.dim.Bsd - Bsd) >= rounding) return;
+  s.state.dim.Bsd = Bsd;
+  recompute_dimensions(s, kNothingMoved);
+}
+
+// Fields and derived dimensions after values were read from a file.
+void take_read_values(Session& s) {
+  if (s.load.coefficients.empty()) s.load.coefficients = {{s.load.c1icao, 0}};
+  s.state.ExwJ = 1000 * s.state.Exw;
+  refresh_all_fields(s);
+  settle_dimensions(s);
   s.update_suspended = false;
-  if (s.state.frictionOn) setStep(s, 1);
-  s.weight_step = s.options.ldstep * s.state.chargeGr / 100;
-  s.askCharge = !(s.state.chargeGr > 0);
-  s.fit_undo = {};
-  s.shown.any = false;
   setResultsValid(s, false);
 }
 
+void begin_load(Session& s) {
+  clear_results(s);
+  take_read_values(s);
+  if (s.state.frictionOn) setStep(s, 1);
+  s.weight_step = s.options.ldstep * s.state.chargeGr / 100;
+  s.askCharge = !(s.state.chargeGr > 0);
+}
+
 bool refuse_settings_file(Session& s, const std::string& file) {
-  if (!same_fold(file_name_only(file), "ternofw.set")) return false;
-  warn(s, MessageText(s).msg(412));
+  if (!same_fold(file_name_only(file), file_name_only(s.settings_file))) return false;
+  warn(s, MessageText(s).msg(412).line().add(file_name_only(file)));
   return true;
 }
 
-std::optional<FileAnswer> ask_load_file(Session& s, FileMode mode) {
-  return s.user->choose_file({mode, DialogKind::load,
-                              s.language.fastmsg("flfdial", mode == FileMode::save ? 26 : 6), load_folder(s),
-                              mode == FileMode::save ? file_stem(s.options.labfil + "x") : std::string(),
-                              s.language.fastmsg("flffilt", mode == FileMode::save ? 26 : 6), s.load.commen});
+// "*." stands for a load without a name yet.
+bool is_named(const std::string& stored) { return !stored.empty() && file_name_only(stored) != "*."; }
+
+std::string load_start(const Session& s, FileMode mode) {
+  const std::string& last = s.options.labfil;
+  return dialog_folder(s, last == "/*." ? std::string() : last, "data/", mode);
+}
+
+std::string stored_load(const std::string& file) { return file_folder(file) + file_stem(file) + "."; }
+
+// texts: the number behind flfdial and flffilt.
+std::optional<FileAnswer> ask_load_file(Session& s, FileMode mode, int texts, bool settings_refused) {
+  const bool save = mode == FileMode::save;
+  FileBox box{mode,
+              DialogKind::load,
+              s.language.fastmsg("flfdial", texts),
+              load_start(s, mode),
+              save && is_named(s.options.labfil) ? file_name_only(s.options.labfil + "dat") : std::string(),
+              s.language.fastmsg("flffilt", texts),
+              save ? s.load.commen : std::string()};
+  const auto refused = [&](const std::string& file) { return refuse_settings_file(s, file); };
+  return ask_file(s, std::move(box), {"dat"},
+                  settings_refused ? refused : std::function<bool(const std::string&)>());
 }
 
 void store_load_name(Session& s, const std::string& file) {
-  s.options.labfil = file_folder(file) + file_stem(file) + ".";
-  write_option(s, "labfil");
-  recent_add(s, file);
+  s.options.labfil = stored_load(file);
+  note_recent(s, file);
+  write_options(s, {"labfil"}, true);
 }
 
 }  // namespace
 
-std::string load_folder(const Session& s) {
-  const std::string last = file_folder(s.options.labfil);
-  return !last.empty() && folder_exists(last) ? last : s.roots.root + "data/";
-}
+std::string load_folder(const Session& s) { return load_start(s, FileMode::save); }
 
 void refresh_all_fields(Session& s) {
   for (const PairFormat& f : kLoadFormats) write_pair(s, f.screen, f.field, f.metric, f.imperial);
@@ -154,21 +204,21 @@ bool load_read(Session& s, const std::string& file) {
     MessageText text(s);
     text.msg(185).add(file).line().msg(197);
     if (read.failure) text.line().add(s.language.failure(read.failure));
-    warn(s, text, true, std::string(kProgramName) + ": " + s.language.msg(75));
+    warn_as_warning(s, text);
     if (s.writes_files) load_read(s, s.settings_file);
     return false;
   }
   if (whole) read_load_options(sections, s.state, s.options);
-  after_load(s);
+  begin_load(s);
   if (whole) compare_powder(s);
   return true;
 }
 
 bool load_write(Session& s, const std::string& file) {
-  SectionedFile sections = read_sectioned(file, s.language.page());
-  write_load_keys(s.state, s.load, sections);
-  write_load_options(s.options, sections);
-  return write_sectioned(s, file, sections);
+  return change_sectioned(s, file, [&](SectionedFile& sections) {
+    write_load_keys(s.state, s.load, sections);
+    write_load_options(s.options, sections);
+  });
 }
 
 void save_current_load(Session& s) {
@@ -177,63 +227,69 @@ void save_current_load(Session& s) {
 
 bool open_load(Session& s, const std::string& file) {
   if (!load_read(s, file)) return false;
-  store_load_name(s, file);
+  // The list keeps names without extension, all of one kind: others can be read, but not found again.
+  if (file_has_extension(file, "dat")) store_load_name(s, file);
   return true;
 }
 
 void lab_lod(Session& s) {
-  if (const auto answer = ask_load_file(s, FileMode::open)) open_load(s, answer->file);
+  if (const auto answer = ask_load_file(s, FileMode::open, 6, false)) open_load(s, answer->file);
 }
 
 void lab_sav(Session& s) {
-  const auto answer = ask_load_file(s, FileMode::save);
-  if (!answer || refuse_settings_file(s, answer->file)) return;
-  s.load.commen = answer->comment;
-  if (load_write(s, answer->file)) store_load_name(s, answer->file);
+  const auto answer = ask_load_file(s, FileMode::save, 26, true);
+  if (!answer) return;
+  const std::string before = std::exchange(s.load.commen, answer->comment);
+  if (load_write(s, answer->file))
+    store_load_name(s, answer->file);
+  else
+    s.load.commen = before;
 }
 
 void lab_del(Session& s) {
-  const auto answer = ask_load_file(s, FileMode::open);
-  if (!answer || refuse_settings_file(s, answer->file)) return;
+  const auto answer = ask_load_file(s, FileMode::open, 12, true);
+  if (!answer) return;
   if (!ask_ok_cancel(s, MessageText(s).msg(410).line().add(file_name_only(answer->file)).line().msg(411)))
     return;
   if (const int failure = remove_file(answer->file))
     return warn(s, MessageText(s).msg(420).line().add(answer->file).line().add(s.language.failure(failure)));
-  const std::string stem = file_folder(answer->file) + file_stem(answer->file) + ".";
-  std::erase_if(s.recent, [&](const std::string& held) { return same_fold(held, stem); });
+  const std::string stored = stored_load(answer->file);
+  if (std::erase_if(s.recent, [&](const std::string& held) { return same_fold(held, stored); }))
+    write_options(s, {}, true);
 }
 
 void lab_omt(Session& s) {
-  const auto answer =
-      s.user->choose_file({FileMode::open, DialogKind::design, s.language.fastmsg("flfdial", 7),
-                           file_folder(s.options.omtfil), "", s.language.fastmsg("flffilt", 7), ""});
+  const auto answer = ask_file(
+      s,
+      {FileMode::open, DialogKind::design, s.language.fastmsg("flfdial", 7),
+       dialog_folder(s, s.options.omtfil, "", FileMode::open), "", s.language.fastmsg("flffilt", 7), ""},
+      {"omt"});
   if (!answer) return;
   const FileRead read = read_file(answer->file);
   if (read.failure)
     return warn(s, MessageText(s).msg(185).add(answer->file).line().add(s.language.failure(read.failure)));
   read_design_data(SectionedFile(read.bytes, s.language.page()), s.state, s.load);
-  s.options.omtfil = file_folder(answer->file) + file_stem(answer->file) + ".";
+  s.options.omtfil = stored_load(answer->file);
   write_option(s, "omtfil");
   s.update_suspended = true;
-  after_load(s);
+  take_read_values(s);
 }
 
 void recent_open(Session& s, int index) {
   if (index < 0 || index >= static_cast<int>(s.recent.size())) return;
-  open_load(s, s.recent[static_cast<std::size_t>(index)] + "dat");
+  open_load(s, data_path(s, s.recent[static_cast<std::size_t>(index)] + "dat"));
 }
 
 std::string load_caption(const Session& s) {
-  std::string name = file_name_only(s.options.labfil + "dat");
-  if (name == "*.dat" || name == "dat") name = "*";
-  return name + "   (" + kProgramName + ")";
+  const std::string& stored = s.options.labfil;
+  return (is_named(stored) ? file_name_only(stored + "dat") : "*") + "   (" + kProgramName + ")";
 }
 
 void write_transfer_file(Session& s) {
   if (!s.writes_files) return;
-  SectionedFile file = read_sectioned(s.transfer_file, s.language.page());
-  write_transfer(s.state, s.load, s.options, field(s, "Form5", "Vnull").text, file);
-  write_sectioned(s, s.transfer_file, file);
+  change_sectioned(s, s.transfer_file, [&](SectionedFile& file) {
+    write_transfer(s.state, s.load, s.options, field(s, "Form5", "Vnull").text, file);
+  });
 }
 
 }  // namespace tv

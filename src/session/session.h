@@ -40,8 +40,9 @@ struct ShownRun {
 struct DataSet {
   RecordFile file;
   std::string stored_name;  // file name less extension (ends in a point), relative paths under the root
-  bool collected = false;   // a collected table that has no file yet
-  std::string caption;      // beside the list
+  bool collected = false;   // the table has no file yet: collected, or what a failed reading left
+  std::string collection;   // caption of a collected table
+  std::string caption;      // beside the list; also tells a filter
   double Ba0_least = 320, Ba0_most = 0;  // powders
 };
 
@@ -50,6 +51,17 @@ struct Focus {
   std::size_t select_from = 0, select_length = 0;  // characters
   std::string text_on_focus;                       // restored by Escape
   bool edited = false;                             // by the user, since it has the focus
+  std::string partner_on_focus;                    // text of the other field of a pair
+  double value_on_focus = 0;                       // stored value of a pair
+};
+
+// What an entry changes beside the values of the load; Escape puts it back.
+struct HeldMarks {
+  LoadData load;
+  std::string powder, ladich;  // texts
+  bool results_valid = false, load_table_valid = false, powder_table_valid = false;
+  bool ask_charge = false;
+  bool volumes_stale = false;  // the volumes on show wait for the next recompute
 };
 
 // What a fit from the diagram changed, to be put back once; it ends with the next pick or load.
@@ -90,6 +102,7 @@ struct Session {
   float field_min = -9999999.0F, field_max = 9999999.0F;  // limits of the field in use
   bool field_rejected = false;
   CalcState held;  // values when the field in use got the focus: each keystroke computes from them
+  HeldMarks held_marks;
 
   LoadTable load_table;
   double weight_step = 0;  // of the load table, grains; follows from ldstep when a load has been read
@@ -110,6 +123,7 @@ struct Session {
   bool notice_agreed = false;  // the safety notice, this time
   bool end_requested = false;  // by the safety notice or the end command
   Options options_held;        // while the criteria of the powder table are edited
+  int strategy_held = 0;
 
   // Told when something beyond the fields has changed; the windows and the command line hang on here.
   std::function<void(Session&)> outputs_changed;   // diagram, point list, tables

@@ -7,64 +7,83 @@ namespace {
 
 std::string recent_key(std::size_t i) { return std::to_string(i) + "recent"; }
 
+std::size_t recent_length(const Session& s) { return static_cast<std::size_t>(s.options.filcnt); }
+
 void write_recent(const Session& s, SectionedFile& file) {
-  for (std::size_t i = 0; i < static_cast<std::size_t>(s.options.filcnt); ++i)
+  for (std::size_t i = 0; i < recent_length(s); ++i)
     file.set_bytes(kStartup, recent_key(i), i < s.recent.size() ? s.recent[i] : std::string());
 }
 
-// Reads the file, lets `change` set its keys and writes it once; one box on failure.
-template <class Change>
-bool change_settings(Session& s, Change change) {
-  SectionedFile file = read_sectioned(s.settings_file, s.language.page());
-  change(file);
-  return write_sectioned(s, s.settings_file, file);
+// The sections in the order constants, tiphelp, startup, metrics, chargedata, recoil.
+void write_all(const Session& s, SectionedFile& file) {
+  bool load_written = false;
+  for (const OptionKey& key : option_keys()) {
+    if (key.section == kMetrics && !load_written) {
+      write_load_keys(s.state, s.load, file);
+      load_written = true;
+    }
+    write_option(key, s.options, file);
+  }
+  write_recent(s, file);
+}
+
+const OptionKey* option_key(std::string_view key) {
+  for (const OptionKey& option : option_keys())
+    if (option.key == key) return &option;
+  return nullptr;
 }
 
 }  // namespace
 
-bool write_sectioned(Session& s, const std::string& path, const SectionedFile& file) {
-  const int failure = write_file(path, file.bytes());
+bool change_sectioned(Session& s, const std::string& path,
+                      const std::function<void(SectionedFile&)>& change) {
+  const int failure = settings_change(path, s.language.page(), change);
   if (failure == 0) return true;
-  std::string text = s.language.msg(420);
-  if (text.empty()) text = "Error file is write protected";
-  Message message{text + "\n" + path + "\n" + s.language.failure(failure), {"msg420"}};
-  warn(s, message);
+  // Before any language has been read there is only this to say.
+  const std::string text = s.language.msg(420);
+  warn(s, {(text.empty() ? "Error file is write protected" : text) + "\n" + path + "\n" +
+               s.language.failure(failure),
+           {"msg420"}});
   return false;
 }
 
 void settings_save(Session& s) {
+  if (!s.writes_files) return;
   s.user->busy(true);
-  change_settings(s, [&](SectionedFile& file) {
-    write_options(s.options, file);
-    write_load_keys(s.state, s.load, file);
-    write_recent(s, file);
-  });
+  change_sectioned(s, s.settings_file, [&](SectionedFile& file) { write_all(s, file); });
   s.user->busy(false);
 }
 
-bool write_option(Session& s, std::string_view key) {
+bool write_option(Session& s, std::string_view key) { return write_options(s, {key}); }
+
+bool write_options(Session& s, std::initializer_list<std::string_view> keys, bool with_recent) {
+  for (const std::string_view key : keys)
+    if (!option_key(key)) return false;
   if (!s.writes_files) return true;
-  for (const OptionKey& option : option_keys())
-    if (option.key == key)
-      return change_settings(s, [&](SectionedFile& file) { write_option(option, s.options, file); });
-  return false;
+  return change_sectioned(s, s.settings_file, [&](SectionedFile& file) {
+    for (const std::string_view key : keys) write_option(*option_key(key), s.options, file);
+    if (with_recent) write_recent(s, file);
+  });
 }
 
 void read_recent(Session& s, const SectionedFile& file) {
   s.recent.clear();
-  for (std::size_t i = 0; i < static_cast<std::size_t>(s.options.filcnt); ++i) {
+  for (std::size_t i = 0; i < recent_length(s); ++i) {
     std::string name = forward_slashes(file.get_bytes(kStartup, recent_key(i)));
     if (!name.empty()) s.recent.push_back(std::move(name));
   }
 }
 
-void recent_add(Session& s, const std::string& file) {
+void note_recent(Session& s, const std::string& file) {
   std::string name = file_folder(file) + file_stem(file) + ".";
   std::erase_if(s.recent, [&](const std::string& held) { return same_fold(held, name); });
   s.recent.insert(s.recent.begin(), std::move(name));
-  if (s.recent.size() > static_cast<std::size_t>(s.options.filcnt))
-    s.recent.resize(static_cast<std::size_t>(s.options.filcnt));
-  if (s.writes_files) change_settings(s, [&](SectionedFile& f) { write_recent(s, f); });
+  if (s.recent.size() > recent_length(s)) s.recent.resize(recent_length(s));
+}
+
+void recent_add(Session& s, const std::string& file) {
+  note_recent(s, file);
+  write_options(s, {}, true);
 }
 
 }  // namespace tv

@@ -30,15 +30,17 @@ void read_settings(Session& s) {
   s.state.pressure_unit_factor = s.options.mpayes ? 1 : 10;
   s.unit_mode = s.options.metyes ? UnitMode::metric : UnitMode::imperial;
   s.imperial_view = !s.options.metyes;
+  field(s, "frmFast", "met_eng").checked = s.options.metyes;
 }
 
+// A default file that is missing gives an empty list; one that the user chose is missed.
 void read_default_sets(Session& s) {
   for (const DefaultFile& d : kDefaults) {
-    const bool named = !(s.options.*d.stored).empty();
-    if (!named) s.options.*d.stored = d.path;
+    std::string& stored = s.options.*d.stored;
+    const bool named = !stored.empty() && !same_fold(stored, d.path);
+    if (!named) stored = d.path;
     DataSet& set = s.set(d.kind);
-    set.stored_name = s.options.*d.stored;
-    set.caption = file_stem(set.stored_name + "x");
+    set.stored_name = stored;
     read_data_set(s, d.kind, data_path(s, set.stored_name + record_kind(d.kind).extension), named);
   }
 }
@@ -47,7 +49,17 @@ std::string language_file(const Session& s, std::string_view language) {
   return data_path(s, "lan/tn_" + std::string(language) + ".lan");
 }
 
-std::string lower_name(const std::string& path) { return file_folder(path) + lower(file_name_only(path)); }
+// As the settings keep it: its name in lower case, below the data root or the delivered data without their
+// folder, which may move.
+std::string stored_language(const Session& s) {
+  std::string path = s.language.path();
+  for (const std::string& root : {s.roots.root, s.roots.delivered})
+    if (!root.empty() && path.starts_with(root)) {
+      path.erase(0, root.size());
+      break;
+    }
+  return file_folder(path) + lower(file_name_only(path));
+}
 
 // No language file: nothing can be said but in the program's own words.
 std::string ask_language_file(Session& s, const std::string& missing) {
@@ -55,11 +67,10 @@ std::string ask_language_file(Session& s, const std::string& missing) {
       "Language file not found- unable to proceed\nFehler: Sprachdatei nicht gefunden\nName: " + missing, {}};
   s.user->box({BoxKind::warning, Buttons::ok, kProgramName, message});
   for (;;) {
-    const auto answer =
-        s.user->choose_file({FileMode::open, DialogKind::language,
-                             " Load Language File - Please select valid file tn_english.lan / Bitte die "
-                             "Datei tn_german.lan suchen",
-                             s.roots.delivered + "lan/", "", "Language data (*.lan)|*.lan", ""});
+    const auto answer = s.user->choose_file(
+        {FileMode::open, DialogKind::language, " Load Language File",
+         dialog_folder(s, "", "lan/", FileMode::open), "", "Language data (*.lan)|*.lan",
+         "Please select valid file tn_english.lan\nBitte die Datei tn_german.lan suchen"});
     if (answer && file_exists(answer->file)) return answer->file;
     if (s.user->box({BoxKind::question,
                      Buttons::retry_cancel,
@@ -84,9 +95,16 @@ void reread_all(Session& s, CodePage from, CodePage to) {
     if (key.text && key.form == OptionForm::text) again(s.options.*key.text);
   for (const auto kind : {RecordKind::cartridges, RecordKind::bullets, RecordKind::powders})
     fill_lists(s, kind);
+  set_text(s, "Form3", "method", s.load.pmetho);
   set_text(s, "Form3", "HVolDat", s.load.pattyp);
   set_text(s, "Form3", "Bnam", s.load.bultyp);
   set_text(s, "Form4", "PulvDat", s.load.pulver);
+}
+
+// The companion program's file, if it left one here.
+void find_design_data(Session& s) {
+  const std::string file = resolve_path(s.roots.root, "omold.omt");
+  if (file_exists(file)) s.options.omtfil = file_folder(file) + file_stem(file) + ".";
 }
 
 void take_places(Session& s, const PlaceHints& hints) {
@@ -100,10 +118,9 @@ void take_places(Session& s, const PlaceHints& hints) {
 
 void write_bullet_file_mark(Session& s, bool open) {
   if (!s.writes_files) return;
-  SectionedFile file = read_sectioned(s.transfer_file, s.language.page());
-  file.set_bytes("transfer", "bfile",
-                 open ? data_path(s, s.set(RecordKind::bullets).stored_name + "bul") : "");
-  write_sectioned(s, s.transfer_file, file);
+  const std::string bfile = open ? data_path(s, s.set(RecordKind::bullets).stored_name + "bul") : "";
+  change_sectioned(s, s.transfer_file,
+                   [&](SectionedFile& file) { file.set_bytes("transfer", "bfile", bfile); });
 }
 
 bool language_read(Session& s, const std::string& file) {
@@ -115,19 +132,19 @@ bool language_read(Session& s, const std::string& file) {
   }
   reread_all(s, before, s.language.page());
   if (wanted != file) {
-    s.options.lanfile = lower_name(wanted);
+    s.options.lanfile = stored_language(s);
     write_option(s, "lanfile");
   }
   return true;
 }
 
 void language_switch(Session& s, std::string_view language) {
-  const std::string file = language_file(s, language);
-  if (!language_read(s, file)) return;
-  s.options.lanfile = lower_name(file);
+  const bool no_bullet = !s.load.bultyp.empty() && s.load.bultyp == s.language.msg(193);
+  if (!language_read(s, language_file(s, language))) return;
+  if (no_bullet) set_text(s, "Form3", "Bnam", s.load.bultyp = s.language.msg(193));
+  s.options.lanfile = stored_language(s);
   s.options.nowarn = false;
-  write_option(s, "lanfile");
-  write_option(s, "nowarn");
+  write_options(s, {"lanfile", "nowarn"});
   for (const auto kind : {RecordKind::cartridges, RecordKind::bullets, RecordKind::powders})
     renew_caption(s, kind);
   if (s.shown.any) show_panel(s);
@@ -142,13 +159,12 @@ bool start(Session& s, const PlaceHints& hints) {
   const bool chosen = !s.options.lanfile.empty();
   if (!language_read(s, chosen ? data_path(s, s.options.lanfile) : language_file(s, "english"))) return false;
   read_settings(s);
-  s.options.lanfile = lower_name(s.language.path());
+  s.options.lanfile = stored_language(s);
   s.sound = true;
   read_default_sets(s);
-  for (const auto kind : {RecordKind::cartridges, RecordKind::bullets, RecordKind::powders})
-    renew_caption(s, kind);
   load_read(s, s.settings_file);
   SetDisplayMode(s, s.options.grftyp);
+  find_design_data(s);
   write_bullet_file_mark(s, true);
   return true;
 }

@@ -117,6 +117,8 @@ TEST(DataRoot, IsTheFirstPlaceWithSettings) {
   folder.write("docs/Shooter/TERNOFW.SET", "");
   EXPECT_EQ(find_data_root(hints).root, at + "docs/Shooter/");
   hints.program_folder = at + "usr/bin/";  // shared by all programs: the name is ours
+  std::filesystem::create_directories(hints.program_folder);
+  EXPECT_EQ(find_data_root(hints).root, at + "docs/ternovale/") << "writable, and yet not ours";
   folder.write("docs/ternovale/ternofw.set", "");
   EXPECT_EQ(find_data_root(hints).root, at + "docs/ternovale/");
 }
