@@ -233,7 +233,7 @@ void renew_caption(Session& s, RecordKind kind) {
   const DataSet& set = s.set(kind);
   const bool filtered = kind == RecordKind::cartridges &&
                         field(s, "Form3", "HVolDat").items.size() != set.file.table.rows.size();
-  if (!set.collected && !filtered) s.set(kind).caption = caption_of(s, kind);
+  if (set.collection.empty() && !filtered) s.set(kind).caption = caption_of(s, kind);
 }
 
 bool read_data_set(Session& s, RecordKind kind, const std::string& file, bool box_if_missing) {

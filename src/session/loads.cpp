@@ -196,6 +196,8 @@ bool load_read(Session& s, const std::string& file) {
   const bool settings = file == s.settings_file;
   const SectionedFile sections(read.bytes, s.language.page());
   s.update_suspended = true;
+  s.field_min = -2000000;
+  s.field_max = 2000000;
   s.picture.clear();
   field(s, "Form3", "shpic").visible = false;
   const bool whole = read.failure == 0 && read_load_keys(sections, s.state, s.load);
