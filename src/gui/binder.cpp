@@ -49,6 +49,7 @@ Binder::Binder(Session& session, Act act, std::string screen, QWidget* root, std
     if (auto* widget = bound(name)) connect_widget(name, widget);
   for (QWidget* child : root_->findChildren<QWidget*>())
     if (child->focusPolicy() != Qt::NoFocus) child->installEventFilter(this);
+  root_->installEventFilter(this);
 }
 
 // A window draws the widgets that it marks as its own.
@@ -198,6 +199,10 @@ bool Binder::eventFilter(QObject* watched, QEvent* event) {
       const auto* pressed = static_cast<QKeyEvent*>(event);
       return key_pressed(name, widget, pressed->key(), pressed->modifiers());
     }
+    case QEvent::ApplicationPaletteChange:
+    case QEvent::PaletteChange:
+      if (watched == root_) QTimer::singleShot(0, this, [this] { refresh(); });
+      return false;
     default:
       return false;
   }

@@ -24,9 +24,13 @@ Desk::Desk(Session& session) : session_(session) {
 }
 
 Desk::~Desk() {
+  closing_ = true;  // a widget that dies with the focus on it still tells so
   session_.outputs_changed = nullptr;
   session_.language_changed = nullptr;
   session_.window_command = nullptr;
+  for (auto& [screen, view] : views_)
+    if (!view.window->parent()) delete view.window;  // the notice, made before the frame
+  frame_.reset();
 }
 
 void Desk::open_frame() {
@@ -36,9 +40,11 @@ void Desk::open_frame() {
   });
   frame_->restore_places();
   frame_->show();
+  act([this] { session_.user->focus("Form3", "HVolDat"); });
 }
 
 void Desk::act(const std::function<void()>& action) {
+  if (closing_) return;
   try {
     action();
   } catch (const std::exception& fault) {
@@ -55,7 +61,7 @@ void Desk::act(const std::function<void()>& action) {
 
 void Desk::refresh() {
   again_ = true;
-  if (refreshing_) return;
+  if (refreshing_ || closing_) return;
   refreshing_ = true;
   // A widget that loses the focus because it was disabled changes the record once more.
   for (int round = 0; again_ && round < 4; ++round) {
@@ -138,6 +144,7 @@ View Desk::make_view(const ScreenInfo& info) {
   view.recaption = [this, screen, section = std::string(info.section), window = view.window, root = view.root,
                     own = view.recaption] {
     apply_captions(root, session_, section);
+    align_form(root);
     window->setWindowTitle(plain_caption(qt(session_.language.text(section, screen))) + " - " + kProgramName);
     if (own) own();
   };

@@ -53,7 +53,7 @@ private:
   Session& session_;
   std::unique_ptr<MainFrame> frame_;
   std::map<std::string, View, std::less<>> views_;
-  bool refreshing_ = false, again_ = false, ending_ = false;
+  bool refreshing_ = false, again_ = false, ending_ = false, closing_ = false;
 };
 
 // Shows an unforeseen fault and goes on.

@@ -123,7 +123,8 @@ FileDialog::FileDialog(Session& s, const FileBox& box, QWidget* parent)
     wildcard_.clear();
     list_files();
   });
-  connect(files_, &QListWidget::currentTextChanged, this, [this] { picked(); });
+  // Not the current item: the list takes one by itself when it gets the focus.
+  connect(files_, &QListWidget::itemSelectionChanged, this, [this] { picked(); });
   connect(files_, &QListWidget::itemClicked, this, [this] { picked(); });
   connect(files_, &QListWidget::itemDoubleClicked, this, [this] { use_name(); });
   connect(folders_, &QListWidget::itemActivated, this,
@@ -147,8 +148,9 @@ void FileDialog::list_files() {
 
 // The name goes into its field; what the file says of itself is shown when opening.
 void FileDialog::picked() {
-  const QListWidgetItem* item = files_->currentItem();
-  if (!item) return;
+  const QList<QListWidgetItem*> chosen = files_->selectedItems();
+  if (chosen.isEmpty()) return;
+  const QListWidgetItem* item = chosen.first();
   name_->setText(item->text());
   if (box_.mode == FileMode::open)
     comment_->setPlainText(qt(

@@ -70,7 +70,9 @@ private:
     if (group.title) box->setObjectName(group.title);
     auto* grid = new QGridLayout(box);
     if (!group.title) grid->setContentsMargins(0, 0, 0, 0);
-    grid->setVerticalSpacing(4);
+    grid->setVerticalSpacing(3);
+    grid->setProperty("column", group.column);
+    if (group.title) grid->setContentsMargins(8, 4, 8, 6);
     // label, field, unit, field, unit: the fields share what room is left
     grid->setColumnStretch(1, 1);
     grid->setColumnStretch(3, 1);
@@ -184,6 +186,25 @@ private:
 };
 
 }  // namespace
+
+void align_form(QWidget* root) {
+  const QList<QGridLayout*> grids = root->findChildren<QGridLayout*>();
+  std::map<std::pair<int, int>, int> widest;  // form column, grid column
+  const auto fixed_parts = {0, 2, 4};
+  for (const QGridLayout* grid : grids)
+    if (const QVariant column = grid->property("column"); column.isValid())
+      for (int row = 0; row < grid->rowCount(); ++row)
+        for (const int part : fixed_parts) {
+          QLayoutItem* item = grid->itemAtPosition(row, part);
+          if (!item || !item->widget() || grid->itemAtPosition(row, 0) == grid->itemAtPosition(row, 4))
+            continue;
+          int& width = widest[{column.toInt(), part}];
+          width = std::max(width, item->widget()->sizeHint().width());
+        }
+  for (QGridLayout* grid : grids)
+    if (const QVariant column = grid->property("column"); column.isValid())
+      for (const int part : fixed_parts) grid->setColumnMinimumWidth(part, widest[{column.toInt(), part}]);
+}
 
 QWidget* make_control(std::string_view screen, std::string_view name, QWidget* parent) {
   const Control* control = control_info(screen, name);

@@ -12,6 +12,9 @@ namespace tv {
 // `unknown` if that is given.
 QWidget* build_form(const FormLayout& layout, QWidget* parent, std::vector<std::string>* unknown = nullptr);
 
+// Gives labels, fields and units of all groups below each other the same edges; after each captioning.
+void align_form(QWidget* root);
+
 // One widget by the kind of its control; null for a kind that only windows of their own have.
 QWidget* make_control(std::string_view screen, std::string_view control, QWidget* parent);
 

@@ -122,6 +122,7 @@ void GuiUser::bring_to_front(std::string_view screen) {
   if (auto* child = qobject_cast<QMdiSubWindow*>(view->window)) {
     if (child->isMinimized()) child->showNormal();
     desk_->frame()->area().setActiveSubWindow(child);
+    desk_->frame()->scroll_to(*child);
   } else {
     view->window->raise();
     view->window->activateWindow();

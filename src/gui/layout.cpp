@@ -46,9 +46,9 @@ constexpr Row kVolume[] = {
 constexpr Row kDimensionButtons[] = {{buttons, nullptr, {{"shpic"}, {"Patdef"}}}};
 constexpr Group kForm3[] = {{"grp_cartridge", 0, kCartridge},
                             {"grp_bullet", 1, kBullet},
-                            {"grp_barrel", 1, kBarrel},
+                            {"grp_barrel", 0, kBarrel},
                             {"grp_volume", 1, kVolume},
-                            {nullptr, -1, kDimensionButtons}};
+                            {nullptr, 1, kDimensionButtons}};
 
 // Form4: the powder and its charge.
 constexpr Row kPowder[] = {
@@ -82,15 +82,18 @@ constexpr Row kTimes[] = {
     pair_row("tbrs", "unit_ms"),
     pair_row("xbrsmm", "unit_mm", "xbrsin", "unit_in"),
     pair_row("Vbrannt", "unit_percent"),
+    pair_row("wgrad", "unit_percent"),
 };
 constexpr Row kRatios[] = {
-    pair_row("wgrad", "unit_percent"), pair_row("cmratio", nullptr),    pair_row("exprat", nullptr),
-    pair_row("ladich", "unit_gccm"),   pair_row("endich", "unit_Jccm"),
+    pair_row("cmratio", nullptr),
+    pair_row("exprat", nullptr),
+    pair_row("ladich", "unit_gccm"),
+    pair_row("endich", "unit_Jccm"),
 };
 constexpr Row kNotes[] = {{block, "merker", {{"merker"}}}};
 constexpr Group kForm5[] = {{"grp_pressure", 0, kPressure},
                             {"grp_muzzle", 0, kMuzzle},
-                            {"grp_time", 0, kTimes},
+                            {"grp_time", 1, kTimes},
                             {"grp_ratio", 0, kRatios},
                             {nullptr, -1, kNotes}};
 

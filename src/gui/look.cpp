@@ -1,4 +1,5 @@
 // Colours of fields.
+#include <QApplication>
 #include <QFont>
 #include <QLineEdit>
 #include <QPalette>
@@ -60,7 +61,7 @@ QColor ink_colour(Ink ink, Paper paper, const QPalette& palette) {
 
 void Binder::show_look(const Field& field, QWidget* widget) {
   auto* edit = dynamic_cast<FieldEdit*>(widget);
-  const QPalette standard = root_->palette();
+  const QPalette standard = QApplication::palette();
   const Ink ink = field.stale ? Ink::grey : field.ink;
   // A display that nothing marks looks like the window, so that what can be typed into stands out.
   const bool plain = edit && edit->isReadOnly() && field.paper == Paper::white;
@@ -71,8 +72,8 @@ void Binder::show_look(const Field& field, QWidget* widget) {
     palette.setColor(QPalette::Base, paper);
     palette.setColor(QPalette::Text, text);
     palette.setColor(QPalette::WindowText, text);
-    palette.setColor(QPalette::Disabled, QPalette::Text, text);
-    palette.setColor(QPalette::PlaceholderText, text);
+    palette.setColor(QPalette::Disabled, QPalette::Base, standard.color(QPalette::Window));
+    palette.setColor(QPalette::Disabled, QPalette::Text, standard.color(QPalette::Disabled, QPalette::Text));
     widget->setPalette(palette);
   }
   if (widget->font().italic() != field.stale) {

@@ -7,6 +7,7 @@
 #include <QMdiSubWindow>
 #include <QMimeData>
 #include <QScreen>
+#include <QScrollBar>
 #include <QShortcut>
 #include <QStatusBar>
 #include <QUrl>
@@ -140,11 +141,24 @@ void MainFrame::show_progress(std::string_view text, double fraction) {
   status_->setText(qt(text));
 }
 
+void MainFrame::scroll_to(const QMdiSubWindow& child) {
+  const QRect place = child.geometry();
+  const QSize room = area_->viewport()->size();
+  // The least way that brings its far edge in, its near edge first.
+  const auto way = [](int from, int to, int size) {
+    return from < 0 || to - from > size ? from : std::max(0, to - size);
+  };
+  for (const auto& [bar, by] :
+       {std::pair{area_->horizontalScrollBar(), way(place.left(), place.right() + 1, room.width())},
+        {area_->verticalScrollBar(), way(place.top(), place.bottom() + 1, room.height())}})
+    bar->setValue(bar->value() + by);
+}
+
 void MainFrame::restore_places() {
   apply_fonts(desk_);
   const Options& options = desk_.session().options;
   const QRect room = QGuiApplication::primaryScreen()->availableGeometry();
-  QRect place(QPoint(), QSize(1280, 900).boundedTo(room.size()));
+  QRect place(QPoint(), QSize(1480, 980).boundedTo(room.size()));
   place.moveCenter(room.center());
   if (!options.form1w.empty() && pixels(options.form1w) > 100 && pixels(options.form1h) > 100)
     place =
@@ -172,10 +186,12 @@ void MainFrame::restore_places() {
 void MainFrame::keep_places() {
   Options& options = desk_.session().options;
   if (!isMaximized() && !isMinimized() && !isFullScreen()) keep_place(options, kFrame, geometry());
+  // Places in the area, wherever it is scrolled to now.
+  const QPoint scrolled(area_->horizontalScrollBar()->value(), area_->verticalScrollBar()->value());
   for (const PlaceKeys& keys : kChildren)
     if (auto* child = findChild<QMdiSubWindow*>(keys.screen);
         child && !child->isHidden() && !child->isMaximized() && !child->isMinimized())
-      keep_place(options, keys, child->geometry());
+      keep_place(options, keys, child->geometry().translated(scrolled));
 }
 
 void MainFrame::closeEvent(QCloseEvent* event) {

@@ -23,6 +23,8 @@ public:
   // A negative fraction takes the bar away.
   void show_progress(std::string_view text, double fraction);
 
+  void scroll_to(const QMdiSubWindow& child);  // so that it is seen
+
   void restore_places();  // from the options, onto a screen that exists
   void keep_places();     // into the options
 

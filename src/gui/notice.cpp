@@ -79,6 +79,7 @@ Notice::Notice(Desk& desk, QWidget* parent) : ScreenDialog(desk, "Form2", parent
   auto* layout = new QVBoxLayout(this);
   text_ = new QTextBrowser(this);
   text_->setObjectName("notice");
+  text_->setProperty("label_key", "Form2");
   text_->setProperty(kOwn, true);
   auto* paging = new QHBoxLayout;
   up_ = button("page_up", paging);

@@ -59,7 +59,7 @@ void FieldEdit::show_mark(bool marked) {
 
 QSize FieldEdit::sizeHint() const {
   if (kind_ == ControlKind::text) return QLineEdit::sizeHint();
-  // Room for twelve digits and the mark.
+  // Room for nine digits and the mark.
   QStyleOptionFrame option;
   initStyleOption(&option);
   const int mark = style()->pixelMetric(QStyle::PM_SmallIconSize, nullptr, this);

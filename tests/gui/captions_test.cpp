@@ -1,0 +1,154 @@
+// Every control of every window is placed, captioned, tipped and wide enough, in four languages.
+#include <gtest/gtest.h>
+
+#include <QAbstractButton>
+#include <QComboBox>
+#include <QGroupBox>
+#include <QLabel>
+#include <QMdiSubWindow>
+#include <QMenuBar>
+#include <QSlider>
+#include <set>
+
+#include "gui/form_builder.h"
+#include "gui/program.h"
+
+namespace tv {
+namespace {
+
+constexpr const char* kLanguages[] = {"english", "german", "french", "russian"};
+constexpr const char* kScreens[] = {"Form2",         "Form3",    "Form4",   "Form5",   "Form7",
+                                    "FormBorefrict", "FormPsel", "frmFast", "frmHelp", "frmPic"};
+
+std::string path(const QWidget* widget) {
+  return widget->objectName().toStdString() + " (" + widget->metaObject()->className() + ")";
+}
+
+TEST(Forms, LayoutAndScreenTableNameTheSameControls) {
+  const Home home;
+  Program program(home);
+  ASSERT_TRUE(program.started);
+  for (const FormLayout& layout : form_layouts()) {
+    std::vector<std::string> unknown;
+    const std::unique_ptr<QWidget> form(build_form(layout, nullptr, &unknown));
+    EXPECT_TRUE(unknown.empty()) << layout.screen << " places " << (unknown.empty() ? "" : unknown[0]);
+    for (const Control& control : screen_info(layout.screen)->controls) {
+      const std::string_view name = control.name;
+      if (name == "grenzen" || name == "zulp_nam") continue;  // the hint box; a unit
+      EXPECT_NE(form->findChild<QWidget*>(control.name), nullptr) << layout.screen << "." << name;
+    }
+  }
+}
+
+// What stands in front of or on a control.
+bool has_caption(const QWidget* widget) {
+  if (const auto* button = qobject_cast<const QAbstractButton*>(widget))
+    return !button->text().isEmpty() || !button->icon().isNull();
+  return !widget->accessibleName().isEmpty();
+}
+
+void check_screen(Program& program, const char* screen) {
+  const View* view = program.desk->view(screen);
+  ASSERT_NE(view, nullptr) << screen;
+  for (const Control& control : screen_info(screen)->controls) {
+    auto* widget = view->root->findChild<QWidget*>(control.name);
+    if (!widget || control.kind == ControlKind::display) continue;
+    EXPECT_TRUE(has_caption(widget)) << screen << ": no caption: " << path(widget);
+    EXPECT_FALSE(widget->toolTip().isEmpty()) << screen << ": no tip: " << path(widget);
+  }
+}
+
+// A caption is cut when its widget is smaller than it asks to be.
+void check_room(QWidget* window, const std::string& where) {
+  for (QWidget* widget : window->findChildren<QWidget*>()) {
+    if (!widget->isVisible()) continue;
+    const auto* label = qobject_cast<QLabel*>(widget);
+    const bool captioned = (label && !label->wordWrap()) || qobject_cast<QAbstractButton*>(widget);
+    if (!captioned || widget->objectName().startsWith("qt_") || widget->objectName() == "status_line")
+      continue;
+    EXPECT_GE(widget->width(), widget->sizeHint().width()) << where << ": cut: " << path(widget);
+    EXPECT_GE(widget->height(), widget->minimumSizeHint().height()) << where << ": cut: " << path(widget);
+  }
+  for (const QGroupBox* group : window->findChildren<QGroupBox*>()) {
+    if (!group->isVisible()) continue;
+    EXPECT_GE(group->width(), group->fontMetrics().horizontalAdvance(group->title())) << where;
+  }
+}
+
+TEST(Captions, EveryControlIsCaptionedTippedAndNotCutInFourLanguages) {
+  const Home home;
+  Program program(home);
+  ASSERT_TRUE(program.started);
+  program.open();
+  for (const char* language : kLanguages) {
+    SCOPED_TRACE(language);
+    program.desk->act([&] { language_switch(program.session, language); });
+    for (const char* screen : kScreens) {
+      check_screen(program, screen);
+      View* view = program.desk->view(screen);
+      EXPECT_TRUE(view->window->windowTitle().contains(kProgramName)) << screen;
+      EXPECT_GT(view->window->windowTitle().size(), qsizetype(std::string_view(kProgramName).size()) + 3)
+          << screen << ": no title";
+      view->window->show();
+      view->window->adjustSize();
+      QApplication::processEvents();
+      check_room(view->window, screen);
+    }
+  }
+}
+
+void check_actions(const QList<QAction*>& actions, std::set<QString>& names) {
+  std::map<QChar, QString> mnemonics;
+  for (const QAction* action : actions) {
+    if (action->isSeparator()) continue;
+    EXPECT_FALSE(action->text().isEmpty()) << action->objectName().toStdString();
+    names.insert(action->menu() ? action->menu()->objectName() : action->objectName());
+    const qsizetype at = action->text().indexOf('&');
+    if (at >= 0 && action->isVisible()) {
+      const QChar key = action->text()[at + 1].toLower();
+      EXPECT_FALSE(mnemonics.contains(key))
+          << action->text().toStdString() << " and " << mnemonics[key].toStdString();
+      mnemonics[key] = action->text();
+    }
+    if (action->menu()) check_actions(action->menu()->actions(), names);
+  }
+}
+
+TEST(Menus, HoldEveryCommandCaptionedWithKeysOfTheirOwn) {
+  const Home home;
+  Program program(home);
+  program.open();
+  for (const char* language : kLanguages) {
+    SCOPED_TRACE(language);
+    program.desk->act([&] { language_switch(program.session, language); });
+    std::set<QString> names;
+    check_actions(program.desk->frame()->menuBar()->actions(), names);
+    check_actions(program.desk->view("Form7")->root->findChild<QMenuBar*>()->actions(), names);
+    for (const Command& command : commands()) EXPECT_TRUE(names.contains(command.name)) << command.name;
+  }
+}
+
+TEST(Language, ASwitchTurnsOpenWindowsAndKeepsValues) {
+  const Home home;
+  Program program(home);
+  program.open();
+  Session& s = program.session;
+  program.desk->act([&] { open_load(s, std::string(TV_SHARE_DIR) + "/data/loads/308_winchester_168.dat"); });
+  const auto values = [&] {
+    std::map<std::string, std::string> all;
+    for (const char* screen : {"Form3", "Form4"})
+      for (const auto& [name, f] : s.screens[screen].fields) all[screen + name] = f.text;
+    return all;
+  };
+  const auto before = values();
+  auto* label = program.desk->view("Form3")->root->findChild<QLabel*>("label_Zkalm");
+  const QString english = label->text();
+  program.run("deutsch");
+  EXPECT_NE(label->text(), english);
+  EXPECT_EQ(label->text(), qt(s.language.text("form3", "Zkalm")));
+  EXPECT_EQ(values(), before);
+  EXPECT_TRUE(program.desk->frame()->menuBar()->actions().first()->text().contains("Datei"));
+}
+
+}  // namespace
+}  // namespace tv

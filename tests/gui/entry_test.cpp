@@ -1,0 +1,206 @@
+// Fields, lists and keys, used as a person uses them.
+#include <gtest/gtest.h>
+
+#include <QClipboard>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTest>
+
+#include "gui/modal.h"
+#include "gui/number_edit.h"
+#include "gui/program.h"
+
+namespace tv {
+namespace {
+
+class Entry : public testing::Test {
+protected:
+  Entry() : program(home) {
+    program.session.sound = false;
+    program.session.options.intro_off = true;
+    program.open();
+    EXPECT_TRUE(QTest::qWaitForWindowActive(program.desk->frame()));
+    program.desk->act([&] {
+      open_load(program.session, std::string(TV_SHARE_DIR) + "/data/loads/308_winchester_168.dat");
+    });
+  }
+  FieldEdit* edit(const char* screen, const char* name) { return program.find<FieldEdit>(screen, name); }
+  FieldEdit* enter(const char* screen, const char* name) {
+    auto* field = edit(screen, name);
+    program.session.user->focus(screen, name);
+    QApplication::processEvents();
+    EXPECT_TRUE(field->hasFocus()) << name;
+    return field;
+  }
+  bool calculated() const { return program.session.resultsValid; }
+  void calculate() {
+    program.desk->act([&] { press(program.session, "Form4", "CalcAll"); });
+    ASSERT_TRUE(calculated());
+  }
+
+  Home home;
+  Program program;
+};
+
+TEST_F(Entry, TypingReplacesTurnsCommasAndDropsRubbish) {
+  auto* metric = enter("Form3", "Llenm");
+  EXPECT_EQ(metric->selectedText(), metric->text()) << "all of it is selected on focus";
+  QTest::keyClicks(metric, "5x0,8 -.a");
+  EXPECT_EQ(metric->text(), "50.8");
+  EXPECT_EQ(edit("Form3", "Llenz")->text(), "2") << "the partner follows each key";
+  EXPECT_DOUBLE_EQ(program.session.state.dim.Llen, 2.0);
+  QTest::keyClick(metric, Qt::Key_Backspace);
+  EXPECT_EQ(metric->text(), "50.");
+  QTest::keyClick(metric, Qt::Key_Tab);
+  EXPECT_FALSE(metric->hasFocus());
+}
+
+TEST_F(Entry, PastedTextIsCleanedOrRefusedWhole) {
+  auto* field = enter("Form4", "MPgm");
+  QApplication::clipboard()->setText(" 2,45 ");
+  field->paste();
+  EXPECT_EQ(field->text(), "2.45");
+  field->selectAll();
+  QApplication::clipboard()->setText("2.4.5 g");
+  field->paste();
+  EXPECT_EQ(field->text(), "2.45");
+  EXPECT_NEAR(program.session.state.chargeGr, 2.45 * 15.432358353, 1e-9);
+}
+
+TEST_F(Entry, AMarkOfTheProgramIsReplacedByTyping) {
+  program.desk->act([&] { set_text(program.session, "Form3", "zul_P0", "?"); });
+  auto* field = enter("Form3", "zul_P0");
+  EXPECT_EQ(field->text(), "?");
+  field->end(false);
+  QTest::keyClicks(field, "x");
+  EXPECT_EQ(field->text(), "?") << "no rubbish behind a mark either";
+  field->selectAll();
+  QTest::keyClicks(field, "380");
+  EXPECT_EQ(field->text(), "380");
+}
+
+TEST_F(Entry, OutOfRangeIsMarkedSaidAndKept) {
+  auto* field = enter("Form3", "Glenm");
+  QTest::keyClicks(field, "5000");
+  EXPECT_EQ(program.session.screens["Form3"].fields["Glenm"].ink, Ink::red);
+  EXPECT_TRUE(field->toolTip().contains("1016")) << "the reason in words";
+  EXPECT_FALSE(field->actions().isEmpty()) << "a sign, not the colour alone";
+  const QColor ink = field->palette().color(QPalette::Text), paper = field->palette().color(QPalette::Base);
+  EXPECT_GT(std::abs(ink.lightness() - paper.lightness()), 60);
+  QTest::keyClick(field, Qt::Key_Tab);
+  EXPECT_EQ(field->text(), "5000");
+  enter("Form3", "Glenm");
+  auto* hint = program.desk->view("Form3")->root->findChild<QLabel*>("grenzen_box");
+  ASSERT_NE(hint, nullptr);
+  EXPECT_TRUE(hint->isVisible());
+  EXPECT_TRUE(hint->text().contains("1016"));
+  QTest::keyClicks(field, "30");
+  EXPECT_FALSE(hint->isVisible());
+  EXPECT_EQ(program.session.screens["Form3"].fields["Glenm"].ink, Ink::black);
+}
+
+TEST_F(Entry, EscapeGivesTheFieldBackThenClosesTheWindow) {
+  const double before = program.session.state.dim.Hlen;
+  const QString text = edit("Form3", "Hlenm")->text();
+  auto* field = enter("Form3", "Hlenm");
+  QTest::keyClicks(field, "511");
+  EXPECT_NE(program.session.state.dim.Hlen, before);
+  QTest::keyClick(field, Qt::Key_Escape);
+  EXPECT_EQ(field->text(), text);
+  EXPECT_DOUBLE_EQ(program.session.state.dim.Hlen, before);
+  EXPECT_TRUE(program.session.screens["Form3"].visible);
+  QTest::keyClick(field, Qt::Key_Escape);
+  EXPECT_FALSE(program.session.screens["Form3"].visible);
+  EXPECT_TRUE(program.desk->view("Form3")->window->isHidden());
+  program.run("metr");
+  EXPECT_FALSE(program.desk->view("Form3")->window->isHidden());
+}
+
+TEST_F(Entry, TabbingThroughWritesNothing) {
+  calculate();
+  auto* field = enter("Form3", "Zkalm");
+  const CalcState before = program.session.state;
+  for (int i = 0; i < 12; ++i) QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+  EXPECT_TRUE(calculated());
+  EXPECT_EQ(program.session.state.dim.Zkal, before.dim.Zkal);
+  EXPECT_EQ(program.session.state.dim.Plen, before.dim.Plen);
+  EXPECT_FALSE(field->hasFocus());
+}
+
+TEST_F(Entry, ALoadIsCalculatedByKeyByEnterAndByButton) {
+  auto* charge = enter("Form4", "MPgn");
+  QTest::keyClicks(charge, "38");
+  QTest::keyClick(charge, Qt::Key_Return);
+  EXPECT_TRUE(calculated());
+  const QString velocity = edit("Form5", "Vnull")->text();
+  EXPECT_GT(velocity.toInt(), 300);
+
+  charge->selectAll();
+  QTest::keyClicks(charge, "39");
+  EXPECT_FALSE(calculated());
+  EXPECT_TRUE(edit("Form5", "Vnull")->font().italic()) << "results that belong to other inputs look it";
+  QTest::keyClick(charge, Qt::Key_F5);
+  EXPECT_TRUE(calculated());
+  EXPECT_FALSE(edit("Form5", "Vnull")->font().italic());
+  EXPECT_GT(edit("Form5", "Vnull")->text().toInt(), velocity.toInt());
+
+  enter("Form4", "MPgn");
+  QTest::keyClicks(charge, "37");
+  QTest::mouseClick(program.find<QPushButton>("Form4", "CalcAll"), Qt::LeftButton);
+  EXPECT_TRUE(calculated());
+  EXPECT_LT(edit("Form5", "Vnull")->text().toInt(), velocity.toInt());
+}
+
+TEST_F(Entry, TypingFindsInAList) {
+  auto* list = program.find<QComboBox>("Form4", "PulvDat");
+  ASSERT_NE(list, nullptr);
+  ASSERT_GT(list->count(), 5);
+  const int wanted = list->count() - 1;
+  program.session.user->focus("Form4", "PulvDat");
+  QTest::keyClicks(list, list->itemText(wanted));
+  QTest::keyClick(list, Qt::Key_Return);
+  QApplication::processEvents();
+  EXPECT_EQ(field(program.session, "Form4", "PulvDat").selected, wanted);
+  EXPECT_EQ(program.session.load.pulver, utf8(list->itemText(wanted)));
+}
+
+TEST_F(Entry, RefusedInputSetsTheFocusWhereItIsWrong) {
+  program.desk->act([&] { type_text(program.session, "Form4", "Pdens", "0"); });
+  Modal box(box_button(0));
+  program.desk->act([&] { press(program.session, "Form4", "CalcAll"); });
+  EXPECT_FALSE(calculated());
+  QWidget* focused = program.desk->frame()->focusWidget();
+  ASSERT_NE(focused, nullptr);
+  EXPECT_EQ(focused->objectName(), "Pdens");
+}
+
+TEST_F(Entry, LimitColoursCarryASignAndReadableText) {
+  calculate();
+  program.desk->act([&] { type_text(program.session, "Form3", "zul_P0", "100"); });
+  calculate();
+  const Field& peak = field(program.session, "Form5", "Mgas");
+  ASSERT_EQ(peak.paper, Paper::red);
+  auto* shown = edit("Form5", "Mgas");
+  ASSERT_FALSE(shown->actions().isEmpty());
+  EXPECT_TRUE(shown->actions().first()->isVisible());
+  for (const QPalette& palette : {QApplication::palette(), dark_palette()})
+    for (const Paper paper :
+         {Paper::white, Paper::red, Paper::magenta, Paper::yellow, Paper::grey, Paper::failed})
+      for (const Ink ink : {Ink::black, Ink::red, Ink::magenta}) {
+        // Contrast of text by the usual ratio of luminances.
+        const auto luminance = [](const QColor& c) {
+          const auto linear = [](double v) {
+            return v <= 0.04045 ? v / 12.92 : std::pow((v + 0.055) / 1.055, 2.4);
+          };
+          return 0.2126 * linear(c.redF()) + 0.7152 * linear(c.greenF()) + 0.0722 * linear(c.blueF());
+        };
+        const double a = luminance(paper_colour(paper, palette)),
+                     b = luminance(ink_colour(ink, paper, palette));
+        EXPECT_GE((std::max(a, b) + 0.05) / (std::min(a, b) + 0.05), 4.5) << int(paper) << " " << int(ink);
+      }
+}
+
+}  // namespace
+}  // namespace tv

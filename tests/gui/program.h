@@ -1,0 +1,104 @@
+// The whole program on a home folder of its own, for tests and pictures.
+#pragma once
+
+#include <QApplication>
+#include <QPalette>
+#include <QStyle>
+#include <QStyleFactory>
+#include <QTemporaryDir>
+#include <filesystem>
+
+#include "gui/app.h"
+#include "gui/binder.h"
+#include "gui/captions.h"
+#include "gui/desk.h"
+#include "gui/gui_user.h"
+#include "gui/main_frame.h"
+#include "screens/commands.h"
+#include "screens/entry.h"
+#include "session/files.h"
+
+namespace tv {
+
+// The same pixels on every machine.
+inline void plain_look(QApplication& app) {
+  QApplication::setStyle(QStyleFactory::create("Fusion"));
+  QApplication::setPalette(QApplication::style()->standardPalette());
+  QFont font("DejaVu Sans", 9);
+  font.setHintingPreference(QFont::PreferNoHinting);
+  app.setFont(font);
+}
+
+inline QPalette dark_palette() {
+  QPalette dark;
+  for (const auto& [role, colour] : {std::pair{QPalette::Window, QColor(45, 45, 48)},
+                                     {QPalette::WindowText, QColor(235, 235, 235)},
+                                     {QPalette::Base, QColor(30, 30, 32)},
+                                     {QPalette::AlternateBase, QColor(60, 60, 64)},
+                                     {QPalette::Text, QColor(235, 235, 235)},
+                                     {QPalette::Button, QColor(60, 60, 64)},
+                                     {QPalette::ButtonText, QColor(235, 235, 235)},
+                                     {QPalette::BrightText, QColor(255, 90, 90)},
+                                     {QPalette::Highlight, QColor(60, 110, 180)},
+                                     {QPalette::HighlightedText, QColor(255, 255, 255)},
+                                     {QPalette::ToolTipBase, QColor(70, 70, 50)},
+                                     {QPalette::ToolTipText, QColor(245, 245, 225)},
+                                     {QPalette::PlaceholderText, QColor(150, 150, 150)},
+                                     {QPalette::Link, QColor(120, 170, 255)}})
+    dark.setColor(role, colour);
+  for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
+    dark.setColor(QPalette::Disabled, role, QColor(140, 140, 140));
+  return dark;
+}
+
+class Home {
+public:
+  std::string folder() const { return folder_.path().toStdString() + "/"; }
+  PlaceHints hints() const {
+    std::filesystem::create_directories(folder() + "docs");
+    return {folder() + "no-such-program/", folder() + "docs/", {}, std::string(TV_SHARE_DIR) + "/"};
+  }
+
+private:
+  QTemporaryDir folder_;
+};
+
+// Started as main does, without the notice.
+struct Program {
+  explicit Program(const Home& home) : session(user) {
+    user.attach(&session, nullptr);
+    started = start(session, home.hints());
+    desk = std::make_unique<Desk>(session);
+    user.attach(&session, desk.get());
+  }
+  ~Program() {
+    QApplication::processEvents();
+    user.attach(&session, nullptr);
+  }
+  void open() {
+    desk->open_frame();
+    desk->frame()->activateWindow();
+    QApplication::processEvents();
+  }
+  QWidget* control(std::string_view screen, std::string_view name) {
+    View* view = desk->view(screen);
+    return view ? view->root->findChild<QWidget*>(qt(name)) : nullptr;
+  }
+  template <class W>
+  W* find(std::string_view screen, std::string_view name) {
+    return dynamic_cast<W*>(control(screen, name));
+  }
+  std::string text(std::string_view screen, std::string_view name) {
+    return field(session, screen, name).text;
+  }
+  void run(std::string_view command) {
+    desk->act([&] { run_command(session, command); });
+  }
+
+  GuiUser user;
+  Session session;
+  bool started = false;
+  std::unique_ptr<Desk> desk;
+};
+
+}  // namespace tv

@@ -1,0 +1,358 @@
+// The frame, the output window, dialogs, start and end.
+#include <gtest/gtest.h>
+
+#include <QClipboard>
+#include <QImageReader>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QMdiSubWindow>
+#include <QPlainTextEdit>
+#include <QScrollBar>
+#include <QSvgRenderer>
+#include <QTest>
+#include <QToolBar>
+#include <QToolButton>
+#include <fstream>
+
+#include "gui/file_dialog.h"
+#include "gui/input_box.h"
+#include "gui/modal.h"
+#include "gui/painter.h"
+#include "gui/program.h"
+#include "screens/output_window.h"
+
+namespace tv {
+namespace {
+
+std::string load_file() { return std::string(TV_SHARE_DIR) + "/data/loads/308_winchester_168.dat"; }
+
+class Windows : public testing::Test {
+protected:
+  Windows() : program(home) {
+    program.session.sound = false;
+    program.session.options.intro_off = true;
+    program.open();
+    EXPECT_TRUE(QTest::qWaitForWindowActive(program.desk->frame()));
+  }
+  void calculate() {
+    program.desk->act([&] {
+      open_load(program.session, load_file());
+      press(program.session, "Form4", "CalcAll");
+    });
+    ASSERT_TRUE(program.session.resultsValid);
+    program.desk->view("Form7")->window->setGeometry(0, 0, 500, 400);
+    program.run("diagra");
+    QApplication::processEvents();
+  }
+  QWidget* root(const char* screen) { return program.desk->view(screen)->root; }
+
+  Home home;
+  Program program;
+};
+
+TEST_F(Windows, ABareHomeReachesTheMainWindow) {
+  EXPECT_TRUE(program.desk->frame()->isVisible());
+  for (const char* screen : {"Form3", "Form4", "Form5", "Form7"})
+    EXPECT_TRUE(program.desk->view(screen)->window->isVisible()) << screen;
+  EXPECT_EQ(program.desk->active_screen(), "Form3");
+  EXPECT_FALSE(program.desk->frame()->findChild<QLabel*>("Picture1")->text().trimmed().isEmpty());
+}
+
+TEST_F(Windows, ToolbarButtonsRunTheirCommandsAndFollowTheState) {
+  calculate();
+  auto* bar = program.desk->frame()->findChild<QToolBar*>("toolbar_box");
+  ASSERT_NE(bar, nullptr);
+  for (const Command& command : commands()) {
+    if (command.toolbar < 0) continue;
+    auto* button = bar->findChild<QToolButton*>("button_img" + QString::number(command.toolbar));
+    ASSERT_NE(button, nullptr) << command.name;
+    EXPECT_FALSE(button->icon().isNull()) << command.name;
+    EXPECT_FALSE(button->toolTip().isEmpty()) << command.name;
+    EXPECT_FALSE(button->accessibleName().isEmpty()) << command.name;
+  }
+  bar->findChild<QToolButton*>("button_img8")->click();
+  EXPECT_EQ(program.session.options.grftyp, 2);
+  EXPECT_TRUE(bar->findChild<QToolButton*>("button_img8")->isChecked());
+  EXPECT_FALSE(bar->findChild<QToolButton*>("button_img12")->isChecked());
+  program.run("symbonoff");
+  EXPECT_FALSE(bar->isVisible());
+}
+
+TEST_F(Windows, TheDiagramReadsOutSwitchesToTextAndIsSaved) {
+  calculate();
+  auto* surface = root("Form7")->findChild<QWidget*>("Pict1");
+  auto* text = root("Form7")->findChild<QPlainTextEdit*>("Text1");
+  ASSERT_TRUE(surface->isVisible());
+  QTest::mouseMove(surface, surface->rect().center());
+  EXPECT_FALSE(root("Form7")->findChild<QLabel*>("x1")->text().isEmpty());
+  QTest::mouseDClick(surface, Qt::LeftButton, {}, surface->rect().center());
+  ASSERT_TRUE(text->isVisible());
+  EXPECT_GT(text->document()->blockCount(), 50);
+  EXPECT_TRUE(text->toPlainText().contains("Muzzle"));
+  text->selectAll();
+  text->copy();
+  EXPECT_TRUE(QApplication::clipboard()->text().contains('\t'));
+  QTest::mouseDClick(text->viewport(), Qt::LeftButton);
+  EXPECT_TRUE(surface->isVisible());
+
+  const DrawList list = output_diagram(program.session, 600, 400, qt_text_width).list;
+  for (const char* type : {"png", "bmp", "svg", "pdf"}) {
+    const std::string file = home.folder() + "picture." + type;
+    ASSERT_EQ(save_picture(list, file), 0) << type;
+    if (std::string_view(type) == "svg") {
+      const QSvgRenderer svg(qt(file));
+      EXPECT_EQ(svg.viewBox().size(), QSize(600, 400));
+    } else if (std::string_view(type) != "pdf") {
+      EXPECT_EQ(QImageReader(qt(file)).size(), QSize(1200, 800)) << type;
+    } else {
+      std::ifstream in(file);
+      std::string head(5, ' ');
+      in.read(head.data(), 5);
+      EXPECT_EQ(head, "%PDF-");
+    }
+  }
+  EXPECT_NE(save_picture(list, home.folder() + "no/such/folder/a.png"), 0);
+}
+
+TEST_F(Windows, AClickBesideAnAxisFitsTheLoadAndCanBeUndone) {
+  calculate();
+  auto* surface = root("Form7")->findChild<QWidget*>("Pict1");
+  const double before = program.session.state.chargeGr;
+  const Diagram diagram = output_diagram(program.session, surface->width(), surface->height(), qt_text_width);
+  // At the left of the axis, at two thirds of the peak.
+  const double y = diagram.frame.bottom + (diagram.frame.top - diagram.frame.bottom) * 0.5;
+  QTest::mouseClick(surface, Qt::LeftButton, {}, QPoint(int(diagram.frame.left) - 8, int(y)));
+  EXPECT_NE(program.session.state.chargeGr, before);
+  EXPECT_FALSE(program.desk->frame()->findChild<QLabel*>("status_line")->text().isEmpty());
+  program.run("undo_fit");
+  EXPECT_DOUBLE_EQ(program.session.state.chargeGr, before);
+}
+
+TEST_F(Windows, PlacesAndLoadComeBackAfterARestart) {
+  calculate();
+  const double charge = program.session.state.chargeGr;
+  const auto place = [](Program& p, const char* screen) {
+    const QMdiArea& area = p.desk->frame()->area();
+    return p.desk->view(screen)->window->geometry().translated(area.horizontalScrollBar()->value(),
+                                                               area.verticalScrollBar()->value());
+  };
+  program.desk->view("Form4")->window->move(123, 45);
+  program.desk->view("Form7")->window->setGeometry(30, 60, 450, 330);
+  program.desk->frame()->setGeometry(20, 30, 700, 600);
+  QApplication::processEvents();
+  const QRect powder = place(program, "Form4"), output = place(program, "Form7");
+  program.desk->frame()->close();
+  ASSERT_TRUE(program.session.end_requested);
+
+  Program again(home);
+  again.session.sound = false;
+  again.open();
+  EXPECT_EQ(place(again, "Form4").topLeft(), powder.topLeft());
+  EXPECT_EQ(place(again, "Form7"), output);
+  EXPECT_EQ(again.desk->frame()->geometry(), QRect(20, 30, 700, 600));
+  EXPECT_NEAR(again.session.state.chargeGr, charge, 0.05);
+}
+
+TEST_F(Windows, APlaceBeyondEveryScreenIsBroughtBack) {
+  Options& options = program.session.options;
+  options.form1l = options.form1t = "900000";
+  options.form1w = "9000000";
+  options.form1h = "9000";
+  program.desk->frame()->restore_places();
+  const QRect room = QGuiApplication::primaryScreen()->availableGeometry();
+  EXPECT_TRUE(room.contains(program.desk->frame()->geometry()));
+  EXPECT_EQ(options.form1l, "900000") << "never in the file";
+}
+
+TEST_F(Windows, TheEndIsAskedForAndCancelKeepsAll) {
+  program.session.options.intro_off = false;
+  {
+    QString text;
+    Modal box(box_button(1, &text));
+    program.run("Ende");
+    EXPECT_TRUE(box.seen);
+    EXPECT_TRUE(text.contains(kProgramName));
+  }
+  EXPECT_TRUE(program.desk->frame()->isVisible());
+  EXPECT_FALSE(program.session.end_requested);
+  Modal box(box_button(0));
+  program.desk->frame()->close();
+  EXPECT_FALSE(program.desk->frame()->isVisible());
+}
+
+TEST_F(Windows, DialogsOpenByTheirCommandsAndCloseByEscape) {
+  for (const char* command : {"borefriction", "powd_set", "who"}) {
+    Modal dialog([](QDialog* shown) { QTest::keyClick(shown, Qt::Key_Escape); });
+    program.run(command);
+    EXPECT_TRUE(dialog.seen) << command;
+    EXPECT_EQ(QApplication::activeModalWidget(), nullptr) << command;
+  }
+  program.run("qstart");
+  QWidget* quick = program.desk->view("frmFast")->window;
+  EXPECT_TRUE(quick->isVisible());
+  QTest::keyClick(quick->findChild<QLineEdit*>("MPgn"), Qt::Key_Escape);
+  EXPECT_FALSE(quick->isVisible());
+}
+
+TEST_F(Windows, TheCriteriaBarsMoveTheirFields) {
+  QString moved;
+  Modal dialog([&moved](QDialog* shown) {
+    auto* bar = shown->findChild<QAbstractSlider*>("scrminba");
+    bar->setFocus();
+    QTest::keyClick(bar, Qt::Key_End);
+    moved = shown->findChild<QLineEdit*>("tbamin")->text();
+    shown->reject();
+  });
+  program.desk->act([&] { open_screen(program.session, "FormPsel"); });
+  EXPECT_NEAR(moved.toDouble(), program.session.set(RecordKind::powders).Ba0_most, 0.01);
+}
+
+TEST_F(Windows, ThePreviewTellsTheCommentAndCancelTellsNothing) {
+  const FileBox box{FileMode::open,
+                    DialogKind::cartridges,
+                    "Open",
+                    std::string(TV_SHARE_DIR) + "/data/calibers/",
+                    "",
+                    "Cartridges (*.vol)|*.vol",
+                    ""};
+  Modal cancel([](QDialog* dialog) {
+    auto* files = dialog->findChild<QListWidget*>("filFiles");
+    ASSERT_EQ(files->count(), 1);
+    files->setCurrentRow(0);
+    EXPECT_EQ(dialog->findChild<QLineEdit*>("NamenFeld")->text(), "ternofw.vol");
+    EXPECT_FALSE(dialog->findChild<QPlainTextEdit*>("kommentar")->toPlainText().isEmpty());
+    QTest::keyClick(dialog, Qt::Key_Escape);
+  });
+  EXPECT_FALSE(run_file_dialog(program.session, box, nullptr).has_value());
+}
+
+TEST_F(Windows, TheFileDialogFiltersEntersFoldersAndHandsOverTheComment) {
+  const FileBox box{FileMode::save,        DialogKind::load, "Save", std::string(TV_SHARE_DIR) + "/data/", "",
+                    "Loads (*.dat)|*.dat", "first line"};
+  Modal dialog([](QDialog* shown) {
+    auto* name = shown->findChild<QLineEdit*>("NamenFeld");
+    auto* files = shown->findChild<QListWidget*>("filFiles");
+    auto* ok = shown->findChild<QPushButton*>("accept");
+    EXPECT_EQ(files->count(), 0);
+    name->setText("loads");
+    ok->click();
+    EXPECT_GT(files->count(), 3);
+    name->setText("9*.dat");
+    ok->click();
+    EXPECT_EQ(files->count(), 1);
+    shown->findChild<QPlainTextEdit*>("kommentar")->appendPlainText("second line");
+    name->setText("mine");
+    QTest::keyClick(name, Qt::Key_Return);
+  });
+  const auto answer = run_file_dialog(program.session, box, nullptr);
+  ASSERT_TRUE(answer.has_value());
+  EXPECT_EQ(answer->file, std::string(TV_SHARE_DIR) + "/data/loads/mine");
+  EXPECT_EQ(answer->comment, "first line\nsecond line");
+}
+
+TEST_F(Windows, TheInputBoxAnswersOrIsCancelled) {
+  const InputBox box{"Title", {"Prompt", {}}, "0.66"};
+  {
+    Modal dialog([](QDialog* shown) {
+      auto* answer = shown->findChild<QLineEdit*>("answer");
+      EXPECT_EQ(answer->selectedText(), "0.66");
+      QTest::keyClicks(answer, "0.5");
+      QTest::keyClick(answer, Qt::Key_Return);
+    });
+    EXPECT_EQ(run_input_box(program.session, box, nullptr), "0.5");
+  }
+  Modal dialog(press_in_dialog("cancel"));
+  EXPECT_FALSE(run_input_box(program.session, box, nullptr).has_value());
+}
+
+TEST_F(Windows, AnUnforeseenFaultIsShownAndSurvived) {
+  QString text;
+  Modal box(box_button(0, &text));
+  program.desk->act([] { throw std::runtime_error("the roof fell in"); });
+  EXPECT_TRUE(text.contains("the roof fell in"));
+  program.run("english");
+  EXPECT_TRUE(program.desk->frame()->isVisible());
+}
+
+TEST_F(Windows, ALongRunHearsEscapeAndNothingElse) {
+  calculate();
+  User& user = *program.session.user;
+  user.busy(true);
+  EXPECT_FALSE(user.cancelled());
+  auto* charge = program.find<QLineEdit>("Form4", "MPgn");
+  const QString before = charge->text();
+  QWindow* window = program.desk->frame()->windowHandle();
+  QTimer::singleShot(0, [&] {
+    QTest::keyClick(window, Qt::Key_F5);
+    QTest::keyClick(window, Qt::Key_5);
+  });
+  EXPECT_FALSE(user.cancelled());
+  EXPECT_EQ(charge->text(), before);
+  QTimer::singleShot(0, [&] { QTest::keyClick(window, Qt::Key_Escape); });
+  user.progress("powder", 0.5);
+  EXPECT_TRUE(user.cancelled());
+  user.busy(false);
+  user.busy(true);
+  EXPECT_FALSE(user.cancelled()) << "the next run begins afresh";
+  user.busy(false);
+}
+
+TEST(Start, TheNoticeMustBeAgreedTo) {
+  const Home home;
+  Program program(home);
+  Session& s = program.session;
+  Modal dialog([](QDialog* notice) {
+    auto* go_on = notice->findChild<QPushButton*>("weiter");
+    EXPECT_FALSE(go_on->isEnabled());
+    EXPECT_TRUE(notice->findChild<QPushButton*>("page_down")->isEnabled());
+    notice->findChild<QPushButton*>("page_down")->click();
+    EXPECT_TRUE(notice->findChild<QPushButton*>("page_up")->isEnabled());
+    QTest::mouseClick(notice->findChild<QAbstractButton*>("Check2"), Qt::LeftButton, {}, QPoint(8, 8));
+    QTest::mouseClick(notice->findChild<QAbstractButton*>("acceptiert"), Qt::LeftButton, {}, QPoint(8, 8));
+    EXPECT_TRUE(go_on->isEnabled());
+    go_on->click();
+  });
+  open_screen(s, "Form2");
+  EXPECT_TRUE(s.notice_agreed);
+  EXPECT_TRUE(s.options.accept);
+  Program again(home);
+  EXPECT_TRUE(again.session.options.accept) << "told in the settings file";
+}
+
+TEST(Start, WithoutALanguageFileItAsksAndMayEnd) {
+  const Home home;
+  GuiUser user;
+  Session session(user);
+  user.attach(&session, nullptr);
+  PlaceHints hints = home.hints();
+  hints.build_share.clear();
+  int boxes = 0;
+  QTimer answer;
+  answer.setInterval(5);
+  QObject::connect(&answer, &QTimer::timeout, [&] {
+    auto* shown = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+    if (!shown) return;
+    ++boxes;
+    if (auto* box = qobject_cast<QMessageBox*>(shown))
+      box->buttons().last()->click();
+    else
+      shown->reject();
+  });
+  answer.start();
+  EXPECT_FALSE(start(session, hints));
+  EXPECT_GE(boxes, 3);
+}
+
+TEST(Start, ASecondInstanceIsRefused) {
+  QTemporaryDir folder;
+  qputenv("XDG_RUNTIME_DIR", folder.path().toLocal8Bit());
+  auto first = take_instance_lock();
+  ASSERT_NE(first, nullptr);
+  EXPECT_EQ(take_instance_lock(), nullptr);
+  first.reset();
+  EXPECT_NE(take_instance_lock(), nullptr);
+}
+
+}  // namespace
+}  // namespace tv
