@@ -278,7 +278,7 @@ constexpr Command kCommands[] = {
     {.name = "intro_off", .section = kMain, .parent = "optset", .action = flip<&Options::intro_off>, .checked = is_set<&Options::intro_off>},
 
     {.name = "fenst", .section = kMain, .parent = nullptr},
-    {.name = "arrng_wins", .section = kMain, .parent = "fenst", .action = by_window},
+    {.name = "arrng_wins", .section = kMain, .parent = "fenst", .action = by_window, .checked = is_set<&Options::atiles>},
     {.name = "arrng_stag", .section = kMain, .parent = "fenst", .action = by_window},
     {.name = "zoomwin", .section = kMain, .parent = "fenst", .action = by_window, .separator_before = true},
     {.name = "zoomdef", .section = kMain, .parent = "fenst", .action = by_window},

@@ -1,5 +1,7 @@
 #include "screens/entry.h"
 
+#include <array>
+#include <charconv>
 #include <cmath>
 
 #include "geometry/dimensions.h"
@@ -49,9 +51,15 @@ void hide_hint(Session& s, std::string_view screen) {
   screen_of(s, screen).hint_field.clear();
 }
 
+// A limit as a person wrote it: 609.6, which as a double would be 609.5999755859375.
+std::string limit_text(float limit) {
+  std::array<char, 64> text{};
+  const auto end = std::to_chars(text.data(), text.data() + text.size(), limit, std::chars_format::fixed);
+  return {text.data(), end.ptr};
+}
+
 void show_limits(Session& s, std::string_view screen, std::string_view name) {
-  screen_of(s, screen).hint = "Max:" + general(static_cast<double>(s.field_max)) +
-                              "\nMin:" + general(static_cast<double>(s.field_min));
+  screen_of(s, screen).hint = "Max:" + limit_text(s.field_max) + "\nMin:" + limit_text(s.field_min);
   screen_of(s, screen).hint_field = name;
 }
 
@@ -68,21 +76,19 @@ void colour_by_range(Session& s, std::string_view screen, const PairSide& side) 
     if (!number->field) continue;
     Field& f = field(s, screen, number->field);
     f.ink = good ? Ink::black : Ink::red;
-    f.reason = good ? std::string()
-                    : general(static_cast<double>(s.field_min)) + " ... " +
-                          general(static_cast<double>(s.field_max));
+    f.reason = good ? std::string() : limit_text(s.field_min) + " ... " + limit_text(s.field_max);
   }
+  s.field_rejected = !good;
   if (good) {
-    s.field_rejected = false;
+    if (side.pair->on_change == OnChange::band_seating) mark_band_seating(s);
     hide_hint(s, screen);
   }
 }
 
-// The field is left or entered with what it holds: a value out of range beeps, hints and is selected.
+// The field is left, or entered again, with a value out of range: that beeps, hints and selects all of it.
 void check_range(Session& s, std::string_view screen, const PairSide& side) {
   colour_by_range(s, screen, side);
-  if (in_range(s, field_number(s, screen, side.own().field))) return;
-  s.field_rejected = true;
+  if (!s.field_rejected) return;
   beep(s);
   show_limits(s, screen, side.own().field);
   s.focus.select_from = 0;
@@ -93,6 +99,35 @@ void take_limits(Session& s, const PairSide& side) {
   const Limits limits = field_limits(s, side);
   s.field_min = static_cast<float>(limits.min);
   s.field_max = static_cast<float>(limits.max);
+}
+
+// What is told when a field gets the focus, and put back by Escape.
+void hold(Session& s, const PairSide& side) {
+  s.held = s.state;
+  s.held_marks = {s.load,         field(s, "Form4", "PulvDat").text, field(s, "Form5", "ladich").text,
+                  s.resultsValid, s.load_table.table_valid,          s.powder_table.table_valid,
+                  s.askCharge,    field(s, "Form3", "Veffm").stale};
+  if (!side.pair) return;
+  if (side.pair->value) s.focus.value_on_focus = side.pair->value(s);
+  if (side.partner().field) s.focus.partner_on_focus = field(s, s.focus.screen, side.partner().field).text;
+}
+
+void put_back(Session& s, const PairSide& side) {
+  restore_dimensions(s, side);
+  s.state = s.held;
+  if (side.pair->value) side.pair->value(s) = s.focus.value_on_focus;
+  set_text(s, s.focus.screen, s.focus.field, s.focus.text_on_focus);
+  if (side.partner().field) set_text(s, s.focus.screen, side.partner().field, s.focus.partner_on_focus);
+  refresh_fill(s);
+  const HeldMarks& marks = s.held_marks;
+  s.load = marks.load;
+  set_text(s, "Form4", "PulvDat", marks.powder);
+  set_text(s, "Form5", "ladich", marks.ladich);
+  mark_volumes_stale(s, marks.volumes_stale);
+  s.askCharge = marks.ask_charge;
+  setResultsValid(s, marks.results_valid);
+  s.load_table.table_valid = marks.load_table_valid;
+  s.powder_table.table_valid = marks.powder_table_valid;
 }
 
 bool has_focus(const Session& s, std::string_view screen, std::string_view name) {
@@ -120,6 +155,15 @@ void own_format(Session& s, std::string_view screen, const PairSide& side) {
   const char* pattern = side.own().on_leave;
   if (side.own().unit == Unit::mode_of_Pa) pattern = s.unit_mode == UnitMode::imperial ? "0" : "0.0";
   if (pattern && holds_number(f)) f.text = format_number(read_number(f.text), pattern);
+}
+
+void leave_focus(Session& s) {
+  if (!s.focus.field.empty()) leave_field(s, s.focus.screen, s.focus.field);
+}
+
+// The quick start mirrors what has changed on the main screens.
+void mirrored(Session& s, std::string_view screen) {
+  if (screen == "Form3" || screen == "Form4") refresh_quick_start(s);
 }
 
 }  // namespace
@@ -151,14 +195,18 @@ std::string drop_foreign(const Session& s, std::string_view text) {
 
 bool focus_field(Session& s, std::string_view screen, std::string_view name) {
   if (!control_info(screen, name) || !usable(s, screen, name)) return false;
-  if (!s.focus.field.empty() && !has_focus(s, screen, name)) leave_field(s, s.focus.screen, s.focus.field);
+  if (!has_focus(s, screen, name)) leave_focus(s);
   const Field& f = field(s, screen, name);
-  s.focus = {std::string(screen), std::string(name), 0, length(f.text), f.text, false};
-  s.held = s.state;
+  s.focus = {std::string(screen), std::string(name), 0, length(f.text), f.text, false, {}, 0};
   const PairSide side = find_pair(screen, name);
+  hold(s, side);
   if (!side.pair || side.pair->read_only) return true;
   take_limits(s, side);
-  if (holds_number(f)) check_range(s, screen, side);
+  if (!holds_number(f)) return true;
+  if (f.ink == Ink::red)
+    check_range(s, screen, side);
+  else
+    colour_by_range(s, screen, side);
   return true;
 }
 
@@ -190,18 +238,16 @@ bool leave_field(Session& s, std::string_view screen, std::string_view name) {
     number_left(s, side);
   }
   s.focus = {};
+  if (edited) mirrored(s, screen);
   return true;
 }
 
 bool restore_field(Session& s) {
   const PairSide side = find_pair(s.focus.screen, s.focus.field);
   if (!side.pair || !s.focus.edited) return false;
-  s.state = s.held;
-  refresh_dimension_fields(s, side);
-  if (side.pair->value) write_pair(s, side.pair->screen, side.pair->metric.field);
-  set_text(s, s.focus.screen, s.focus.field, s.focus.text_on_focus);
-  recompute_dimensions(s, kNothingMoved);
+  put_back(s, side);
   hide_hint(s, s.focus.screen);
+  if (holds_number(field(s, s.focus.screen, s.focus.field))) colour_by_range(s, s.focus.screen, side);
   s.focus.edited = false;
   return true;
 }
@@ -233,8 +279,9 @@ bool type_text(Session& s, std::string_view screen, std::string_view name, std::
 
 bool press(Session& s, std::string_view screen, std::string_view button) {
   if (!is_kind(screen, button, {ControlKind::button}) || !usable(s, screen, button)) return false;
-  if (!s.focus.field.empty()) leave_field(s, s.focus.screen, s.focus.field);
+  leave_focus(s);
   run_action(s, screen, button);
+  mirrored(s, screen);
   return true;
 }
 
@@ -243,23 +290,28 @@ bool pick(Session& s, std::string_view screen, std::string_view list, int index)
     return false;
   Field& f = field(s, screen, list);
   if (index < 0 || index >= static_cast<int>(f.items.size())) return false;
-  if (!s.focus.field.empty()) leave_field(s, s.focus.screen, s.focus.field);
+  leave_focus(s);
   f.selected = index;
   f.text = f.items[static_cast<std::size_t>(index)].text;
-  return run_action(s, screen, std::string(list) + "#");
+  const bool used = run_action(s, screen, std::string(list) + "#");
+  mirrored(s, screen);
+  return used;
 }
 
 bool toggle(Session& s, std::string_view screen, std::string_view box) {
   if (!is_kind(screen, box, {ControlKind::check}) || !usable(s, screen, box)) return false;
+  leave_focus(s);
   Field& f = field(s, screen, box);
   f.checked = !f.checked;
   run_action(s, screen, box);
+  mirrored(s, screen);
   return true;
 }
 
 bool choose(Session& s, std::string_view screen, std::string_view group, int n) {
   const std::string name = std::string(group) + std::to_string(n);
   if (!is_kind(screen, name, {ControlKind::option}) || !usable(s, screen, name)) return false;
+  leave_focus(s);
   for (const Control& control : screen_info(screen)->controls) {
     const std::string_view other = control.name;
     if (control.kind == ControlKind::option && other.starts_with(group))

@@ -29,6 +29,15 @@ bool toggle(Session& s, std::string_view screen, std::string_view box);
 bool choose(Session& s, std::string_view screen, std::string_view group, int n);  // option n of a group
 bool key(Session& s, std::string_view screen, std::string_view key);  // "Shift+Up", "F5", "Escape"
 
+// A scroll bar that stands for a number field: its range, and where it stands by the stored value.
+struct BarPlace {
+  int least = 0, most = 0, position = 0;
+};
+BarPlace bar_place(Session& s, std::string_view screen, std::string_view bar);
+// The bar was moved; a position beyond its range is brought back. Bars that belong together do not cross:
+// one pulls the other along.
+bool move_bar(Session& s, std::string_view screen, std::string_view bar, int position);
+
 bool open_screen(Session& s, std::string_view screen);   // fills its fields and shows it
 bool close_screen(Session& s, std::string_view screen);  // as its close button or Escape does
 

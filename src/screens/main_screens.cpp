@@ -74,6 +74,7 @@ void ask_moly_factor(Session& s) {
 
 void toggle_coating(Session& s) {
   Field& box = field(s, "Form3", "fproof");
+  take_shown_start_pressure(s);  // of a bullet that has none of its own
   if (box.checked) {
     ask_moly_factor(s);
     s.state.start_pressure *= s.state.moly_factor;

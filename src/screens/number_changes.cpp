@@ -18,10 +18,6 @@ void mark_edited_powder(Session& s) {
   s.load.pulver = name.text;
 }
 
-void mark_volumes_stale(Session& s) {
-  for (const char* name : {"Vvgm", "Vvgn", "Veffm", "Veffz"}) field(s, "Form3", name).stale = true;
-}
-
 bool moves_dimensions(OnChange change) {
   switch (change) {
     case OnChange::seating:
@@ -34,13 +30,6 @@ bool moves_dimensions(OnChange change) {
     default:
       return false;
   }
-}
-
-// A slip while typing must leave no trace: each keystroke computes from what stood when the field got the
-// focus.
-void begin_from_held(Session& s, const PairSide& side) {
-  s.state.dim = s.held.dim;
-  refresh_dimension_fields(s, side);
 }
 
 int edit_kind(OnChange change) {
@@ -60,27 +49,32 @@ int edit_kind(OnChange change) {
   }
 }
 
+// A slip while typing must leave no trace: each keystroke computes from what stood when the field got the
+// focus.
 void dimension_changed(Session& s, const PairSide& side, double stored) {
-  begin_from_held(s, side);
+  restore_dimensions(s, side);
   auto& d = s.state.dim;
+  const OnChange change = side.pair->on_change;
   side.pair->value(s) = stored;
-  if (side.pair->on_change == OnChange::seating) d.ssd = ssd_of_Bsd(d);
-  if (side.pair->on_change == OnChange::band_seating) d.Bsd = Bsd_of_ssd(d);
-  const std::string own = field(s, side.pair->screen, side.own().field).text;
-  const Ink ink = field(s, side.pair->screen, side.own().field).ink;
-  recompute_dimensions(s, edit_kind(side.pair->on_change));
-  // The recompute writes both fields of what it moves; the one being typed in stays as typed.
-  Field& typed = field(s, side.pair->screen, side.own().field);
-  typed.text = own;
-  if (ink == Ink::red) typed.ink = ink;
+  if (change == OnChange::seating) d.ssd = ssd_of_Bsd(d);
+  if (change == OnChange::band_seating) d.Bsd = Bsd_of_ssd(d);
+  if (!s.update_suspended) recompute_dimensions(s, edit_kind(change));
+  if (change == OnChange::band_seating) mark_band_seating(s);
 }
 
 }  // namespace
 
-void refresh_dimension_fields(Session& s, const PairSide& but) {
-  for (const NumberPair& pair : number_pairs())
-    if (std::string_view(pair.screen) == "Form3" && &pair != but.pair && pair.on_change != OnChange::store)
-      write_pair(s, "Form3", pair.metric.field);
+void restore_dimensions(Session& s, const PairSide& but) {
+  const CartridgeDimensions now = s.state.dim;
+  for (const NumberPair& pair : number_pairs()) {
+    if (std::string_view(pair.screen) != "Form3" || &pair == but.pair) continue;
+    s.state.dim = now;
+    const double moved = pair.value(s);
+    s.state.dim = s.held.dim;
+    if (pair.value(s) != moved) write_pair(s, "Form3", pair.metric.field);
+  }
+  s.state.dim = s.held.dim;
+  mark_band_seating(s);
 }
 
 void number_changed(Session& s, const PairSide& side, double stored) {
@@ -98,7 +92,7 @@ void number_changed(Session& s, const PairSide& side, double stored) {
   switch (change) {
     case OnChange::groove:
       if (!s.update_suspended) s.load.bore_area_stale = true;
-      mark_volumes_stale(s);
+      mark_volumes_stale(s, true);
       break;
     case OnChange::bore_area:
       s.load.bore_area_stale = false;
@@ -146,7 +140,7 @@ Limits field_limits(const Session& s, const PairSide& side) {
   if (name == "lminratio") limits.max = s.options.lratio;
   const DataSet& powders = s.set(RecordKind::powders);
   if ((name == "tbamin" || name == "tbamax") && powders.Ba0_least <= powders.Ba0_most)
-    return {powders.Ba0_least, powders.Ba0_most};
+    return {int_of(powders.Ba0_least * 100) / 100, powders.Ba0_most};  // as the bar beside it starts
   return limits;
 }
 

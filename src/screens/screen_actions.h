@@ -33,8 +33,9 @@ void number_changed(Session& s, const PairSide& side, double stored);
 // A number field is left: checks beyond its limits, as the smallest loading ratio against the target.
 void number_left(Session& s, const PairSide& side);
 
-// Every dimension field but those of one pair, from the stored values.
-void refresh_dimension_fields(Session& s, const PairSide& but);
+// The dimensions go back to what was held when the field in use got the focus; the fields of those that
+// differ are written anew, but not the pair being typed in.
+void restore_dimensions(Session& s, const PairSide& but);
 
 // The limits of a field now: those of its row, scaled by the pressure unit or bound to other values.
 Limits field_limits(const Session& s, const PairSide& side);

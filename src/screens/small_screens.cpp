@@ -1,4 +1,5 @@
 // Safety notice, bore friction, quick start and the criteria of the powder table.
+#include <algorithm>
 #include <array>
 #include <cmath>
 
@@ -80,9 +81,19 @@ constexpr QuickField kQuick[] = {
 
 bool quick_metric(const Session& s) { return field(s, "frmFast", "met_eng").checked; }
 
-const NumberSide& quick_side(const Session& s, const QuickField& q) {
+std::string quick_text(const Session& s, const QuickField& q, bool metric, double stored) {
   const NumberPair& pair = *find_pair(q.screen, q.metric_field).pair;
-  return quick_metric(s) ? pair.metric : pair.imperial;
+  const NumberSide& side = metric ? pair.metric : pair.imperial;
+  return format_number(shown_value(side.unit, stored, s), metric ? q.metric_pattern : q.imperial_pattern);
+}
+
+// The stored value that a field of the quick start stands for. One that was not touched is the load's own,
+// which its text rounds.
+double quick_value(Session& s, const QuickField& q, bool metric) {
+  const NumberPair& pair = *find_pair(q.screen, q.metric_field).pair;
+  const std::string& text = field(s, "frmFast", q.field).text;
+  if (text == quick_text(s, q, metric, pair.value(s))) return pair.value(s);
+  return stored_value(metric ? pair.metric.unit : pair.imperial.unit, read_number(text), s);
 }
 
 void mirror_main(Session& s) {
@@ -95,10 +106,15 @@ void mirror_main(Session& s) {
   field(s, "frmFast", "TAIL").checked = field(s, "Form3", "TAIL").checked;
   for (const QuickField& q : kQuick) {
     const NumberPair& pair = *find_pair(q.screen, q.metric_field).pair;
-    const double value = shown_value(quick_side(s, q).unit, pair.value(s), s);
-    set_text(s, "frmFast", q.field,
-             format_number(value, quick_metric(s) ? q.metric_pattern : q.imperial_pattern));
+    set_text(s, "frmFast", q.field, quick_text(s, q, quick_metric(s), pair.value(s)));
   }
+}
+
+// The box has changed already: what was entered in the former units is told in the new ones.
+void flip_quick_units(Session& s) {
+  const bool metric = quick_metric(s);
+  for (const QuickField& q : kQuick)
+    set_text(s, "frmFast", q.field, quick_text(s, q, metric, quick_value(s, q, !metric)));
 }
 
 void open_quick(Session& s) {
@@ -130,9 +146,8 @@ void quick_close(Session& s) { close_screen(s, "frmFast"); }
 // One value into the main screens; "?" where it is not above zero, but a barrel then takes its usual length.
 void take_quick_value(Session& s, const QuickField& q) {
   const NumberPair& pair = *find_pair(q.screen, q.metric_field).pair;
-  const double entered = read_number(field(s, "frmFast", q.field).text);
-  pair.value(s) = stored_value(quick_side(s, q).unit, entered, s);
-  if (entered > 0) return write_pair(s, q.screen, q.metric_field, q.metric_pattern, q.imperial_pattern);
+  pair.value(s) = quick_value(s, q, quick_metric(s));
+  if (pair.value(s) > 0) return write_pair(s, q.screen, q.metric_field, q.metric_pattern, q.imperial_pattern);
   if (std::string_view(q.field) == "Llenz") {
     pair.value(s) = 24.0;
     return write_pair(s, q.screen, q.metric_field, q.metric_pattern, q.imperial_pattern);
@@ -180,6 +195,7 @@ void enable_criteria(Session& s) {
 }
 void open_criteria(Session& s) {
   s.options_held = s.options;
+  s.strategy_held = s.strategy;
   refresh_criteria(s);
 }
 void choose_strategy(Session& s) {
@@ -196,16 +212,23 @@ void cancel_criteria(Session& s) {
   s.options.lod2nd = s.options_held.lod2nd;
   s.options.bamint = s.options_held.bamint;
   s.options.bamaxt = s.options_held.bamaxt;
+  s.strategy = s.strategy_held;
+  refresh_criteria(s);
   s.screens.find("FormPsel")->second.visible = false;
   s.user->hide("FormPsel");
 }
 void refuse_criterion(Session& s, const char* name) {
   beep(s);
+  field(s, "FormPsel", name).enabled = true;  // also one that the strategy does not look at
   s.user->focus("FormPsel", name);
 }
 void press_okproptab(Session& s) {
   Options& o = s.options;
-  if (o.bamaxt < o.bamint) std::swap(o.bamaxt, o.bamint);
+  if (o.bamaxt < o.bamint) {
+    std::swap(o.bamaxt, o.bamint);
+    write_pair(s, "FormPsel", "tbamin");
+    write_pair(s, "FormPsel", "tbamax");
+  }
   if (!(o.lod2nd >= 0.5 && o.lod2nd <= 0.95)) return refuse_criterion(s, "lowpress");
   if (!(o.maxtab >= 10 && o.maxtab <= 1500)) return refuse_criterion(s, "sugg_P0");
   if (!(o.lratio >= 30 && o.lratio <= 140)) return refuse_criterion(s, "lratio");
@@ -215,6 +238,22 @@ void press_okproptab(Session& s) {
   s.user->bring_to_front("Form7");
   press(s, "Form4", "CalcAll");
 }
+
+struct Bar {
+  const char* name;
+  const char* field;
+  double Options::*value;
+};
+constexpr Bar kLowestBar{"scrminba", "tbamin", &Options::bamint};
+constexpr Bar kHighestBar{"scrmaxba", "tbamax", &Options::bamaxt};
+
+const Bar* find_bar(std::string_view screen, std::string_view name) {
+  for (const Bar* bar : {&kLowestBar, &kHighestBar})
+    if (screen == "FormPsel" && name == bar->name) return bar;
+  return nullptr;
+}
+
+int bar_step(double Ba0) { return static_cast<int>(int_of(std::clamp(Ba0, 0.0, 320.0) * 100 + 0.0001)); }
 
 constexpr ControlAction kActions[] = {
     {"Form2", "acceptiert", toggle_agree},
@@ -227,7 +266,7 @@ constexpr ControlAction kActions[] = {
     {"frmFast", "Bnam#", quick_bullet},
     {"frmFast", "PulvDat#", quick_powder},
     {"frmFast", "TAIL", quick_tail},
-    {"frmFast", "met_eng", mirror_main},
+    {"frmFast", "met_eng", flip_quick_units},
     {"frmFast", "faste", quick_close},
     {"frmFast", "Proceed", press_Proceed},
     {"FormPsel", "searchwhat", choose_strategy},
@@ -246,6 +285,26 @@ constexpr ScreenBehaviour kBehaviours[] = {
 
 std::span<const ControlAction> small_actions() { return kActions; }
 std::span<const ScreenBehaviour> screen_behaviours() { return kBehaviours; }
+
+BarPlace bar_place(Session& s, std::string_view screen, std::string_view bar) {
+  const Bar* at = find_bar(screen, bar);
+  if (!at) return {};
+  const Limits limits = field_limits(s, find_pair(screen, at->field));
+  return {bar_step(limits.min), bar_step(limits.max), bar_step(s.options.*at->value)};
+}
+
+bool move_bar(Session& s, std::string_view screen, std::string_view bar, int position) {
+  const Bar* moved = find_bar(screen, bar);
+  if (!moved || !field(s, screen, bar).enabled) return false;
+  if (!s.focus.field.empty()) leave_field(s, s.focus.screen, s.focus.field);
+  const BarPlace place = bar_place(s, screen, bar);
+  const double value = std::clamp(position, place.least, place.most) / 100.0;
+  s.options.*moved->value = value;
+  double& other = moved == &kLowestBar ? s.options.bamaxt : s.options.bamint;
+  if (moved == &kLowestBar ? other < value : other > value) other = value;
+  for (const Bar* b : {&kLowestBar, &kHighestBar}) write_pair(s, screen, b->field);
+  return true;
+}
 
 void refresh_quick_start(Session& s) {
   if (s.screens.find("frmFast")->second.visible) mirror_main(s);

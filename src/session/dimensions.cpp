@@ -9,16 +9,6 @@
 namespace tv {
 namespace {
 
-void mark_band_seating(Session& s) {
-  const auto& d = s.state.dim;
-  const bool off = d.TAIL && d.tail_type == kOuterCone && d.ssd < 0;
-  for (const char* name : {"ssdm", "ssdz"}) {
-    Field& f = field(s, "Form3", name);
-    f.ink = off ? Ink::magenta : Ink::black;
-    f.reason = off ? s.language.msg(177) : std::string();
-  }
-}
-
 // The loading density by the texts on show; recompute_dimensions writes its own right after, by stored
 // values.
 void ladich_from_texts(Session& s) {
@@ -47,6 +37,21 @@ void write_dimension(Session& s, Dimension which) {
 }
 
 }  // namespace
+
+void mark_band_seating(Session& s) {
+  const auto& d = s.state.dim;
+  const bool off = d.TAIL && d.tail_type == kOuterCone && d.ssd < 0;
+  for (const char* name : {"ssdm", "ssdz"}) {
+    Field& f = field(s, "Form3", name);
+    if (f.ink == Ink::red) continue;  // out of its range, which says more
+    f.ink = off ? Ink::magenta : Ink::black;
+    f.reason = off ? s.language.msg(177) : std::string();
+  }
+}
+
+void mark_volumes_stale(Session& s, bool stale) {
+  for (const char* name : {"Vvgm", "Vvgn", "Veffm", "Veffz"}) field(s, "Form3", name).stale = stale;
+}
 
 void recompute_dimensions(Session& s, int kind) {
   s.update_suspended = true;

@@ -89,7 +89,6 @@ int run_single(Session& s) {
   s.user->bring_to_front("Form5");
   s.screens.find("Form5")->second.paper = Paper::failed;
   ShotOutcome outcome = runShot(s.state, s.curve, s.result);
-  if (!outcome.ok() && outcome.end != ShotEnd::stuck) s.result.runNotes.add(Note::fwarn14);
   s.shown.outcome = outcome;
   s.user->busy(false);
   tell_end(s, outcome);
@@ -107,12 +106,6 @@ void note_densities(Session& s) {
 
 void open_output(Session& s) { s.user->bring_to_front("Form7"); }
 
-bool refused(Session& s, const char* screen) {
-  if (s.inputsOk) return false;
-  s.user->bring_to_front(screen);
-  return true;
-}
-
 // The checks that both ways to a calculation share, between set-up and run.
 bool start_pressure_refused(Session& s) {
   if (checkStartPressureAsked(s)) {
@@ -124,6 +117,7 @@ bool start_pressure_refused(Session& s) {
 
 void end_first_run(Session& s) {
   s.firstRun = false;
+  s.screens.find("frmFast")->second.visible = false;
   s.user->hide("frmFast");
 }
 
@@ -136,20 +130,18 @@ void setResultsValid(Session& s, bool valid) {
 }
 
 void setStep(Session& s, int step) {
-  if (step < 0 || step > 2) step = 0;
   if (step == s.state.schrit) return;
   setResultsValid(s, false);
-  s.state.schrit = s.options.schrit = step;
+  s.state.schrit = s.options.schrit = step >= 0 && step <= 2 ? step : 0;
 }
 
 int recalculate(Session& s) {
   if (s.firstRun) end_first_run(s);
   transferInputs(s);
-  if (refused(s, "Form3")) return 0;
+  if (!s.inputsOk) return 0;
   convertUnits(s.state);
   prepareShotChecked(s);
-  if (refused(s, "Form4")) return 0;
-  if (start_pressure_refused(s)) return 0;
+  if (!s.inputsOk || start_pressure_refused(s)) return 0;
   return runAndShow(s);
 }
 
@@ -164,7 +156,7 @@ void press_Patdef(Session& s) {
     return;
   }
   prepareShotChecked(s);
-  if (refused(s, "Form4") || start_pressure_refused(s)) return;
+  if (!s.inputsOk || start_pressure_refused(s)) return;
   if (s.state.tableKind == 1 || !s.askCharge) {
     runAndShow(s);
     return open_output(s);
@@ -174,11 +166,9 @@ void press_Patdef(Session& s) {
   s.user->focus("Form4", "MPgn");
 }
 
-int runAndShow(Session& s) {
-  if (s.state.tableKind == 2) SetDisplayMode(s, 3);
-  note_densities(s);
-  save_current_load(s);
-  if (!s.resultsValid) s.load_table.table_valid = s.powder_table.table_valid = false;
+namespace {
+
+int run_by_mode(Session& s) {
   if (s.state.tableMode) {
     run_load_table(s);
     return -1;
@@ -193,9 +183,25 @@ int runAndShow(Session& s) {
   return answer;
 }
 
-int run_shown_shot(Session& s) {
-  setBaseStep(s.state);
-  return run_single(s);
+}  // namespace
+
+int runAndShow(Session& s) {
+  if (s.state.tableKind == 2) SetDisplayMode(s, 3);
+  note_densities(s);
+  save_current_load(s);
+  if (!s.resultsValid) s.load_table.table_valid = s.powder_table.table_valid = false;
+  const int answer = run_by_mode(s);
+  if (s.options.atiles && s.window_command) s.window_command(s, "arrng_wins");
+  return answer;
+}
+
+bool run_shown_shot(Session& s) {
+  const int mode = s.state.tableMode, kind = s.state.tableKind;
+  s.state.tableMode = s.state.tableKind = 0;
+  const bool finished = prepareShot(s.state) == SetUp::ok && run_single(s) != 0;
+  s.state.tableMode = mode;
+  s.state.tableKind = kind;
+  return finished;
 }
 
 DataBlock data_block(const Session& s) {

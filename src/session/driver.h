@@ -9,7 +9,11 @@ namespace tv {
 // fields. kind: 0 seating depth, 1 bullet length, 2 overall length, 3 case length, 4 band seating depth,
 // other: nothing moved.
 void recompute_dimensions(Session& s, int kind);
-void refresh_fill(Session& s);             // loading ratio, field and number
+void refresh_fill(Session& s);  // loading ratio, field and number
+// The band seating depth is marked while the full-diameter body of a boat tail bullet stands off the case.
+void mark_band_seating(Session& s);
+// The volumes on show belong to a groove diameter that has changed since, or no longer do.
+void mark_volumes_stale(Session& s, bool stale);
 void refresh_pressure_fields(Session& s);  // ini_press1, zul_P and their unit captions
 
 // Picked records into the load and the screens; nothing happens for row -1.
@@ -42,9 +46,9 @@ void setStep(Session& s, int step);
 int recalculate(Session& s);  // 0 on refusal, -1 after a finished run
 void press_Patdef(Session& s);
 int runAndShow(Session& s);
-// One more interactive shot at the state as it stands (SI values made), with the panel live: after tables and
-// fits.
-int run_shown_shot(Session& s);
+// One more interactive shot at the load as it stands, with the panel live whatever the display mode: after
+// tables and fits. False if the set-up is refused or the run did not finish.
+bool run_shown_shot(Session& s);
 // The two tables, run in place of the single shot; the load stands as before, its own shot is shown again.
 void run_load_table(Session& s);
 void run_powder_table(Session& s);

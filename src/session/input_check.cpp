@@ -10,8 +10,10 @@
 namespace tv {
 namespace {
 
-void refuse(Session& s, std::string_view screen, std::string_view name) {
+// One beep, whether a box tells why or not.
+void refuse(Session& s, std::string_view screen, std::string_view name, const Message* why = nullptr) {
   beep(s);
+  if (why) warn(s, *why, false);
   s.user->bring_to_front(screen);
   s.user->focus(screen, name);
   s.inputsOk = false;
@@ -20,6 +22,11 @@ void refuse(Session& s, std::string_view screen, std::string_view name) {
 bool refuse_unless(Session& s, bool good, const char* name) {
   if (!good) refuse(s, "Form3", name);
   return good;
+}
+
+bool refuse_telling(Session& s, const char* name, const Message& why) {
+  refuse(s, "Form3", name, &why);
+  return false;
 }
 
 bool has_name(const Session& s, const char* list) {
@@ -32,9 +39,7 @@ bool ask_stale_bore(Session& s) {
   if (!s.load.bore_area_stale || s.silent) return true;
   s.load.bore_area_stale = false;
   if (ask_yes_no(s, MessageText(s).msg(161).line().msg(162))) return true;
-  s.user->focus("Form3", "qfqi");
-  s.inputsOk = false;
-  return false;
+  return refuse_unless(s, false, "qfqi");
 }
 
 void check_bore_area(Session& s) {
@@ -85,32 +90,20 @@ bool check_travel(Session& s) {
   auto& d = s.state.dim;
   const double travel = d.Llen - d.Hlen + d.Bsd;
   if (!(travel > 0)) {
-    warn(s, MessageText(s).msg(178).line().msg(179).add(format_number(d.Plen - d.Glen, "0.0")).add(" in."));
-    refuse(s, "Form3", "Llenz");
-    return false;
+    const std::string least = format_number(d.Plen - d.Glen, "0.0") + " in.";
+    return refuse_telling(s, "Llenz", MessageText(s).msg(178).line().msg(179).add(least));
   }
   d.Wob = travel * kMmPerInch;
   write_pair(s, "Form3", "Wobm", "##0.0#", "##0.0##");
   if (d.Wob > 0 && std::isfinite(d.Wob)) return true;
-  warn(s, MessageText(s).msg(178));
-  refuse(s, "Form3", "Llenm");
-  return false;
+  return refuse_telling(s, "Llenm", MessageText(s).msg(178));
 }
 
 bool check_volume_and_bore(Session& s) {
   const auto& d = s.state.dim;
-  if (!(d.Veff > 0)) {
-    warn(s, MessageText(s).msg(180));
-    refuse(s, "Form3", "Plenm");
-    return false;
-  }
+  if (!(d.Veff > 0)) return refuse_telling(s, "Plenm", MessageText(s).msg(180));
   write_pair(s, "Form3", "qfqm", "#.00#", "#.000###");
-  if (!(d.qfq > 0)) {
-    warn(s, MessageText(s).msg(181));
-    refuse(s, "Form3", "qfqm");
-    return false;
-  }
-  return true;
+  return d.qfq > 0 || refuse_telling(s, "qfqm", MessageText(s).msg(181));
 }
 
 bool shown_above_zero(Session& s, const char* name) {

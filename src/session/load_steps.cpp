@@ -18,25 +18,20 @@ void save_steps(Session& s) {
   for (const char* key : {"ldstep", "ldweight", "ldperc"}) write_option(s, key);
 }
 
-void step_differs(Session& s) {
-  setResultsValid(s, false);
-  s.load_table.table_valid = false;
-}
-
 }  // namespace
 
 void SetLoadTableStep(Session& s, double percent) {
   s.options.ldperc = percent != 1.0 && percent != 2.0 && percent != 3.0;
-  const bool differs = s.options.ldstep != percent || s.options.ldweight;
   s.options.ldweight = false;
-  if (differs) step_differs(s);
+  if (s.options.ldstep != percent) setResultsValid(s, false);
   s.options.ldstep = percent;
   s.weight_step = percent * s.state.chargeGr / 100;
   save_steps(s);
 }
 
 void SetBaTolerance(Session& s, int percent) {
-  if (s.options.batols != percent) step_differs(s);
+  // No single shot depends on it, but the last rows of the table do.
+  if (s.options.batols != percent) s.load_table.table_valid = false;
   s.options.batols = percent;
   write_option(s, "batols");
 }
@@ -61,7 +56,7 @@ void ask_weight_step(Session& s) {
   if (!answer) return;
   const double weight = read_number(with_points(*answer)) * unit;
   if (!(weight >= 0.1 && weight <= 5.0)) return;
-  if (weight != s.weight_step || !s.options.ldweight) step_differs(s);
+  if (weight != s.weight_step) setResultsValid(s, false);
   s.options.ldweight = true;
   s.options.ldperc = false;
   s.weight_step = weight;

@@ -205,7 +205,7 @@ double shown_value(Unit unit, double stored, const Session& s) {
     case mode_of_Pa:
       return shown_value(s.unit_mode == UnitMode::imperial ? psi_of_Pa : chosen_of_Pa, stored, s);
     case fps_of_mps:
-      return stored * kFeetPerMetre;
+      return stored * kFeetPerMetre + 0.01;  // so that a whole number of feet does not show one too few
     case reduction:
       return (1 - stored) * 100;
     case plain:

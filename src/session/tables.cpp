@@ -15,15 +15,6 @@ PowderCriteria criteria(const Session& s) {
   return {s.strategy, o.maxtab, o.veltab, o.lratio, o.lv_min, o.hratio, o.lod2nd, o.bamint, o.bamaxt};
 }
 
-// The load once more, as a single shot with everything live; then the mode is put back.
-void closing_shot(Session& s) {
-  const int mode = s.state.tableMode, kind = s.state.tableKind;
-  s.state.tableMode = s.state.tableKind = 0;
-  if (prepareShot(s.state) == SetUp::ok) run_shown_shot(s);
-  s.state.tableMode = mode;
-  s.state.tableKind = kind;
-}
-
 void show_outputs(Session& s) {
   if (s.outputs_changed) s.outputs_changed(s);
   s.user->bring_to_front("Form7");
@@ -36,11 +27,25 @@ double pressure_axis_factor(const Session& s) {
 
 void write_charge(Session& s) { write_pair(s, "Form4", "MPgm"); }
 
-void note_fit(Session& s, const FitUndo& before, const char* key, const char* pattern, double from,
-              double to) {
+// How a fitted value is told, in the units of the output window.
+struct FitUnit {
+  const char* key;  // of fastmsg
+  double size;      // stored units to one unit shown
+  const char* pattern;
+};
+struct FitTold {
+  const char* key;  // what was fitted
+  FitUnit metric, imperial;
+};
+constexpr FitTold kChargeTold{"fcharge", {"fgramm", kGrainsPerGram, "0.000"}, {"fgrains", 1, "0.00"}};
+constexpr FitTold kBarrelTold{"fcharge6", {"f_mm", 1 / kMmPerInch, "0.0"}, {"f_in", 1, "0.00"}};
+
+void note_fit(Session& s, const FitUndo& before, const FitTold& told, double from, double to) {
+  const FitUnit& unit = s.imperial_view ? told.imperial : told.metric;
   s.fit_undo = before;
-  s.fit_note = s.language.fastmsg("ffitted") + s.language.fastmsg(key) + " " + format_number(from, pattern) +
-               " -> " + format_number(to, pattern);
+  s.fit_note = s.language.fastmsg("ffitted") + s.language.fastmsg(told.key) + " " +
+               format_number(from / unit.size, unit.pattern) + " -> " +
+               format_number(to / unit.size, unit.pattern) + " " + s.language.fastmsg(unit.key);
 }
 
 void tell_no_fit(Session& s) { warn(s, MessageText(s).msg(159).line().msg(160)); }
@@ -55,7 +60,7 @@ void fit_the_charge(Session& s, double value, FitMode mode) {
   s.state.tableKind = kind;
   write_charge(s);
   if (found)
-    note_fit(s, before, "fcharge", "0.00", before.chargeGr, s.state.chargeGr);
+    note_fit(s, before, kChargeTold, before.chargeGr, s.state.chargeGr);
   else
     tell_no_fit(s);
 }
@@ -72,7 +77,7 @@ bool fit_the_barrel(Session& s, double value, FitMode mode) {
   s.state.dim.Wob = fit.travel_mm;
   write_pair(s, "Form3", "Llenm");
   write_pair(s, "Form3", "Wobm");
-  note_fit(s, before, "fcharge6", "0.00", before.Llen, fit.barrel_in);
+  note_fit(s, before, kBarrelTold, before.Llen, fit.barrel_in);
   return true;
 }
 
@@ -85,8 +90,8 @@ void run_load_table(Session& s) {
   RunLoadTable(s.state, s.curve, s.result, settings, table_head(s), s.load_table);
   s.options.ldstep = settings.ldstep;
   s.user->busy(false);
-  closing_shot(s);
-  if (s.writes_files) settings_save(s);
+  run_shown_shot(s);
+  settings_save(s);
   s.load_table.table_valid = true;
   show_outputs(s);
 }
@@ -105,7 +110,7 @@ void run_powder_table(Session& s) {
   s.options.schrit = s.state.schrit;
   s.user->busy(false);
   const bool cancelled = s.powder_table.cancelled;
-  closing_shot(s);
+  run_shown_shot(s);
   if (cancelled) {
     SetDisplayMode(s, 3);
   } else {
@@ -118,6 +123,7 @@ void run_powder_table(Session& s) {
 void FitChargeToTarget(Session& s, double value, int mode) {
   if (!s.resultsValid) return;
   if (!(value > 0)) return beep(s);
+  s.fit_note.clear();
   const auto fit = static_cast<FitMode>(mode);
   if (fit == FitMode::travel || fit == FitMode::barrel_length) {
     if (!fit_the_barrel(s, value, fit)) return;
@@ -125,8 +131,8 @@ void FitChargeToTarget(Session& s, double value, int mode) {
     fit_the_charge(s, value, fit);
   }
   convertUnits(s.state);
-  if (prepareShot(s.state) == SetUp::ok) setResultsValid(s, run_shown_shot(s) != 0);
   refresh_fill(s);
+  setResultsValid(s, run_shown_shot(s));
   set_text(s, "frmMAIN", "status_line", s.fit_note);
   if (s.outputs_changed) s.outputs_changed(s);
 }

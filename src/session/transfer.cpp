@@ -156,6 +156,7 @@ void take_bullet(Session& s, int row) {
   if (row < 0) return;
   const RecordTable& table = s.set(RecordKind::bullets).file.table;
   auto& d = s.state.dim;
+  s.fit_undo = {};
   d.Bwg = table.number(row, bullet_field::Bwg);
   d.Glen = table.number(row, bullet_field::Glen);
   d.tail_type = static_cast<int>(table.number(row, bullet_field::tail_type));
@@ -175,7 +176,10 @@ void take_bullet(Session& s, int row) {
   s.field_max = 20000000;
   clear_coating(s);
   take_own_start_pressure(s, table.number(row, bullet_field::start_pressure) * 1000000);
-  for (const char* name : {"Zkalz", "Zkalm"}) field(s, "Form3", name).ink = Ink::black;
+  for (const char* name : {"Zkalz", "Zkalm"}) {
+    field(s, "Form3", name).ink = Ink::black;
+    field(s, "Form3", name).reason.clear();
+  }
   write_pair(s, "Form3", "Bwgm", "0.00#", "0.0#");
   write_pair(s, "Form3", "Glenm", "0.00", "0.000");
   write_pair(s, "Form3", "buldinmm", "0.00", "0.000");
@@ -209,6 +213,7 @@ void take_cartridge(Session& s, int row) {
   if (row < 0) return;
   const RecordTable& table = s.set(RecordKind::cartridges).file.table;
   auto& d = s.state.dim;
+  s.fit_undo = {};
   d.Volf = table.number(row, cartridge_field::Volf);
   d.Hlen = table.number(row, cartridge_field::Hlen);
   d.Zkal = table.number(row, cartridge_field::Zkal);

@@ -1,0 +1,309 @@
+// What starts a calculation, what it leaves, and what makes its results stale.
+#include <cmath>
+
+#include "session/load_steps.h"
+#include "session/started.h"
+
+namespace tv_test {
+namespace {
+
+using namespace tv;
+
+class Driver : public Started {
+protected:
+  Driver() {
+    EXPECT_TRUE(load_read(s, example("308_winchester_168")));
+    user.forget();
+  }
+  void calculated() { ASSERT_EQ(recalculate(s), -1); }
+};
+
+TEST_F(Driver, FirstUseAsksForTheChargeAndClosesTheQuickStart) {
+  s.screens["frmFast"].visible = true;
+  press_Patdef(s);
+  EXPECT_FALSE(s.firstRun);
+  EXPECT_FALSE(s.screens["frmFast"].visible);
+  EXPECT_FALSE(s.resultsValid);
+  EXPECT_EQ(user.last_focus(), "Form4.MPgn");
+  EXPECT_EQ(user.box_keys(), "");
+  user.forget();
+  press_Patdef(s);
+  EXPECT_TRUE(s.resultsValid);
+  EXPECT_EQ(user.last_front(), "Form7");
+  s.askCharge = true;
+  press_Patdef(s);
+  EXPECT_FALSE(s.askCharge);
+  EXPECT_EQ(user.last_focus(), "Form4.MPgn");
+}
+
+TEST_F(Driver, ARunWritesTheLoadAndTheTransferFileAndFillsThePanel) {
+  EXPECT_EQ(s.screens["Form5"].paper, Paper::grey);
+  calculated();
+  EXPECT_TRUE(s.resultsValid);
+  EXPECT_EQ(s.screens["Form5"].paper, Paper::grey);
+  EXPECT_NEAR(field_number(s, "Form5", "Mgas"), 343.9, 3.4);  // by an independent integration
+  EXPECT_NEAR(field_number(s, "Form5", "Vnull"), 775.5, 15);
+  EXPECT_NE(text("Form5", "merker").find(s.language.notice()), std::string::npos);
+  EXPECT_NE(root.read("ternofw.set").find("powwht= 38.7"), std::string::npos);
+  EXPECT_NE(root.read("ternofw.xmt").find("vnull=" + text("Form5", "Vnull") + "\r"), std::string::npos)
+      << root.read("ternofw.xmt");
+  EXPECT_EQ(user.waiting, 0);
+}
+
+TEST_F(Driver, EveryInputMakesResultsAndTablesStaleAndNothingElseDoes) {
+  const std::function<void()> changes[] = {[&] { type("Form4", "MPgn", "38"); },
+                                           [&] { type("Form4", "Kap", "1.23"); },
+                                           [&] { type("Form3", "Bwgn", "169"); },
+                                           [&] { type("Form3", "Bsdm", "10"); },
+                                           [&] { type("Form3", "zul_P0", "400"); },
+                                           [&] { toggle(s, "Form3", "TAIL"); },
+                                           [&] { setStep(s, 2); },
+                                           [&] { type("FormBorefrict", "sugg_P0", "2"); },
+                                           [&] { SetLoadTableStep(s, 3); },
+                                           [&] { pick("Form4", "PulvDat", "Example R-05 medium rifle"); },
+                                           [&] { type("Form4", "ini_press1", "20"); }};
+  for (const auto& change : changes) {
+    ASSERT_TRUE(load_read(s, example("308_winchester_168")));
+    setStep(s, 0);
+    SetLoadTableStep(s, 1);
+    calculated();
+    s.load_table.table_valid = s.powder_table.table_valid = true;
+    change();
+    EXPECT_FALSE(s.resultsValid);
+    EXPECT_FALSE(s.load_table.table_valid || s.powder_table.table_valid);
+    EXPECT_TRUE(field(s, "Form5", "Mgas").stale);
+  }
+  ASSERT_TRUE(load_read(s, example("308_winchester_168")));
+  setStep(s, 0);
+  calculated();
+  s.load_table.table_valid = true;
+  setStep(s, 0);
+  set_unit_mode(s, UnitMode::imperial);
+  set_pressure_unit(s, false);
+  SetDisplayMode(s, -2);
+  SetDisplayMode(s, 4);
+  type("FormPsel", "sugg_V0", "800");
+  EXPECT_TRUE(s.resultsValid && s.load_table.table_valid);
+  EXPECT_NEAR(field_number(s, "Form5", "Mgas"), 3439, 34) << "bar";
+  SetBaTolerance(s, 7);
+  EXPECT_TRUE(s.resultsValid) << "no single shot depends on the tolerance";
+  EXPECT_FALSE(s.load_table.table_valid);
+}
+
+TEST_F(Driver, StepSetting) {
+  calculated();
+  setStep(s, 7);
+  EXPECT_EQ(s.state.schrit, 0);
+  EXPECT_FALSE(s.resultsValid);
+  setStep(s, 2);
+  EXPECT_EQ(s.options.schrit, 2);
+  calculated();
+  EXPECT_EQ(text("Form5", "Sdau"), " n.a.");
+}
+
+TEST_F(Driver, DisplayModes) {
+  for (const int type : {-2, -1, 0, 1, 6}) {
+    s.state.tableKind = 2, s.state.tableMode = 1, s.output_as_text = true;
+    SetDisplayMode(s, type);
+    EXPECT_EQ(s.options.grftyp, type);
+    EXPECT_EQ(s.state.tableKind, type == -2 ? 1 : 0);
+    EXPECT_EQ(s.state.tableMode, type == -1 ? 1 : 0);
+    EXPECT_FALSE(s.output_as_text);
+  }
+}
+
+TEST_F(Driver, LoadTableInPlaceOfTheShotLeavesTheLoadAsItWas) {
+  calculated();
+  const CalcState single = s.state;
+  const std::string panel = text("Form5", "Mgas") + text("Form5", "Sdau") + text("Form5", "merker");
+  const double peak = s.result.pMax;
+  SetDisplayMode(s, -1);
+  calculated();
+  EXPECT_TRUE(s.load_table.table_valid && s.resultsValid);
+  EXPECT_EQ(s.state.tableMode, 1);
+  s.state.tableMode = 0;
+  EXPECT_TRUE(s.state == single);
+  EXPECT_EQ(text("Form5", "Mgas") + text("Form5", "Sdau") + text("Form5", "merker"), panel);
+  EXPECT_EQ(s.load_table.pmax[LoadTable::kNominal], peak);
+  EXPECT_EQ(s.result.pMax, peak) << "the load's own shot is on show again";
+  EXPECT_EQ(s.load_table.inputs.block.powder, s.load.pulver);
+}
+
+TEST_F(Driver, LoadTableStepByWeight) {
+  calculated();
+  user.inputs = {std::nullopt, "9.1", "0,5"};
+  ask_percent_step(s);
+  ask_percent_step(s);
+  EXPECT_EQ(s.options.ldstep, 1);
+  EXPECT_TRUE(s.resultsValid);
+  ask_percent_step(s);
+  EXPECT_EQ(s.options.ldstep, 0.5);
+  EXPECT_TRUE(s.options.ldperc);
+  set_unit_mode(s, UnitMode::imperial);
+  user.inputs = {"5.01", "0.5"};
+  ask_weight_step(s);
+  EXPECT_FALSE(s.options.ldweight);
+  ask_weight_step(s);
+  EXPECT_TRUE(s.options.ldweight);
+  EXPECT_FALSE(s.options.ldperc);
+  s.state.chargeGr = 40;
+  SetDisplayMode(s, -1);
+  calculated();
+  EXPECT_EQ(s.options.ldstep, 1.25);
+  EXPECT_NEAR(s.load_table.charge[0], 35, 1e-9);
+  EXPECT_NEAR(s.load_table.charge[15], 42.5, 1e-9);
+  set_unit_mode(s, UnitMode::metric);
+  user.inputs = {"0.05"};
+  ask_weight_step(s);
+  EXPECT_NEAR(s.weight_step, 0.05 * 15.432358353, 1e-12);
+  EXPECT_EQ(user.asked.back().value, "0.0324") << "half a grain, in grams";
+}
+
+TEST_F(Driver, PowderTableLeavesTheLoadAsItWasAndCancelKeepsTheRowsDone) {
+  calculated();
+  const CalcState single = s.state;
+  const std::string panel = text("Form5", "Mgas");
+  s.options.bamint = 0.55, s.options.bamaxt = 0.75;
+  s.strategy = 4, s.options.veltab = 780;
+  SetDisplayMode(s, -2);
+  calculated();
+  EXPECT_TRUE(s.powder_table.table_valid && s.resultsValid);
+  EXPECT_EQ(s.state.tableKind, 2);
+  const std::size_t rows = s.powder_table.rows.size();
+  EXPECT_GE(rows, 3U);
+  for (const PowderRow& r : s.powder_table.rows)
+    EXPECT_TRUE(r.status != RowStatus::ok || std::fabs(r.cell(1) - 780) <= 0.15) << r.name;
+  CalcState after = s.state;
+  after.tableKind = 0;
+  EXPECT_TRUE(after == single);
+  EXPECT_EQ(text("Form5", "Mgas"), panel);
+
+  calculated();  // a finished table is left for a diagram
+  EXPECT_EQ(s.options.grftyp, 3);
+  EXPECT_EQ(s.state.tableKind, 0);
+
+  int asked = 0;
+  user.wants_to_cancel = [&] { return ++asked > 2; };
+  SetDisplayMode(s, -2);
+  calculated();
+  EXPECT_EQ(s.options.grftyp, 3);
+  EXPECT_TRUE(s.state == single);
+  EXPECT_TRUE(s.powder_table.cancelled);
+  EXPECT_LT(s.powder_table.rows.size(), rows);
+}
+
+TEST_F(Driver, FitMeetsItsTargetInFiveModesAndIsUndone) {
+  calculated();
+  struct Case {
+    int mode;
+    double value, tolerance;
+    std::function<double()> reached;
+  };
+  const Case cases[] = {
+      {0, 300, 0.06, [&] { return s.result.pMax / 1e6; }},
+      {1, 750, 0.02, [&] { return s.result.vMuzzle; }},
+      {2, std::fabs(s.curve.t[0]) * 1050, 2e-3, [&] { return std::fabs(s.curve.t[0]) * 1000; }},
+      {3, 500, 1e-9, [&] { return s.state.dim.Wob; }},
+      {4, 500, 1e-9, [&] { return s.state.dim.Llen * 25.4; }}};
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.mode);
+    const auto load_values = [&] { return std::array{s.state.chargeGr, s.state.dim.Llen, s.state.dim.Wob}; };
+    const auto before = load_values();
+    FitChargeToTarget(s, c.value, c.mode);
+    EXPECT_TRUE(s.resultsValid);
+    EXPECT_NEAR(c.reached(), c.value, c.tolerance);
+    EXPECT_EQ(s.state.tableKind, 0);
+    EXPECT_EQ(text("frmMAIN", "status_line"), s.fit_note);
+    EXPECT_NE(s.fit_note.find(" -> "), std::string::npos);
+    EXPECT_NEAR(field_number(s, "Form4", "MPgn"), s.state.chargeGr, 0.051);
+    EXPECT_NEAR(field_number(s, "Form3", "Llenm"), s.state.dim.Llen * 25.4, 0.0051);
+    const double travel = s.state.dim.Wob;
+    recompute_dimensions(s, 9);
+    EXPECT_NEAR(s.state.dim.Wob, travel, 1e-9) << "barrel and travel belong together";
+    undo_fit(s);
+    EXPECT_EQ(load_values(), before);
+    EXPECT_FALSE(s.resultsValid);
+    EXPECT_FALSE(can_undo_fit(s));
+    EXPECT_EQ(text("frmMAIN", "status_line"), "");
+    calculated();
+  }
+  EXPECT_TRUE(user.boxes.empty());
+}
+
+TEST_F(Driver, FitThatCannotBeMetLeavesTheLoad) {
+  FitChargeToTarget(s, 300, 0);
+  EXPECT_EQ(s.state.chargeGr, 38.7) << "nothing without valid results";
+  calculated();
+  const CalcState before = s.state;
+  user.forget();
+  FitChargeToTarget(s, -3, 0);
+  FitChargeToTarget(s, 0.9, 3);
+  EXPECT_EQ(user.count("beep"), 2);
+  EXPECT_TRUE(s.state == before);
+  user.forget();
+  FitChargeToTarget(s, 5000, 1);
+  EXPECT_EQ(user.box_keys(), "msg159 msg160");
+  EXPECT_TRUE(s.state == before);
+  EXPECT_TRUE(s.resultsValid);
+  EXPECT_FALSE(can_undo_fit(s));
+  EXPECT_EQ(text("frmMAIN", "status_line"), "");
+  s.imperial_view = true;
+  FitChargeToTarget(s, 45000, 0);
+  EXPECT_NEAR(s.result.pMax / 6894.76, 45000, 10);
+}
+
+TEST_F(Driver, FailedRunsAreToldAndShownAsFailed) {
+  calculated();
+  s.state.Ba1 = 0;
+  EXPECT_EQ(recalculate(s), 0);
+  ASSERT_FALSE(user.boxes.empty());
+  EXPECT_EQ(user.box_keys(), "msg102 msg155 msg156 msg158");
+  EXPECT_NE(user.boxes.back().title.find("Ca_Knst_n_Z1"), std::string::npos) << user.boxes.back().title;
+  EXPECT_FALSE(s.resultsValid);
+  EXPECT_EQ(s.screens["Form5"].paper, Paper::failed);
+  const std::string& line = text("Form5", "merker");
+  const std::string note = s.language.fastmsg("fwarn14");
+  EXPECT_NE(line.find(note), std::string::npos);
+  EXPECT_EQ(line.find(note), line.rfind(note)) << "told once";
+  EXPECT_EQ(user.waiting, 0);
+}
+
+TEST_F(Driver, AStuckBulletShowsNothingGood) {
+  type("FormBorefrict", "sugg_P0", "30");
+  type("Form4", "MPgn", "12");
+  s.state.frictionOn = true;
+  type("Form3", "Llenm", "3000");
+  user.forget();
+  EXPECT_EQ(recalculate(s), 0);
+  EXPECT_EQ(user.box_keys(), "msg134 msg135 msg136 msg137");
+  EXPECT_EQ(text("Form5", "Vnull"), "0");
+  EXPECT_EQ(text("Form5", "merker"), s.language.fastmsg("fehlEG"));
+  EXPECT_EQ(field(s, "Form5", "merker").ink, Ink::red);
+}
+
+TEST_F(Driver, LimitColoursComeWithAWord) {
+  struct Case {
+    double share;
+    Paper paper;
+    Ink ink, line;
+    const char* reason;
+  };
+  calculated();
+  const double peak = s.result.pMax / 1e6;
+  for (const Case& c : {Case{0.99, Paper::red, Ink::black, Ink::red, "fwarn1"},
+                        Case{1.1, Paper::magenta, Ink::black, Ink::black, "fwarn2"},
+                        Case{1.25, Paper::yellow, Ink::black, Ink::black, "fwarn2"},
+                        Case{1.4, Paper::white, Ink::black, Ink::black, nullptr},
+                        Case{0, Paper::white, Ink::red, Ink::red, "fwarn3"}}) {
+    s.state.dim.zul_P = c.share * peak;
+    calculated();
+    const Field& f = field(s, "Form5", "Mgas");
+    EXPECT_EQ(f.paper, c.paper) << c.share;
+    EXPECT_EQ(f.ink, c.ink) << c.share;
+    EXPECT_EQ(field(s, "Form5", "merker").ink, c.line) << c.share;
+    EXPECT_EQ(f.reason.empty(), c.reason == nullptr);
+  }
+}
+
+}  // namespace
+}  // namespace tv_test

@@ -1,0 +1,215 @@
+// Every refusal and every warning of the check before a calculation: what is told, and where the focus goes.
+#include "session/started.h"
+#include "text/number.h"
+
+namespace tv_test {
+namespace {
+
+using namespace tv;
+
+class InputCheck : public Started {
+protected:
+  InputCheck() { EXPECT_TRUE(load_read(s, example("308_winchester_168"))); }
+  void again() {
+    EXPECT_TRUE(load_read(s, example("308_winchester_168")));
+    user.forget();
+  }
+};
+
+struct Refusal {
+  const char* what;
+  void (*spoil)(Session&);
+  const char* boxes;
+  const char* focus;
+};
+
+void empty(Session& s, const char* name) { set_text(s, "Form3", name, ""); }
+
+// In the order of the check.
+const Refusal kRefusals[] = {
+    {"no case", [](Session& s) { set_text(s, "Form3", "HVolDat", "  "); }, "", "Form3.HVolDat"},
+    {"case without data", [](Session& s) { set_text(s, "Form3", "HVolDat", s.language.fastmsg("noname")); },
+     "", "Form3.HVolDat"},
+    {"no bullet", [](Session& s) { empty(s, "Bnam"); }, "", "Form3.Bnam"},
+    {"no bullet of the calibre", [](Session& s) { set_text(s, "Form3", "Bnam", s.language.msg(193)); }, "",
+     "Form3.Bnam"},
+    {"no weight", [](Session& s) { s.state.dim.Bwg = 0; }, "", "Form3.Bwgm"},
+    {"Sebert above 12", [](Session& s) { s.state.dim.sebf = 12.01; }, "", "Form3.sebf"},
+    {"Sebert below 0", [](Session& s) { s.state.dim.sebf = -0.01; }, "", "Form3.sebf"},
+    {"barrel", [](Session& s) { empty(s, "Llenm"); }, "", "Form3.Llenm"},
+    {"overall length", [](Session& s) { set_text(s, "Form3", "Plenm", "?"); }, "", "Form3.Plenm"},
+    {"bullet length", [](Session& s) { empty(s, "Glenm"); }, "", "Form3.Glenm"},
+    {"case length", [](Session& s) { empty(s, "Hlenm"); }, "", "Form3.Hlenm"},
+    {"calibre", [](Session& s) { s.state.dim.Zkal = 0, set_text(s, "Form3", "Zkalm", "0"); }, "",
+     "Form3.Zkalm"},
+    {"capacity", [](Session& s) { empty(s, "Volfgn"); }, "", "Form3.Volfgn"},
+    {"barrel too short", [](Session& s) { s.state.dim.Llen = 1.5; }, "msg178 msg179", "Form3.Llenz"},
+    {"bullet fills the case", [](Session& s) { s.state.dim.Volf = 2; }, "msg180", "Form3.Plenm"},
+};
+
+TEST_F(InputCheck, RefusesInItsOrderWithOneBeepAndTheFocusInTheField) {
+  for (const Refusal& r : kRefusals) {
+    SCOPED_TRACE(r.what);
+    again();
+    ASSERT_EQ(recalculate(s), -1);
+    user.forget();
+    r.spoil(s);
+    EXPECT_EQ(recalculate(s), 0);
+    EXPECT_FALSE(s.inputsOk);
+    EXPECT_EQ(user.box_keys(), r.boxes);
+    EXPECT_EQ(user.last_focus(), r.focus);
+    EXPECT_EQ(user.last_front(), "Form3");
+    EXPECT_EQ(user.count("beep"), 1);
+    EXPECT_TRUE(s.resultsValid) << "the last results stand as they were";
+  }
+}
+
+TEST_F(InputCheck, RefusesPowderValuesInTheirOrder) {
+  struct Case {
+    const char* field;
+    double CalcState::*value;
+    double below, above, least, most;
+  };
+  const Case cases[] = {{"Exw", &CalcState::Exw, 0.99, 10000.1, 1, 10000},
+                        {"Ba0", &CalcState::Ba0, 0.00099, 1000.1, 0.001, 1000},
+                        {"Kap", &CalcState::Kap, 1.0009, 2, 1.001, 1.999},
+                        {"PDko", &CalcState::PDko, -1, 10000.1, -0.99, 10000},
+                        {"Limz1", &CalcState::Limz1, 0.009, 1.001, 0.01, 1},
+                        {"Pdens", &CalcState::Pdens, 0.0009, 100.1, 0.001, 100}};
+  transferInputs(s);
+  convertUnits(s.state);
+  const CalcState good = s.state;
+  const auto told = [&](const Case& c, double value) {
+    s.state = good;
+    s.state.*c.value = value;
+    user.forget();
+    prepareShotChecked(s);
+    return user.last_focus();
+  };
+  for (const Case& c : cases) {
+    for (const double bad : {c.below, c.above}) {
+      EXPECT_EQ(told(c, bad), std::string("Form4.") + c.field) << bad;
+      EXPECT_EQ(user.box_keys(), "fpow msg156");
+      EXPECT_EQ(user.boxes[0].title, "Ternovale: " + s.language.fastmsg("fehlEG"));
+      EXPECT_EQ(user.count("beep"), 1);
+      EXPECT_EQ(user.last_front(), "Form4");
+    }
+    for (const double good_value : {c.least, c.most})
+      EXPECT_EQ(told(c, good_value).find(c.field), std::string::npos) << c.field << good_value;
+  }
+  s.state = good;
+  s.state.chargeGr = 0;
+  user.forget();
+  prepareShotChecked(s);
+  EXPECT_EQ(user.last_focus(), "Form4.MPgn");
+  s.state.chargeGr = 10000;
+  user.forget();
+  prepareShotChecked(s);
+  EXPECT_EQ(user.box_keys(), "msg182");
+  EXPECT_EQ(user.last_focus(), "Form4.MPgn");
+}
+
+struct Warning {
+  const char* what;
+  void (*change)(Session&);
+  const char* boxes;
+  int beeps;
+};
+double circle(const Session& s) { return kPi / 4 * s.state.dim.Zkal * 25.4 * s.state.dim.Zkal * 25.4; }
+const Warning kWarnings[] = {
+    {"bore at 1.1 circles", [](Session& s) { s.state.dim.qfq = 1.0999 * circle(s); }, "", 0},
+    {"bore above", [](Session& s) { s.state.dim.qfq = 1.1001 * circle(s); }, "msg163 msg164", 1},
+    {"bore at 0.8 circles", [](Session& s) { s.state.dim.qfq = 0.8001 * circle(s); }, "", 0},
+    {"bore below", [](Session& s) { s.state.dim.qfq = 0.7999 * circle(s); }, "msg165 msg166", 1},
+    {"bullet 2 % small", [](Session& s) { s.state.dim.buldin = s.state.dim.Zkal * 0.98; }, "", 0},
+    {"bullet too small", [](Session& s) { s.state.dim.buldin = s.state.dim.Zkal * 0.9799; },
+     "msg167 msg168 msg169 msg170", 0},
+    {"bullet too large", [](Session& s) { s.state.dim.buldin = s.state.dim.Zkal * 1.0101; },
+     "msg167 msg171 msg172 msg173", 0},
+    {"bullet stands off", [](Session& s) { s.state.dim.TAIL = false, s.state.dim.Bsd = -0.01; },
+     "msg174 msg175 msg176", 1},
+    {"body stands off", [](Session& s) { s.state.dim.Bsd = 0.1; }, "msg177", 1},
+    {"Sebert of 12", [](Session& s) { s.state.dim.sebf = 12; }, "", 0},
+};
+
+TEST_F(InputCheck, WarnsAndGoesOn) {
+  for (const Warning& w : kWarnings) {
+    SCOPED_TRACE(w.what);
+    again();
+    w.change(s);
+    transferInputs(s);
+    EXPECT_TRUE(s.inputsOk);
+    EXPECT_EQ(user.box_keys(), w.boxes);
+    EXPECT_EQ(user.count("beep"), w.beeps);
+    EXPECT_EQ(user.last_focus(), "");
+  }
+}
+
+TEST_F(InputCheck, SaysHowFarTheBulletDiffersAndHowLongTheBarrelMustBe) {
+  s.state.dim.Zkal = 0.5, s.state.dim.buldin = 0.48, s.state.dim.qfq = circle(s);
+  transferInputs(s);
+  EXPECT_NE(user.boxes.at(0).message.text.find(": 4\n"), std::string::npos) << user.boxes[0].message.text;
+  again();
+  s.state.dim.Llen = 1;
+  transferInputs(s);
+  EXPECT_NE(user.boxes.at(0).message.text.find("1.6 in."), std::string::npos) << "2.8 less 1.215";
+}
+
+TEST_F(InputCheck, AsksOnceAboutABoreAreaOlderThanTheCalibre) {
+  type("Form3", "Zkalm", "7.82");
+  ASSERT_TRUE(s.load.bore_area_stale);
+  user.answers = {Answer::no};
+  EXPECT_EQ(recalculate(s), 0);
+  EXPECT_EQ(user.box_keys(), "msg161 msg162");
+  EXPECT_EQ(user.last_focus(), "Form3.qfqi");
+  EXPECT_FALSE(s.load.bore_area_stale);
+  EXPECT_EQ(recalculate(s), -1) << "it has been told";
+  type("Form3", "Zkalz", ".308");
+  type("Form3", "qfqm", "47.541");
+  EXPECT_FALSE(s.load.bore_area_stale) << "a key in the area answers the question";
+  type("Form3", "Zkalz", ".308");
+  user.answers = {Answer::yes};
+  EXPECT_EQ(recalculate(s), -1);
+  EXPECT_TRUE(user.answers.empty());
+}
+
+TEST_F(InputCheck, FillsAMissingBoreAreaAndDropsAnImpossibleTail) {
+  s.state.dim.qfq = 0;
+  s.state.dim.tail_dia_small = 9;
+  transferInputs(s);
+  EXPECT_TRUE(s.inputsOk);
+  EXPECT_DOUBLE_EQ(s.state.dim.qfq, 0.985 * circle(s));
+  EXPECT_EQ(text("Form3", "qfqm"), format_number(s.state.dim.qfq, "#.00#"));
+  EXPECT_FALSE(field(s, "Form3", "TAIL").checked);
+  EXPECT_EQ(s.state.dim.tail_type, kFlatBase);
+  EXPECT_EQ(s.state.dim.ssd, s.state.dim.Bsd);
+  EXPECT_EQ(user.box_keys(), "");
+  EXPECT_FALSE(s.update_suspended);
+}
+
+TEST_F(InputCheck, RefusesAStartPressureThatTheBurntPowderDoesNotReach) {
+  ASSERT_EQ(recalculate(s), -1);
+  const double bound = start_pressure_bound(s.state);
+  s.state.start_pressure = bound * 0.9999;
+  EXPECT_NE(recalculate(s), 0);
+  user.forget();
+  s.state.start_pressure = bound * 1.0001;
+  EXPECT_EQ(recalculate(s), 0);
+  EXPECT_EQ(user.box_keys(), "msg144");
+  EXPECT_EQ(user.last_focus(), "Form4.ini_press1");
+  EXPECT_EQ(user.last_front(), "Form4");
+}
+
+TEST_F(InputCheck, SilentCheckBeepsOnlyForARefusal) {
+  s.silent = true;
+  s.state.dim.qfq = 2 * circle(s);
+  transferInputs(s);
+  EXPECT_TRUE(user.events.empty());
+  s.state.dim.Llen = 1;
+  transferInputs(s);
+  EXPECT_EQ(user.count("beep"), 1);
+  EXPECT_TRUE(user.boxes.empty());
+}
+
+}  // namespace
+}  // namespace tv_test
