@@ -145,6 +145,9 @@ View Desk::make_view(const ScreenInfo& info) {
                     own = view.recaption] {
     apply_captions(root, session_, section);
     align_form(root);
+    // The new captions may need more room.
+    if (root->layout()) root->layout()->activate();
+    window->resize(window->size().expandedTo(window->minimumSizeHint()));
     window->setWindowTitle(plain_caption(qt(session_.language.text(section, screen))) + " - " + kProgramName);
     if (own) own();
   };

@@ -188,22 +188,21 @@ private:
 }  // namespace
 
 void align_form(QWidget* root) {
-  const QList<QGridLayout*> grids = root->findChildren<QGridLayout*>();
-  std::map<std::pair<int, int>, int> widest;  // form column, grid column
-  const auto fixed_parts = {0, 2, 4};
-  for (const QGridLayout* grid : grids)
+  std::map<std::pair<int, int>, int> widest;  // form column, grid column: labels and units
+  std::vector<std::pair<QGridLayout*, int>> grids;
+  for (QGridLayout* grid : root->findChildren<QGridLayout*>())
     if (const QVariant column = grid->property("column"); column.isValid())
-      for (int row = 0; row < grid->rowCount(); ++row)
-        for (const int part : fixed_parts) {
-          QLayoutItem* item = grid->itemAtPosition(row, part);
-          if (!item || !item->widget() || grid->itemAtPosition(row, 0) == grid->itemAtPosition(row, 4))
-            continue;
-          int& width = widest[{column.toInt(), part}];
-          width = std::max(width, item->widget()->sizeHint().width());
-        }
-  for (QGridLayout* grid : grids)
-    if (const QVariant column = grid->property("column"); column.isValid())
-      for (const int part : fixed_parts) grid->setColumnMinimumWidth(part, widest[{column.toInt(), part}]);
+      grids.emplace_back(grid, column.toInt());
+  for (const auto& [grid, column] : grids)
+    for (int i = 0; i < grid->count(); ++i) {
+      int row = 0, part = 0, rows = 0, parts = 0;
+      grid->getItemPosition(i, &row, &part, &rows, &parts);
+      if (parts > 1 || part % 2 == 1) continue;
+      int& width = widest[{column, part}];
+      width = std::max(width, grid->itemAt(i)->sizeHint().width());
+    }
+  for (const auto& [grid, column] : grids)
+    for (const int part : {0, 2, 4}) grid->setColumnMinimumWidth(part, widest[{column, part}]);
 }
 
 QWidget* make_control(std::string_view screen, std::string_view name, QWidget* parent) {

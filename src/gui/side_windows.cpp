@@ -184,7 +184,7 @@ public:
   void open(const Session& s, const std::string& screen) {
     setWindowTitle(plain_caption(qt(s.language.text("frmMAIN", "index"))) + " - " + kProgramName);
     const QString folder = manual_folder(s);
-    QString page = folder + qt(screen).toLower() + ".md";
+    QString page = folder + (screen == "frmMAIN" ? "main" : qt(screen).toLower()) + ".md";
     if (!QFile::exists(page)) page = folder + "index.md";
     text_->setSearchPaths({folder});
     text_->setSource(QUrl::fromLocalFile(page), QTextDocument::MarkdownResource);

@@ -90,7 +90,6 @@ TEST(Captions, EveryControlIsCaptionedTippedAndNotCutInFourLanguages) {
       EXPECT_GT(view->window->windowTitle().size(), qsizetype(std::string_view(kProgramName).size()) + 3)
           << screen << ": no title";
       view->window->show();
-      view->window->adjustSize();
       QApplication::processEvents();
       check_room(view->window, screen);
     }

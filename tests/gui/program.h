@@ -13,6 +13,7 @@
 #include "gui/captions.h"
 #include "gui/desk.h"
 #include "gui/gui_user.h"
+#include "gui/icons.h"
 #include "gui/main_frame.h"
 #include "screens/commands.h"
 #include "screens/entry.h"
@@ -27,6 +28,7 @@ inline void plain_look(QApplication& app) {
   QFont font("DejaVu Sans", 9);
   font.setHintingPreference(QFont::PreferNoHinting);
   app.setFont(font);
+  app.setWindowIcon(program_icon());
 }
 
 inline QPalette dark_palette() {

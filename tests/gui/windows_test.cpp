@@ -11,6 +11,7 @@
 #include <QScrollBar>
 #include <QSvgRenderer>
 #include <QTest>
+#include <QTextBrowser>
 #include <QToolBar>
 #include <QToolButton>
 #include <fstream>
@@ -193,6 +194,24 @@ TEST_F(Windows, DialogsOpenByTheirCommandsAndCloseByEscape) {
   EXPECT_TRUE(quick->isVisible());
   QTest::keyClick(quick->findChild<QLineEdit*>("MPgn"), Qt::Key_Escape);
   EXPECT_FALSE(quick->isVisible());
+}
+
+TEST_F(Windows, F1OpensTheManualAtTheActiveScreen) {
+  const auto shown = [this] {
+    auto* manual = program.desk->frame()->findChild<QDialog*>("manual");
+    return manual && manual->isVisible() ? manual->findChild<QTextBrowser*>()->source().fileName()
+                                         : QString();
+  };
+  program.session.user->focus("Form4", "MPgn");
+  QTest::keyClick(program.find<QLineEdit>("Form4", "MPgn"), Qt::Key_F1);
+  EXPECT_EQ(shown(), "form4.md");
+  const QString english = program.desk->frame()->findChild<QTextBrowser*>()->toPlainText();
+  EXPECT_GT(english.size(), 100);
+  program.desk->frame()->findChild<QDialog*>("manual")->close();
+  program.run("deutsch");
+  program.run("index");
+  EXPECT_EQ(shown(), "form4.md");
+  EXPECT_NE(program.desk->frame()->findChild<QTextBrowser*>()->toPlainText(), english);
 }
 
 TEST_F(Windows, TheCriteriaBarsMoveTheirFields) {
