@@ -1,0 +1,257 @@
+// Loads as files: what comes back, what is told when something is wrong, and the list of recent ones.
+#include "session/driver.h"
+#include "session/files_fixture.h"
+
+using namespace tv;
+
+namespace tv_test {
+namespace {
+
+class Loads : public Home {
+protected:
+  Loads() : p(start()), s(p->s), user(p->user) { user.forget(); }
+
+  static std::string example(const std::string& name) {
+    return std::string(TV_SHARE_DIR) + "/data/loads/" + name + ".dat";
+  }
+  // Every value of the load; numbers as the shortest text that reads back to the same bits.
+  std::string values() const {
+    std::string all;
+    for (const LoadKey& key : load_keys())
+      all += std::string(key.key) + "=" + load_value_text(key, s.state, s.load) + "\n";
+    return all;
+  }
+  std::string screens() const {
+    std::string all;
+    for (const char* screen : {"Form3", "Form4", "FormBorefrict"})
+      for (const auto& [name, f] : s.screens.find(screen)->second.fields)
+        all += name + "=" + f.text + (f.checked ? " x\n" : "\n");
+    return all;
+  }
+
+  std::unique_ptr<Program> p;
+  Session& s;
+  FileUser& user;
+};
+
+TEST_F(Loads, ReadBackToTheLastBit) {
+  auto& d = s.state.dim;
+  ASSERT_TRUE(load_read(s, example("308_winchester_168")));
+  s.load.commen = "two lines\nand \"quotes\" = ; [x]";
+  s.load.PrimerLot = " 0815 ";
+  s.load.MuzzleVel_meas = "812,5";
+  s.load.coefficients = {{0.1 + 0.2, 700}, {1.0 / 3, 0}};
+  s.load.c1icao = 0.1 + 0.2;
+  s.state.chargeGr = 44.1 / 3;
+  s.state.frictionPress = 1e7 / 3;
+  s.load.fproof = true;
+  // A seating depth as typed: the overall length follows it and is rounded.
+  d.Glen = 1.2149999999999999;
+  int rounded = 0;
+  for (d.Bsd = 0.3; d.Bsd < 0.4; d.Bsd += 0.0137) {
+    const double typed = d.Bsd;
+    recompute_dimensions(s, 0);
+    rounded += d.Hlen + d.Glen - d.Plen != typed;
+    const std::string before = values(), shown = screens();
+    ASSERT_TRUE(load_write(s, at("data/mine.dat")) || make_folders(at("data")) == 0);
+    ASSERT_TRUE(load_write(s, at("data/mine.dat")));
+    const std::string bytes = read("data/mine.dat");
+    s.state = {};
+    s.load = {};
+    ASSERT_TRUE(load_read(s, at("data/mine.dat")));
+    EXPECT_EQ(values(), before);
+    refresh_all_fields(s);
+    ASSERT_TRUE(load_write(s, at("data/mine.dat")));
+    EXPECT_EQ(read("data/mine.dat"), bytes);
+    EXPECT_EQ(d.Bsd, typed);
+  }
+  EXPECT_GT(rounded, 0) << "the case that matters was not met";
+}
+
+TEST_F(Loads, ShowNoResultOfAnother) {
+  ASSERT_TRUE(load_read(s, example("308_winchester_168")));
+  EXPECT_EQ(recalculate(s), -1);
+  EXPECT_NE(field(s, "Form5", "Maxpe").text + field(s, "Form5", "Mgas").text, "");
+  EXPECT_NE(read("ternofw.xmt").find("isneu=-1"), std::string::npos);
+  ASSERT_TRUE(load_read(s, example("8x57_is_196_friction")));
+  EXPECT_FALSE(s.resultsValid);
+  EXPECT_FALSE(s.shown.any);
+  EXPECT_EQ(field(s, "Form5", "Mgas").text, "");
+  EXPECT_EQ(s.state.schrit, 1) << "friction needs the fine step";
+  EXPECT_EQ(field(s, "Form3", "HVolDat").text, s.load.pattyp);
+  EXPECT_FALSE(s.askCharge);
+}
+
+TEST_F(Loads, TellWhereThePowderDiffersFromItsRecord) {
+  const std::string name = "tern_check";
+  p->table(RecordKind::powders).rows = {record(name, {{powder_field::Exw, "3900"},
+                                                      {powder_field::Kap, "1.24"},
+                                                      {powder_field::Pdens, "1.6"},
+                                                      {powder_field::Ba0, "0.55"},
+                                                      {powder_field::PDko, "1.2"},
+                                                      {powder_field::Limz1, "0.4"},
+                                                      {powder_field::Ba1, "1.5"},
+                                                      {powder_field::bulkdn, "0.9"}})};
+  fill_lists(s, RecordKind::powders);
+  ASSERT_TRUE(load_read(s, example("308_winchester_168")));
+  EXPECT_EQ(p->keys(), "msg62 msg75");
+  take_powder(s, 0);
+  make_folders(at("data"));
+  const std::string file = at("data/p.dat");
+  ASSERT_TRUE(load_write(s, file));
+  ASSERT_TRUE(load_read(s, file));
+  EXPECT_EQ(p->keys(), "");
+  EXPECT_EQ(field(s, "Form4", "PulvDat").selected, 0);
+  s.state.Ba0 = 0.5500000000000002;
+  s.state.bulkdn = 0.91;
+  ASSERT_TRUE(load_write(s, file));
+  ASSERT_TRUE(load_read(s, file));
+  ASSERT_EQ(user.boxes.size(), 1u);
+  const std::string told = user.boxes[0].message.text;
+  EXPECT_EQ(std::ranges::count(told, '-') >= 2, true) << told;
+  EXPECT_NE(told.find(name), std::string::npos);
+  EXPECT_NE(told.find("  - " + s.language.text("form4", "Ba0")), std::string::npos) << told;
+  EXPECT_NE(told.find("  - " + s.language.text("form4", "bulkdn")), std::string::npos) << told;
+  EXPECT_EQ(told.find(s.language.text("form4", "Kap")), std::string::npos) << told;
+  EXPECT_EQ(p->keys(), "msg61 msg66 msg75");
+  EXPECT_EQ(s.state.Ba0, 0.5500000000000002) << "the load's value stands";
+  s.load.pulver.clear();
+  ASSERT_TRUE(load_write(s, file));
+  ASSERT_TRUE(load_read(s, file));
+  EXPECT_EQ(p->keys(), "");
+}
+
+TEST_F(Loads, ThatCannotBeReadBringTheLastOneBack) {
+  ASSERT_TRUE(load_read(s, example("308_winchester_168")));
+  user.forget();
+  save_current_load(s);
+  const std::string before = values();
+  s.state.chargeGr = 1;
+  const std::string rubbish = write("data/rubbish.dat", "\x01\xFF no load\r\n[other]\r\nx=1");
+  make_folders(at("data/folder.dat"));
+  for (const std::string& file : {at("data/none.dat"), rubbish, at("data/folder.dat")}) {
+    EXPECT_FALSE(open_load(s, file)) << file;
+    ASSERT_FALSE(user.boxes.empty());
+    EXPECT_NE(user.boxes[0].message.text.find(file), std::string::npos);
+    EXPECT_EQ(p->keys(), "msg185 msg197 msg75") << file;
+    EXPECT_EQ(values(), before) << file;
+    EXPECT_FALSE(s.update_suspended);
+    EXPECT_TRUE(s.recent.empty());
+  }
+  // Older names of the sections, plain line ends, a value given twice and no end of the last line.
+  write("data/old.dat",
+        "[abmessungen]\nkalzug=.308\nlaflen=24\nlaflen=25\npatlan=2.8\nhullen=2.015\nbullen=1.2\n"
+        "[treibladung]\npowwht=44\nexwarm=3900");
+  EXPECT_TRUE(open_load(s, at("data/old.dat")));
+  EXPECT_EQ(s.state.dim.buldin, 0.308);
+  EXPECT_EQ(s.state.dim.Llen, 24);
+  EXPECT_NEAR(s.state.dim.Bsd, 0.415, 1e-12);
+  EXPECT_EQ(s.load.c1icao, 4.5);
+  EXPECT_EQ(s.state.ExwJ, 3900000);
+  EXPECT_EQ(field(s, "Form3", "zul_P0").text, " ? ");
+  EXPECT_EQ(field(s, "Form3", "method").text, " ?");
+  EXPECT_EQ(field(s, "Form4", "ini_press1").text, " 0.0");
+  EXPECT_FALSE(s.load.start_press_set);
+}
+
+TEST_F(Loads, AreNamedByTheDialogAndRemembered) {
+  EXPECT_EQ(load_caption(s), "*   (Ternovale)");
+  user.files = {saved_as(at("data/te=st.dat"), "typed"), saved_as(at("data/a.txt"), "typed"),
+                saved_as(at("data/ternofw.SET"), "typed"), saved_as(at("data/one & two"), "typed\ncomment")};
+  lab_sav(s);
+  EXPECT_EQ(p->keys(), "filerror; extonly; msg412");
+  ASSERT_EQ(user.file_boxes.size(), 4u);
+  EXPECT_EQ(user.file_boxes[0].folder, at("data/")) << "made when needed";
+  EXPECT_EQ(user.file_boxes[0].name, "");
+  EXPECT_EQ(user.file_boxes[3].comment, "typed") << "nothing typed is lost";
+  EXPECT_EQ(s.options.labfil, at("data/one & two."));
+  EXPECT_EQ(load_caption(s), "one & two.dat   (Ternovale)");
+  EXPECT_NE(read("data/one & two.dat")
+                .find("commen=typed\xAC"
+                      "comment"),
+            std::string::npos);
+  // Once more over the existing file: refused, then agreed.
+  user.answers = {Answer::no, Answer::yes};
+  user.files = {saved_as(at("data/one & two.dat"), "new"), saved_as(at("data/one & two.dat"), "new")};
+  lab_sav(s);
+  EXPECT_EQ(p->keys(), "fileover; fileover");
+  EXPECT_EQ(s.recent, std::vector<std::string>{at("data/one & two.")});
+  // Opening: a missing name, then one that differs in case.
+  user.files = {saved_as(at("data/none")), saved_as(at("data/ONE & TWO"))};
+  lab_lod(s);
+  EXPECT_EQ(p->keys(), "filerror");
+  EXPECT_EQ(s.load.commen, "new");
+  EXPECT_EQ(s.recent.size(), 1u);
+  user.files = {std::nullopt};
+  lab_lod(s);
+  EXPECT_EQ(s.options.labfil, at("data/one & two."));
+  // Deleting asks, and takes the name off the list.
+  user.files = {saved_as(at("data/one & two.dat")), saved_as(at("data/one & two.dat"))};
+  user.answers = {Answer::cancel, Answer::ok};
+  lab_del(s);
+  EXPECT_TRUE(file_exists(at("data/one & two.dat")));
+  lab_del(s);
+  EXPECT_EQ(p->keys(), "msg410 msg411; msg410 msg411");
+  EXPECT_FALSE(file_exists(at("data/one & two.dat")));
+  EXPECT_TRUE(s.recent.empty());
+  EXPECT_EQ(read_sectioned(s.settings_file, CodePage::cp1252).get("startup", "0recent"), "");
+}
+
+TEST_F(Loads, RecentOnesAreOrderedOnceEachAndKept) {
+  s.options.filcnt = 3;
+  for (const char* name : {"a", "b", "c", "d", "B"}) recent_add(s, at("data/") + name + ".dat");
+  EXPECT_EQ(s.recent, (std::vector{at("data/B."), at("data/d."), at("data/c.")}));
+  std::filesystem::create_directories(at("data"));
+  std::filesystem::copy(example("308_winchester_168"), at("data/C.DAT"));
+  user.forget();
+  recent_open(s, 2);
+  EXPECT_EQ(p->keys(), "");
+  EXPECT_EQ(s.recent[0], at("data/C."));
+  recent_open(s, 1);
+  EXPECT_EQ(p->keys(), "msg185 msg197 msg75");
+  recent_open(s, 3);
+  recent_open(s, -1);
+  EXPECT_EQ(p->keys(), "");
+  settings_save(s);
+  EXPECT_EQ(start()->s.recent, s.recent);
+  s.options.filcnt = 0;
+  recent_add(s, at("data/x.dat"));
+  EXPECT_TRUE(s.recent.empty());
+}
+
+TEST_F(Loads, TakeDesignData) {
+  ASSERT_TRUE(load_read(s, example("308_winchester_168")));
+  EXPECT_EQ(recalculate(s), -1);
+  const double charge = s.state.chargeGr, Hlen = s.state.dim.Hlen;
+  user.forget();
+  user.files = {saved_as(write("d/new.omt",
+                               "[metrics]\r\nbultyp=designed\r\nbullen= 1.3\r\nhullen=\r\n"
+                               "[chargedata]\r\npowwht= 9\r\n"))};
+  lab_omt(s);
+  EXPECT_EQ(p->keys(), "");
+  EXPECT_EQ(s.load.bultyp, "designed");
+  EXPECT_EQ(s.state.dim.Glen, 1.3);
+  EXPECT_EQ(s.state.dim.Hlen, Hlen);
+  EXPECT_EQ(s.state.chargeGr, charge);
+  EXPECT_NEAR(s.state.dim.Bsd, Hlen + 1.3 - s.state.dim.Plen, 1e-12);
+  EXPECT_FALSE(s.resultsValid);
+  EXPECT_TRUE(field(s, "Form5", "Mgas").stale);
+  EXPECT_EQ(s.options.omtfil, at("d/new."));
+}
+
+TEST_F(Loads, AndOtherFilesTellOfThemselves) {
+  EXPECT_EQ(file_preview(s, DialogKind::load, example("308_winchester_168")).find(".308 Winchester"), 0u);
+  EXPECT_EQ(file_preview(s, DialogKind::load, at("none.dat")), "");
+  EXPECT_EQ(file_preview(s, DialogKind::bullets, write("x.bul", ";two \r\n;words\xACnext\r\n")),
+            "two words\nnext");
+  EXPECT_EQ(file_preview(s, DialogKind::reference,
+                         write("x.ref",
+                               "[referenz]\nLaborierung=a\xAC"
+                               "b\n")),
+            "a\nb");
+  EXPECT_EQ(file_preview(s, DialogKind::vivacity, write("x.viv", "[vivacity]\nvivcommnt=v\n")), "v");
+  EXPECT_EQ(file_preview(s, DialogKind::text, at("x.ref")), "");
+}
+
+}  // namespace
+}  // namespace tv_test

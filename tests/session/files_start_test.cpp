@@ -1,0 +1,259 @@
+// Start, end, settings and languages, on homes in every state.
+#include "session/driver.h"
+#include "session/files_fixture.h"
+
+using namespace tv;
+
+namespace tv_test {
+namespace {
+
+// Values that are no defaults and make sense.
+void change_option(const OptionKey& key, Options& o) {
+  if (key.text)
+    o.*key.text = key.form == OptionForm::path ? "/else/" + std::string(key.key) + "." : "Other 7";
+  if (key.flag) o.*key.flag = !(o.*key.flag);
+  if (key.whole) o.*key.whole = o.*key.whole == 1 ? 0 : 1;
+  if (key.real) o.*key.real = o.*key.real * 1.1 + 0.2;
+}
+
+std::string option_text(const OptionKey& key, const Options& options) {
+  SectionedFile file;
+  write_option(key, options, file);
+  return file.get(key.section, key.key);
+}
+
+TEST_F(Home, AnEmptyOneStartsOnTheDeliveredData) {
+  const auto p = start();
+  ASSERT_TRUE(p->started);
+  EXPECT_EQ(p->keys(), "");
+  EXPECT_TRUE(folder_exists(home()));
+  EXPECT_GT(p->table(RecordKind::bullets).last(), 50);
+  EXPECT_EQ(field(p->s, "Form3", "Bnam").items.size(), p->table(RecordKind::bullets).rows.size());
+  EXPECT_EQ(p->s.set(RecordKind::bullets).caption, p->s.language.fastmsg("flbul") + "ternofw");
+  EXPECT_EQ(p->s.language.name(), "english");
+  EXPECT_NE(read("ternofw.xmt").find("bfile="), std::string::npos);
+  p->user.answers = {Answer::cancel, Answer::ok};
+  EXPECT_FALSE(ask_to_end(p->s));
+  EXPECT_FALSE(file_exists(at("ternofw.set")));
+  EXPECT_TRUE(ask_to_end(p->s));
+  EXPECT_EQ(p->keys(), "msg145 msg146; msg145 msg146");
+  EXPECT_EQ(read_sectioned(at("ternofw.xmt"), CodePage::cp1252).get("transfer", "bfile"), "");
+  const SectionedFile settings = read_sectioned(at("ternofw.set"), CodePage::cp1252);
+  EXPECT_EQ(settings.sections(), (std::vector<std::string>{"constants", "tiphelp", "startup", "metrics",
+                                                           "chargedata", "recoil", "referenz"}));
+  for (const OptionKey& key : option_keys()) EXPECT_TRUE(settings.has_key(key.section, key.key)) << key.key;
+  for (const LoadKey& key : load_keys()) EXPECT_TRUE(settings.has_key(key.section, key.key)) << key.key;
+  p->s.options.intro_off = true;
+  EXPECT_TRUE(ask_to_end(p->s));
+  EXPECT_EQ(p->keys(), "");
+}
+
+TEST_F(Home, EveryOptionAndTheLoadSurviveARestart) {
+  auto p = start();
+  for (const OptionKey& key : option_keys()) change_option(key, p->s.options);
+  p->s.options.lanfile = "lan/tn_german.lan";
+  p->s.state.chargeGr = 12.3;
+  p->s.load.pattyp = "mine";
+  save_and_exit(p->s);
+  const auto again = start();
+  const Options defaults;
+  for (const OptionKey& key : option_keys()) {
+    const std::string expected = key.key == "schrit" ? "0" : option_text(key, p->s.options);
+    EXPECT_EQ(option_text(key, again->s.options), expected) << key.key;
+    if (key.key != "schrit") {
+      EXPECT_NE(option_text(key, again->s.options), option_text(key, defaults)) << key.key;
+    }
+  }
+  EXPECT_EQ(again->s.state.chargeGr, 12.3);
+  EXPECT_EQ(again->s.load.pattyp, "mine");
+  EXPECT_EQ(again->s.language.name(), "german");
+  EXPECT_EQ(again->s.unit_mode, UnitMode::imperial);
+  EXPECT_EQ(again->s.state.pressure_unit_factor, 10);
+  // The record files named are missing, which is told: numbers, file and what it means.
+  EXPECT_EQ(again->keys(),
+            "msg192 msg190 msg191; msg192 msg190 msg191; msg192 msg190 msg191; "
+            "msg192 msg190 msg191");
+}
+
+TEST_F(Home, OneOptionIsWrittenAloneAndFormerSectionsAreLeft) {
+  write("ternofw.set", "; mine\n[konstanten]\npri_font_siz=9\n[startup]\nmetyes=0\ngrftyp=-2\nodd line\n");
+  const auto p = start();
+  EXPECT_EQ(read_sectioned(at("ternofw.set"), CodePage::cp1252).get("constants", "pri_font_siz"), "9");
+  EXPECT_EQ(p->s.options.grftyp, 6);
+  EXPECT_TRUE(p->s.imperial_view);
+  const std::string before = read("ternofw.set");
+  p->s.options.batols = 10;
+  p->s.options.nowarn = true;
+  EXPECT_TRUE(write_option(p->s, "batols"));
+  EXPECT_FALSE(write_option(p->s, "no such key"));
+  std::string expected = before;
+  expected.insert(expected.find("odd line\n") + 9, "batols= 10\n");
+  EXPECT_EQ(read("ternofw.set"), expected);
+}
+
+TEST_F(Home, ABareOneHasEmptyListsAndNoBox) {
+  share = root.path() + "bare/";
+  std::filesystem::create_directories(share + "lan");
+  std::filesystem::copy(std::string(TV_SHARE_DIR) + "/lan/tn_english.lan", share + "lan/");
+  for (int run = 0; run < 2; ++run) {
+    const auto p = start();
+    ASSERT_TRUE(p->started);
+    EXPECT_EQ(p->keys(), "") << run;
+    EXPECT_EQ(p->table(RecordKind::cartridges).last(), -1);
+    EXPECT_EQ(p->s.screens.find("Form3")->second.fields.at("Bnam").items.size(), 0u);
+    save_and_exit(p->s);
+  }
+  // The first record makes the file, under the root.
+  const auto p = start();
+  EXPECT_TRUE(add_record(p->s, RecordKind::bullets, record("new")));
+  EXPECT_EQ(
+      names(read_records(at("data/bullets/ternofw.bul"), RecordKind::bullets, CodePage::cp1252).file.table),
+      "new");
+}
+
+TEST_F(Home, DamagedSettingsGiveTheDefaults) {
+  std::string bytes;
+  for (int i = 0; i < 5000; ++i) bytes += static_cast<char>(i * 37 + i / 256);
+  for (const std::string& damaged :
+       {bytes, std::string("[startup\nlanfile"), std::string(3, '\0'),
+        std::string("[startup]\nfilcnt=-5\nbatols=x\nmetyes=\npritopcm=1E999\n")}) {
+    write("ternofw.set", damaged);
+    const auto p = start();
+    ASSERT_TRUE(p->started);
+    EXPECT_EQ(p->keys(), "");
+    EXPECT_EQ(p->s.options.filcnt, 8);
+    EXPECT_EQ(p->s.options.batols, 5);
+    EXPECT_TRUE(p->s.options.metyes);
+    EXPECT_FALSE(p->s.update_suspended);
+    settings_save(p->s);
+    EXPECT_EQ(p->keys(), "");
+  }
+}
+
+TEST_F(Home, ThatCannotBeWrittenIsToldOncePerSave) {
+  write("ternofw.set/held", "a folder in the file's place");
+  auto p = start();
+  ASSERT_TRUE(p->started);
+  EXPECT_EQ(p->keys(), "");
+  settings_save(p->s);
+  EXPECT_EQ(p->keys(), "msg420");
+  EXPECT_FALSE(write_options(p->s, {"metyes", "mpayes"}, true));
+  EXPECT_EQ(p->keys(), "msg420");
+  language_switch(p->s, "german");
+  EXPECT_EQ(p->keys(), "msg420");
+  EXPECT_EQ(read("ternofw.set/held"), "a folder in the file's place");
+  EXPECT_EQ(p->user.waiting, 0);
+  // A root that is no folder at all.
+  home_name = "plain/";
+  root.write("plain", "a file");
+  p = start();
+  ASSERT_TRUE(p->started);
+  EXPECT_EQ(p->keys(), "msg420") << "the mark of the bullet file";
+  EXPECT_GT(p->table(RecordKind::bullets).last(), 50);
+  EXPECT_FALSE(add_record(p->s, RecordKind::bullets, record("x")));
+  EXPECT_EQ(p->keys(), "msg420");
+  EXPECT_EQ(p->table(RecordKind::bullets).find("x"), -1);
+  EXPECT_EQ(root.read("plain"), "a file");
+}
+
+TEST_F(Home, IsNotEvenMadeWhenNothingIsToBeWritten) {
+  write("ternofw.set", "[konstanten]\npri_font_siz=9\n");
+  const std::string before = read("ternofw.set");
+  auto p = start(program(false));
+  EXPECT_TRUE(p->started);
+  write_option(p->s, "metyes");
+  recent_add(p->s, "/a/b.dat");
+  save_current_load(p->s);
+  write_transfer_file(p->s);
+  language_switch(p->s, "french");
+  p->s.options.intro_off = true;
+  EXPECT_TRUE(ask_to_end(p->s));
+  EXPECT_EQ(read("ternofw.set"), before);
+  EXPECT_FALSE(file_exists(at("ternofw.xmt")));
+  home_name = "never/";
+  EXPECT_TRUE(start(program(false))->started);
+  EXPECT_FALSE(folder_exists(home()));
+}
+
+TEST_F(Home, AMissingLanguageIsAskedFor) {
+  const std::string english = std::string(TV_SHARE_DIR) + "/lan/tn_english.lan";
+  write("ternofw.set", "[startup]\nlanfile=lan\\gone.lan\n");
+  auto p = program();
+  p->user.answers = {Answer::retry, Answer::retry};
+  p->user.files = {std::nullopt, saved_as(at("nothing.lan")), saved_as(english)};
+  p = start(std::move(p));
+  ASSERT_TRUE(p->started);
+  ASSERT_EQ(p->user.boxes.size(), 3u);
+  EXPECT_EQ(p->user.boxes[0].message.text.find("Language file not found- unable to proceed\n"
+                                               "Fehler: Sprachdatei nicht gefunden\nName: " +
+                                               home()),
+            0u);
+  EXPECT_EQ(p->user.boxes[1].buttons, Buttons::retry_cancel);
+  EXPECT_EQ(p->user.file_boxes[0].title, " Load Language File");
+  EXPECT_EQ(p->s.options.lanfile, "lan/tn_english.lan");
+  EXPECT_EQ(read_sectioned(at("ternofw.set"), CodePage::cp1252).get("startup", "lanfile"),
+            "lan/tn_english.lan");
+  // Given up: the program ends, or keeps its language.
+  language_switch(p->s, "german");
+  share = root.path();
+  write("ternofw.set", "");
+  p->user.forget();
+  p->user.answers = {Answer::cancel};
+  p->user.files = {std::nullopt};
+  p->s.roots.delivered = root.path();
+  language_switch(p->s, "french");
+  EXPECT_EQ(p->s.language.name(), "german");
+  EXPECT_EQ(p->s.options.lanfile, "lan/tn_german.lan");
+  p = program();
+  p->user.answers = {Answer::cancel};
+  p->user.files = {std::nullopt};
+  EXPECT_FALSE(start(std::move(p))->started);
+  // A file that does not tell its name: no unit table, but texts.
+  write("lan/tn_english.lan", "[messages]\n145msg=Stop \n");
+  p = start();
+  EXPECT_TRUE(p->started);
+  EXPECT_EQ(p->s.language.name(), "");
+  EXPECT_EQ(p->s.language.msg(145), "Stop");
+}
+
+TEST_F(Home, ALanguageChangesTextsAndNeverFiles) {
+  std::string high = "x";
+  for (int c = 0x80; c < 0x100; ++c) high += static_cast<char>(c);
+  Record plain = record("NAME", {{20, "30"}});
+  std::string bytes = file_of(RecordKind::bullets, {plain}, {";c HIGH"});
+  bytes.replace(bytes.find("HIGH"), 4, high);
+  bytes.replace(bytes.find("\"NAME" + std::string(36, ' ')), 41, "\"" + high);
+  write("data/bullets/ternofw.bul", bytes);
+  const std::string load =
+      "[metrics]\r\npattyp=" + high + "\r\n[chargedata]\r\npulver=\r\nPrimerLot=" + high + "\r\n";
+  auto p = start();
+  ASSERT_TRUE(load_read(p->s, write("data/high.dat", load)));
+  const auto saved = [&] {
+    EXPECT_TRUE(save_records(p->s, RecordKind::bullets, at("data/bullets/ternofw.bul"), nullptr));
+    EXPECT_TRUE(load_write(p->s, at("data/high.dat")));
+    return read("data/bullets/ternofw.bul") + read("data/high.dat");
+  };
+  const std::string first = saved();
+  EXPECT_EQ(first.find(bytes), 0u);
+  EXPECT_EQ(recalculate(p->s), 0);
+  p->user.forget();
+  set_text(p->s, "Form4", "MPgn", "12.3");
+  const std::string latin = p->s.load.pattyp;
+  for (const char* language : {"russian", "german", "russian", "english"}) {
+    language_switch(p->s, language);
+    EXPECT_EQ(p->s.language.name(), language);
+    EXPECT_EQ(saved(), first) << language;
+    EXPECT_EQ(field(p->s, "Form3", "HVolDat").text, p->s.load.pattyp);
+    EXPECT_EQ(field(p->s, "Form3", "Bnam").items.size(), 1u);
+    EXPECT_EQ(field(p->s, "Form4", "MPgn").text, "12.3");
+    EXPECT_EQ(p->s.set(RecordKind::bullets).caption.find(p->s.language.fastmsg("flbul")), 0u);
+  }
+  EXPECT_EQ(p->s.load.pattyp, latin);
+  // The text for a missing bullet follows the language, so that it is known as none.
+  p->s.load.bultyp = p->s.language.msg(193);
+  language_switch(p->s, "russian");
+  EXPECT_EQ(p->s.load.bultyp, p->s.language.msg(193));
+}
+
+}  // namespace
+}  // namespace tv_test
