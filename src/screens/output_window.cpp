@@ -1,5 +1,6 @@
 #include "screens/output_window.h"
 
+#include "screens/screen_actions.h"
 #include "session/driver.h"
 #include "tables/point_list.h"
 #include "tables/table_text.h"
@@ -115,6 +116,7 @@ bool click_output(Session& s, const DiagramFrame& frame, Point at) {
   const auto click = fit_click(frame, diagram_options(s), at);
   if (!click) return false;
   FitChargeToTarget(s, click->value, click->mode);
+  refresh_quick_start(s);
   return true;
 }
 

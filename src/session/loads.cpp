@@ -217,6 +217,7 @@ bool load_read(Session& s, const std::string& file) {
 }
 
 bool load_write(Session& s, const std::string& file) {
+  take_shown_start_pressure(s);  // or the load read back would run without it
   return change_sectioned(s, file, [&](SectionedFile& sections) {
     write_load_keys(s.state, s.load, sections);
     write_load_options(s.options, sections);

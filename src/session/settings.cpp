@@ -1,4 +1,5 @@
 // The settings file: options and the current load, each write in one step.
+#include "session/driver.h"
 #include "session/files.h"
 #include "text/file.h"
 
@@ -49,6 +50,7 @@ bool change_sectioned(Session& s, const std::string& path,
 
 void settings_save(Session& s) {
   if (!s.writes_files) return;
+  take_shown_start_pressure(s);
   s.user->busy(true);
   change_sectioned(s, s.settings_file, [&](SectionedFile& file) { write_all(s, file); });
   s.user->busy(false);

@@ -101,6 +101,9 @@ TEST_F(TakeRecords, BulletWithoutStartPressureLeavesTheShownOneInForce) {
   EXPECT_TRUE(s.inputsOk);
   EXPECT_EQ(s.state.start_pressure, 25e6) << "what is shown is what runs";
   take_bullet(s, without);
+  save_and_exit(s);
+  EXPECT_NE(root.read("ternofw.set").find("anfdru= 25000000"), std::string::npos) << "and what is kept";
+  take_bullet(s, without);
   set_pressure_unit(s, false);
   EXPECT_EQ(text("Form4", "ini_press1"), "250") << "also after a change of the unit";
 
