@@ -10,6 +10,8 @@
 namespace tv {
 namespace {
 
+// Whether the tail box is set: a bullet with a tail may be calculated without it.
+constexpr std::string_view kTailCounts = "tailon";
 constexpr std::size_t kCoefficients = 5;
 constexpr std::size_t kCommentCut = 255;
 constexpr double kLeastMolyFactor = 0.4, kMolyFactor = 0.66;
@@ -248,7 +250,9 @@ bool read_load_keys(const SectionedFile& file, CalcState& s, LoadData& data) {
   fill_missing(file, s, data);
   settle_moly(s);
   settle_coefficients(data);
-  s.dim.TAIL = s.dim.tail_type != kFlatBase;
+  // A load of an older program knows the tail's type alone, and its tail then counts.
+  const std::string counts = section_value(file, kMetrics, kTailCounts);
+  s.dim.TAIL = s.dim.tail_type != kFlatBase && (counts.empty() || read_flag(counts));
   return true;
 }
 
@@ -265,6 +269,7 @@ void write_load_keys(const CalcState& s, const LoadData& data, SectionedFile& fi
       put_number(file, key.section, key.key, get_number(key, s, data));
     }
   }
+  put_text(file, kMetrics, kTailCounts, s.dim.TAIL ? "-1" : "0");
 }
 
 void read_load_options(const SectionedFile& file, const CalcState& s, Options& options) {
