@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QCloseEvent>
+#include <QLibraryInfo>
 #include <QMdiArea>
 #include <QMessageBox>
 #include <QVBoxLayout>
@@ -34,6 +35,7 @@ Desk::~Desk() {
 }
 
 void Desk::open_frame() {
+  translate_toolkit();
   frame_ = std::make_unique<MainFrame>(*this);
   act([this] {
     for (const char* screen : {"Form3", "Form4", "Form5", "Form7"}) open_screen(session_, screen);
@@ -84,7 +86,19 @@ void Desk::show_visibility(const std::string& screen, View& view) {
     view.window->setVisible(wanted);
 }
 
+// The texts of Qt's own dialogs, where the system has them.
+void Desk::translate_toolkit() {
+  static constexpr std::pair<const char*, const char*> kCodes[] = {
+      {"german", "de"}, {"french", "fr"}, {"russian", "ru"}};
+  QCoreApplication::removeTranslator(&translator_);
+  for (const auto& [language, code] : kCodes)
+    if (session_.language.name() == language &&
+        translator_.load(QString("qtbase_") + code, QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
+      QCoreApplication::installTranslator(&translator_);
+}
+
 void Desk::recaption() {
+  translate_toolkit();
   for (auto& [screen, view] : views_) view.recaption();
   if (frame_) frame_->recaption();
   refresh();

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QObject>
+#include <QTranslator>
 #include <QWidget>
 #include <functional>
 #include <map>
@@ -48,9 +49,11 @@ public:
 
 private:
   View make_view(const ScreenInfo& info);
+  void translate_toolkit();
   void show_visibility(const std::string& screen, View& view);
 
   Session& session_;
+  QTranslator translator_;
   std::unique_ptr<MainFrame> frame_;
   std::map<std::string, View, std::less<>> views_;
   bool refreshing_ = false, again_ = false, ending_ = false, closing_ = false;

@@ -158,7 +158,8 @@ void MainFrame::restore_places() {
   apply_fonts(desk_);
   const Options& options = desk_.session().options;
   const QRect room = QGuiApplication::primaryScreen()->availableGeometry();
-  QRect place(QPoint(), QSize(1480, 980).boundedTo(room.size()));
+  // At first as large as the four windows like it, with room left for a title and a task bar.
+  QRect place(QPoint(), QSize(1640, 1030).boundedTo(room.size() - QSize(0, 40)));
   place.moveCenter(room.center());
   if (!options.form1w.empty() && pixels(options.form1w) > 100 && pixels(options.form1h) > 100)
     place =

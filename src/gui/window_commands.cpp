@@ -6,6 +6,7 @@
 #include <QFontDialog>
 #include <QMdiSubWindow>
 #include <QScreen>
+#include <QStyle>
 #include <algorithm>
 
 #include "gui/captions.h"
@@ -24,6 +25,7 @@ constexpr double kDesignWidth = 12084, kDesignHeight = 8040;
 constexpr double kLeastWidth = 6042, kMostWidth = 24168, kLeastHeight = 4020, kMostHeight = 16056;
 constexpr double kZoomStep = 1.02;
 constexpr double kTwips = 15;
+constexpr int kLeastTile = 360;  // pixels: a narrower diagram tells little
 
 void store_zoom(Desk& desk, double width, double height, bool resize) {
   Options& options = desk.session().options;
@@ -179,26 +181,31 @@ void run_window_command(Desk& desk, std::string_view command) {
   if (at != std::end(kWindowCommands) && desk.frame()) at->run(desk);
 }
 
-// Entry windows at the left, as wide as they need to be; results and diagram share the rest.
+// Entries above, as wide and high as they ask for; results and diagram share what is left below.
 void tile(Desk& desk) {
-  const QSize room = desk.frame()->area().viewport()->size();
+  const QMdiArea& area = desk.frame()->area();
+  QSize room = area.viewport()->size();
   std::vector<QMdiSubWindow*> top, bottom;
   for (QMdiSubWindow* child : open_children(desk)) {
     child->showNormal();
     (child->objectName() == "Form5" || child->objectName() == "Form7" ? bottom : top).push_back(child);
   }
-  // The upper row is as high as its windows ask for, the lower has what is left.
-  int upper = 0;
-  for (const QMdiSubWindow* child : top) upper = std::max(upper, child->sizeHint().height());
-  if (bottom.empty()) upper = std::max(upper, room.height());
-  const int lower = std::max(room.height() - upper, 0);
+  const auto height_of = [](const std::vector<QMdiSubWindow*>& windows) {
+    int height = 0;
+    for (const QMdiSubWindow* child : windows) height = std::max(height, child->minimumSizeHint().height());
+    return height;
+  };
+  const int upper = bottom.empty() ? std::max(room.height(), height_of(top)) : height_of(top);
+  const int lower = std::max(room.height() - upper, height_of(bottom));
+  if (upper + lower > room.height())  // the area will scroll
+    room.rwidth() -= area.style()->pixelMetric(QStyle::PM_ScrollBarExtent);
   const auto row = [&room](const std::vector<QMdiSubWindow*>& windows, int y, int height) {
     int x = 0;
     for (std::size_t i = 0; i < windows.size(); ++i) {
       const bool last = i + 1 == windows.size();
-      const int width = last ? std::max(room.width() - x, windows[i]->minimumSizeHint().width())
-                             : windows[i]->sizeHint().width();
-      windows[i]->setGeometry(x, y, width, std::max(height, windows[i]->minimumSizeHint().height()));
+      const int least = windows[i]->minimumSizeHint().width();
+      const int width = last ? std::max(room.width() - x, std::max(least, kLeastTile)) : least;
+      windows[i]->setGeometry(x, y, width, height);
       x += width;
     }
   };

@@ -5,6 +5,7 @@
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
 #include <QPushButton>
 #include <QTest>
 
@@ -164,6 +165,21 @@ TEST_F(Entry, TypingFindsInAList) {
   QApplication::processEvents();
   EXPECT_EQ(field(program.session, "Form4", "PulvDat").selected, wanted);
   EXPECT_EQ(program.session.load.pulver, utf8(list->itemText(wanted)));
+}
+
+TEST_F(Entry, MenusOpenByTheirMnemonicsFromWithinAField) {
+  auto* field = enter("Form3", "Llenm");
+  QString opened;
+  QTimer::singleShot(200, [&] {
+    if (auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget())) {
+      opened = menu->objectName();
+      menu->close();
+    }
+  });
+  QTest::keyClick(field, Qt::Key_F, Qt::AltModifier);
+  QTest::qWait(300);
+  EXPECT_EQ(opened, "Datei_menu");
+  EXPECT_EQ(field->text(), "609.6");
 }
 
 TEST_F(Entry, RefusedInputSetsTheFocusWhereItIsWrong) {

@@ -3,7 +3,7 @@
 #include "gui/program.h"
 
 int main(int argc, char** argv) {
-  qputenv("QT_QPA_PLATFORM", "offscreen");
+  if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
   tv::App app(argc, argv);
   tv::plain_look(app);
   testing::InitGoogleTest(&argc, argv);

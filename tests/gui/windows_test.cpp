@@ -363,6 +363,25 @@ TEST(Start, WithoutALanguageFileItAsksAndMayEnd) {
   EXPECT_GE(boxes, 3);
 }
 
+TEST(Start, ADamagedSettingsFileLeavesTheDefaults) {
+  const Home home;
+  std::string settings;
+  {
+    Program first(home);
+    settings = first.session.settings_file;
+  }
+  std::string rubbish =
+      "[startup\n\x01\xff\xfe=\n[[[metrics]\nlaflen=abc\n[startup]\nform1w=-1e400\nform3l=nan\ngrftyp=999\n";
+  rubbish.append(5000, '\0');
+  std::ofstream(settings, std::ios::binary) << rubbish;
+  Program program(home);
+  ASSERT_TRUE(program.started);
+  program.session.sound = false;
+  program.open();
+  EXPECT_TRUE(program.desk->frame()->isVisible());
+  EXPECT_GT(program.desk->frame()->width(), 300);
+}
+
 TEST(Start, ASecondInstanceIsRefused) {
   QTemporaryDir folder;
   qputenv("XDG_RUNTIME_DIR", folder.path().toLocal8Bit());

@@ -72,7 +72,7 @@ void shoot_all(Program& program, const QString& folder, const Look& look) {
 }  // namespace tv
 
 int main(int argc, char** argv) {
-  qputenv("QT_QPA_PLATFORM", "offscreen");
+  if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
   qputenv("QT_FONT_DPI", "96");
   tv::App app(argc, argv);
   tv::plain_look(app);
