@@ -13,4 +13,4 @@ if [[ -n ${DISPLAY:-}${WAYLAND_DISPLAY:-} ]]; then
 fi
 load=share/data/loads/308_winchester_168.dat
 printf '\nNo display here, so one example shot instead of the window (%s):\n\n' "$load"
-exec "$bin/ternovale-cli" shot "$load"
+exec "$bin/ternovale-cli" --language english shot "$load"
