@@ -3,6 +3,7 @@
 // floor), and to an integration of the model's differential equations by a controlled Dormand-Prince stepper
 // at the loosest tolerance that gives the peak pressure to 1e-4.
 #include "engine/shot.h"
+#include "example_loads.h"
 
 #include <fmt/core.h>
 
@@ -44,20 +45,9 @@ double seconds_of(Work work) {
 std::vector<CalcState> ladder(double start_pressure, int schrit) {
   std::vector<CalcState> loads;
   for (int n = 0; n < 16; ++n) {
-    CalcState s;
-    s.dim.Bwg = 180;
-    s.dim.Veff = 79.8;
-    s.dim.qfq = 47.32;
-    s.dim.Wob = 549.63;
-    s.dim.sebf = 0.5;
+    CalcState s = test::worked_load();
     s.chargeGr = 64 + 0.6 * n;
-    s.Exw = 3935;
-    s.Kap = 1.231;
-    s.Pdens = 1.61;
     s.Ba0 = 0.45;
-    s.PDko = 1.4217;
-    s.Ba1 = 2.1342;
-    s.Limz1 = 0.595;
     s.start_pressure = start_pressure;
     s.schrit = schrit;
     convertUnits(s);

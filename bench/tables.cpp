@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <ctime>
 
+#include "example_loads.h"
 #include "tables/load_table.h"
 #include "tables/powder_table.h"
 #include "text/number.h"
@@ -18,27 +19,7 @@ struct Rifle {
   CalcState s;
   ShotCurve curve;
   ShotResult result;
-  Rifle() {
-    s.dim.Bwg = 150;
-    s.dim.Glen = 1.1;
-    s.dim.Plen = 2.8;
-    s.dim.Wob = 566.4;
-    s.dim.qfq = 47.51;
-    s.dim.Volf = 56;
-    s.dim.Vvg = 7.5;
-    s.dim.Veff = 48.5;
-    s.dim.sebf = 0.5;
-    s.dim.zul_P = 415;
-    s.Exw = 3900;
-    s.Kap = 1.231;
-    s.Pdens = 1.6;
-    s.Ba0 = 0.6;
-    s.PDko = 1.0;
-    s.Limz1 = 0.5;
-    s.Ba1 = 1.7320508;
-    s.bulkdn = 0.92;
-    s.chargeGr = 42;
-    s.start_pressure = 25e6;
+  Rifle() : s(test::rifle_load()) {
     convertUnits(s);
     prepareShot(s);
   }

@@ -65,7 +65,8 @@ std::string plain_caption(const Session& s, const char* section, const char* key
 }
 
 void compare_powder(Session& s) {
-  const std::string name{trim(s.load.pulver)};
+  std::string_view name = trim(s.load.pulver);
+  if (name.ends_with(" ?")) name.remove_suffix(2);  // edited: what differs is told below
   if (name.empty()) return;
   const RecordTable& table = s.set(RecordKind::powders).file.table;
   const int row = table.find(name);

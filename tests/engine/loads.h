@@ -5,28 +5,9 @@
 #include <random>
 
 #include "engine/shot.h"
+#include "example_loads.h"
 
 namespace tv::test {
-
-// A magnum rifle with 180 grains of bullet; powder not burnt at the muzzle.
-inline CalcState worked_load() {
-  CalcState s;
-  s.dim.Bwg = 180;
-  s.dim.Veff = 79.8;
-  s.dim.qfq = 47.32;
-  s.dim.Wob = 549.63;
-  s.dim.sebf = 0.5;
-  s.chargeGr = 73;
-  s.Exw = 3935;
-  s.Kap = 1.231;
-  s.Pdens = 1.61;
-  s.Ba0 = 0.388;
-  s.PDko = 1.4217;
-  s.Ba1 = 2.1342;
-  s.Limz1 = 0.595;
-  s.start_pressure = 25e6;
-  return s;
-}
 
 inline SetUp set_up(CalcState& s) {
   convertUnits(s);

@@ -137,6 +137,7 @@ TEST_F(Entry, ALoadIsCalculatedByKeyByEnterAndByButton) {
   EXPECT_TRUE(calculated());
   const QString velocity = edit("Form5", "Vnull")->text();
   EXPECT_GT(velocity.toInt(), 300);
+  EXPECT_TRUE(charge->hasFocus()) << "the next charge can be typed at once";
 
   charge->selectAll();
   QTest::keyClicks(charge, "39");

@@ -42,8 +42,8 @@ protected:
       press(program.session, "Form4", "CalcAll");
     });
     ASSERT_TRUE(program.session.resultsValid);
-    program.desk->view("Form7")->window->setGeometry(0, 0, 500, 400);
     program.run("diagra");
+    program.desk->view("Form7")->window->setGeometry(0, 0, 500, 400);
     QApplication::processEvents();
   }
   QWidget* root(const char* screen) { return program.desk->view(screen)->root; }

@@ -11,6 +11,7 @@
 #include <sstream>
 
 #include "engine/shot.h"
+#include "example_loads.h"
 #include "output/svg.h"
 #include "text/number.h"
 
@@ -30,22 +31,9 @@ struct Shot {
 Shot magnum() {
   Shot shot;
   CalcState& s = shot.state;
-  s.dim.Bwg = 180;
-  s.dim.Veff = 79.8;
-  s.dim.qfq = 47.32;
-  s.dim.Wob = 549.63;
+  s = test::worked_load();
   s.dim.Llen = 24;
-  s.dim.sebf = 0.5;
   s.dim.zul_P = 430;
-  s.chargeGr = 73;
-  s.Exw = 3935;
-  s.Kap = 1.231;
-  s.Pdens = 1.61;
-  s.Ba0 = 0.388;
-  s.PDko = 1.4217;
-  s.Ba1 = 2.1342;
-  s.Limz1 = 0.595;
-  s.start_pressure = 25e6;
   convertUnits(s);
   EXPECT_EQ(prepareShot(s), SetUp::ok);
   EXPECT_TRUE(runShot(s, *shot.curve, shot.result).ok());
