@@ -99,9 +99,11 @@ void Desk::translate_toolkit() {
 
 void Desk::recaption() {
   translate_toolkit();
+  const bool tiled = frame_ && still_tiled(*this);
   for (auto& [screen, view] : views_) view.recaption();
   if (frame_) frame_->recaption();
   refresh();
+  if (tiled) tile(*this);
 }
 
 View* Desk::view(std::string_view screen) {

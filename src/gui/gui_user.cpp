@@ -9,12 +9,14 @@
 #include <QMdiSubWindow>
 #include <QMessageBox>
 #include <QPushButton>
+#include <algorithm>
 
 #include "gui/captions.h"
 #include "gui/desk.h"
 #include "gui/file_dialog.h"
 #include "gui/input_box.h"
 #include "gui/main_frame.h"
+#include "gui/number_edit.h"
 
 namespace tv {
 namespace {
@@ -121,6 +123,12 @@ void GuiUser::bring_to_front(std::string_view screen) {
   refresh();
   if (auto* child = qobject_cast<QMdiSubWindow*>(view->window)) {
     if (child->isMinimized()) child->showNormal();
+    // A window with nothing to type into does not take the focus from the entry at hand.
+    const auto fields = view->root->findChildren<FieldEdit*>();
+    const bool entries =
+        std::ranges::any_of(fields, [](const FieldEdit* edit) { return !edit->isReadOnly(); });
+    child->raise();
+    if (!entries && desk_->frame()->area().activeSubWindow()) return;
     desk_->frame()->area().setActiveSubWindow(child);
     desk_->frame()->scroll_to(*child);
   } else {

@@ -10,6 +10,7 @@
 #include <QScrollBar>
 #include <QShortcut>
 #include <QStatusBar>
+#include <QTimer>
 #include <QUrl>
 #include <QVBoxLayout>
 #include <algorithm>
@@ -172,6 +173,10 @@ void MainFrame::restore_places() {
   if (!any) {
     show();
     tile(desk_);
+    // Once more when the notice strip knows its height.
+    QTimer::singleShot(0, this, [this] {
+      if (still_tiled(desk_)) tile(desk_);
+    });
     return;
   }
   for (const PlaceKeys& keys : kChildren) {

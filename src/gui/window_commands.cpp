@@ -25,7 +25,8 @@ constexpr double kDesignWidth = 12084, kDesignHeight = 8040;
 constexpr double kLeastWidth = 6042, kMostWidth = 24168, kLeastHeight = 4020, kMostHeight = 16056;
 constexpr double kZoomStep = 1.02;
 constexpr double kTwips = 15;
-constexpr int kLeastTile = 360;  // pixels: a narrower diagram tells little
+constexpr const char* kTiledPlace = "tiled_place";  // property: where tiling has put a window
+constexpr int kLeastTile = 360;                     // pixels: a narrower diagram tells little
 
 void store_zoom(Desk& desk, double width, double height, bool resize) {
   Options& options = desk.session().options;
@@ -50,9 +51,9 @@ void zoom(Desk& desk, double by_x, double by_y) {
 }
 
 void centre(Desk& desk, const char* screen) {
-  desk.session().user->bring_to_front(screen);
   if (View* view = desk.view(screen))
     if (auto* child = qobject_cast<QMdiSubWindow*>(view->window)) {
+      desk.frame()->area().setActiveSubWindow(child);
       const QSize room = desk.frame()->area().viewport()->size();
       child->move(std::max(0, (room.width() - child->width()) / 2),
                   std::max(0, (room.height() - child->height()) / 2));
@@ -206,11 +207,19 @@ void tile(Desk& desk) {
       const int least = windows[i]->minimumSizeHint().width();
       const int width = last ? std::max(room.width() - x, std::max(least, kLeastTile)) : least;
       windows[i]->setGeometry(x, y, width, height);
+      windows[i]->setProperty(kTiledPlace, windows[i]->geometry());
       x += width;
     }
   };
   row(top, 0, upper);
   row(bottom, upper, lower);
+}
+
+bool still_tiled(Desk& desk) {
+  const std::vector<QMdiSubWindow*> open = open_children(desk);
+  return !open.empty() && std::ranges::all_of(open, [](const QMdiSubWindow* child) {
+    return child->property(kTiledPlace).toRect() == child->geometry();
+  });
 }
 
 void cascade(Desk& desk) {
