@@ -11,6 +11,7 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QSlider>
+#include <algorithm>
 #include <map>
 
 #include "gui/captions.h"
@@ -56,7 +57,10 @@ public:
         grid->addLayout(column, 0, group.column);
         grid->setColumnStretch(group.column, 1);
       }
-      add_group(group, [&](QWidget* box) { column->addWidget(box); });
+      // A block takes the room that its column has left.
+      const bool grows =
+          std::ranges::any_of(group.rows, [](const Row& row) { return row.shape == RowShape::block; });
+      add_group(group, [&](QWidget* box) { column->addWidget(box, grows ? 100 : 0); });
     }
     for (auto& [number, column] : columns) column->addStretch(1);
     if (auto* button = root_->findChild<QPushButton*>(QString(layout_.default_button)))

@@ -95,7 +95,7 @@ constexpr Group kForm5[] = {{"grp_pressure", 0, kPressure},
                             {"grp_muzzle", 0, kMuzzle},
                             {"grp_time", 1, kTimes},
                             {"grp_ratio", 0, kRatios},
-                            {nullptr, -1, kNotes}};
+                            {nullptr, 1, kNotes}};
 
 constexpr Row kFriction[] = {
     {note, "friclab1", {}},

@@ -122,6 +122,8 @@ MainFrame::MainFrame(Desk& desk)
 
 void MainFrame::refresh() {
   const Session& s = desk_.session();
+  if (const QBrush back = QApplication::palette().brush(QPalette::Mid); area_->background() != back)
+    area_->setBackground(back);
   menus_.refresh();
   buttons_->refresh();
   setWindowTitle(qt(load_caption(s)));

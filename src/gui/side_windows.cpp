@@ -206,7 +206,9 @@ View make_picture_view(Desk& desk, QWidget* parent) {
   viewer->setProperty(kOwnSection, true);
   View view;
   view.window = view.root = viewer;
-  view.refresh = [viewer, &s] { viewer->show_picture(QFile::decodeName(data_path(s, s.picture).c_str())); };
+  view.refresh = [viewer, &s] {
+    viewer->show_picture(QFile::decodeName(data_path(s, "data/pictures/" + s.picture).c_str()));
+  };
   view.recaption = [viewer, &s] {
     apply_captions(viewer, s, "frmPic");
     set_title(viewer, s, "frmPic");

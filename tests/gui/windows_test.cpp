@@ -196,6 +196,34 @@ TEST_F(Windows, DialogsOpenByTheirCommandsAndCloseByEscape) {
   EXPECT_FALSE(quick->isVisible());
 }
 
+TEST_F(Windows, TheCartridgesPictureIsShownAndZoomed) {
+  auto* button = program.find<QPushButton>("Form3", "shpic");
+  EXPECT_FALSE(button->isVisible()) << "no cartridge, no picture";
+  const Field& cartridges = field(program.session, "Form3", "HVolDat");
+  const RecordTable& records = program.session.set(RecordKind::cartridges).file.table;
+  int with_picture = -1;
+  for (int i = 0; i < static_cast<int>(cartridges.items.size()); ++i)
+    if (!trim(records.cell(cartridges.items[static_cast<std::size_t>(i)].row, cartridge_field::picture))
+             .empty())
+      with_picture = i;
+  ASSERT_GE(with_picture, 0);
+  program.desk->act([&] { pick(program.session, "Form3", "HVolDat", with_picture); });
+  ASSERT_TRUE(button->isVisible());
+  int fitted = 0, larger = 0;
+  Modal viewer([&](QDialog* shown) {
+    auto* picture = shown->findChild<QLabel*>("picture");
+    fitted = picture->width();
+    shown->findChild<QPushButton*>("zoom_in")->click();
+    larger = picture->width();
+    shown->findChild<QPushButton*>("full")->click();
+    EXPECT_EQ(picture->size(), picture->pixmap().size());
+    shown->reject();
+  });
+  button->click();
+  EXPECT_GT(fitted, 50);
+  EXPECT_GT(larger, fitted);
+}
+
 TEST_F(Windows, F1OpensTheManualAtTheActiveScreen) {
   const auto shown = [this] {
     auto* manual = program.desk->frame()->findChild<QDialog*>("manual");

@@ -89,6 +89,7 @@ int main(int argc, char** argv) {
   program.desk->act([&] {
     tv::open_load(program.session, std::string(TV_SHARE_DIR) + "/data/loads/308_winchester_168.dat");
     tv::press(program.session, "Form4", "CalcAll");
+    program.session.picture = "308win.png";
   });
   for (const char* language : {"english", "german", "french", "russian"}) {
     if (argc > 2 && std::string_view(argv[2]) != language) continue;
