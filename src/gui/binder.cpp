@@ -13,13 +13,11 @@
 #include <QSlider>
 #include <QTimer>
 #include <algorithm>
-#include <cmath>
 
 #include "gui/captions.h"
 #include "gui/number_edit.h"
 #include "screens/commands.h"
 #include "screens/entry.h"
-#include "text/number.h"
 
 namespace tv {
 namespace {
@@ -95,10 +93,9 @@ void Binder::connect_widget(const std::string& name, QWidget* widget) {
         run([this, name, typed](Session& s) { edit_field(s, screen_, name, typed); });
     });
   } else if (auto* bar = qobject_cast<QSlider*>(widget)) {
-    connect(bar, &QSlider::actionTriggered, this, [this, run, bar] {
-      const std::string moved = utf8(bar->property("moves").toString());
-      run([this, moved, value = bar->sliderPosition() / 100.0](Session& s) {
-        type_text(s, screen_, moved, general(value));
+    connect(bar, &QSlider::actionTriggered, this, [this, run, name, bar] {
+      run([this, name, position = bar->sliderPosition()](Session& s) {
+        move_bar(s, screen_, name, position);
       });
     });
   }
@@ -238,11 +235,10 @@ void Binder::show(const std::string& name, const Field& field, QWidget* widget) 
   } else if (auto* label = qobject_cast<QLabel*>(widget)) {
     if (label->text() != text) label->setText(text);
   } else if (auto* bar = qobject_cast<QSlider*>(widget)) {
-    const DataSet& powders = session_.set(RecordKind::powders);
-    const auto place = [](double value) { return static_cast<int>(std::floor(value * 100 + 0.0001)); };
-    bar->setRange(place(std::min(powders.Ba0_least, powders.Ba0_most)), place(powders.Ba0_most));
-    bar->setPageStep(std::max(1, (bar->maximum() - bar->minimum()) / 20));
-    bar->setValue(place(field_number(session_, screen_, utf8(bar->property("moves").toString()))));
+    const BarPlace place = bar_place(session_, screen_, name);
+    bar->setRange(place.least, place.most);
+    bar->setPageStep(std::max(1, (place.most - place.least) / 20));
+    bar->setValue(place.position);
     return;
   }
   show_look(field, widget);

@@ -129,7 +129,6 @@ private:
   void add_slider(QGridLayout& grid, int at, const Row& row, QWidget& box) {
     auto* bar = new QSlider(Qt::Horizontal, &box);
     bar->setObjectName(row.places[0].control);
-    bar->setProperty("moves", QString(row.label));
     bar->setProperty("label_key", QString(row.label));
     grid.addWidget(bar, at, 1, 1, 4);
   }

@@ -243,16 +243,27 @@ TEST_F(Windows, F1OpensTheManualAtTheActiveScreen) {
 }
 
 TEST_F(Windows, TheCriteriaBarsMoveTheirFields) {
-  QString moved;
-  Modal dialog([&moved](QDialog* shown) {
+  const double most = program.session.set(RecordKind::powders).Ba0_most;
+  QString lowest, highest;
+  Modal dialog([&](QDialog* shown) {
     auto* bar = shown->findChild<QAbstractSlider*>("scrminba");
+    auto* other = shown->findChild<QAbstractSlider*>("scrmaxba");
+    bar->setFocus();
+    QTest::keyClick(bar, Qt::Key_Home);
+    other->setFocus();
+    QTest::keyClick(other, Qt::Key_Home);
+    EXPECT_EQ(bar->value(), bar->minimum());
+    EXPECT_EQ(other->value(), other->minimum());
     bar->setFocus();
     QTest::keyClick(bar, Qt::Key_End);
-    moved = shown->findChild<QLineEdit*>("tbamin")->text();
+    EXPECT_EQ(other->value(), other->maximum()) << "pulled along";
+    lowest = shown->findChild<QLineEdit*>("tbamin")->text();
+    highest = shown->findChild<QLineEdit*>("tbamax")->text();
     shown->reject();
   });
   program.desk->act([&] { open_screen(program.session, "FormPsel"); });
-  EXPECT_NEAR(moved.toDouble(), program.session.set(RecordKind::powders).Ba0_most, 0.01);
+  EXPECT_NEAR(lowest.toDouble(), most, 0.01);
+  EXPECT_NEAR(highest.toDouble(), most, 0.01);
 }
 
 TEST_F(Windows, ThePreviewTellsTheCommentAndCancelTellsNothing) {
