@@ -12,7 +12,6 @@ namespace {
 
 // Whether the tail box is set: a bullet with a tail may be calculated without it.
 constexpr std::string_view kTailCounts = "tailon";
-constexpr std::size_t kCoefficients = 5;
 constexpr std::size_t kCommentCut = 255;
 constexpr double kLeastMolyFactor = 0.4, kMolyFactor = 0.66;
 constexpr double kUnknownCoefficient = 4.5;

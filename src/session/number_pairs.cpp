@@ -29,8 +29,8 @@ using O = Options;
 
 constexpr NumberSide none{};
 constexpr double kMost = 9999999;
-// 1.5e9 Pa and 1e9 Pa in psi, rounded to the nearest whole number; 30e6 Pa for friction.
-constexpr double kPsi1500MPa = 217557, kPsi1000MPa = 145038, kPsi30MPa = 4351, kPsi10MPa = 1450;
+// 1.5e9 Pa in psi, rounded to the nearest whole number; 30e6 Pa for friction.
+constexpr double kPsi1500MPa = 217557, kPsi30MPa = 4351, kPsi10MPa = 1450;
 
 using enum Unit;
 using enum OnChange;

@@ -42,7 +42,7 @@ void RunLoadTable(CalcState& s, ShotCurve& curve, ShotResult& result, LoadTableS
 
   const double tolerance = settings.batols / 100.0;
   for (const auto& [row, factor] : {std::pair{16, 1.0 + tolerance}, std::pair{17, 1.0 - tolerance}}) {
-    assign(s.Ba0, [&] { return before.Ba0 * factor; });
+    assign(s.Ba0, [&, change = factor] { return before.Ba0 * change; });
     table.charge[static_cast<std::size_t>(row)] = m0;
     run_row(s, curve, result, static_cast<std::size_t>(row), table);
   }
