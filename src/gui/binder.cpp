@@ -210,6 +210,7 @@ void Binder::refresh() {
   for (const auto& [name, field] : screen.fields)
     if (auto* widget = bound(name)) show(name, field, widget);
   show_units();
+  show_sources();
   show_hint(screen);
 }
 
@@ -282,6 +283,21 @@ void Binder::show_rows(const std::string& name, const Field& field, QListWidget*
     list->addItems(texts);
   }
   if (list->currentRow() != field.selected) list->setCurrentRow(field.selected);
+}
+
+// The file or the selection that a list shows.
+void Binder::show_sources() {
+  static constexpr std::pair<const char*, RecordKind> kSources[] = {
+      {"source_HVolDat", RecordKind::cartridges},
+      {"source_Bnam", RecordKind::bullets},
+      {"source_PulvDat", RecordKind::powders}};
+  for (const auto& [name, kind] : kSources) {
+    auto* label = root_->findChild<QLabel*>(name);
+    if (!label) continue;
+    const QString caption = qt(session_.set(kind).caption);
+    if (label->text() != caption) label->setText(caption);
+    if (label->toolTip() != caption) label->setToolTip(caption);
+  }
 }
 
 // Units that follow the choice of the pressure unit or a screen's own unit system.

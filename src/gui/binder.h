@@ -44,6 +44,7 @@ private:
   void show_rows(const std::string& name, const Field& field, QListWidget* list);
   void show_look(const Field& field, QWidget* widget);
   void show_units();
+  void show_sources();
   void show_hint(const Screen& screen);
   bool has_session_focus(std::string_view name) const;
 

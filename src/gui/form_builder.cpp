@@ -7,6 +7,7 @@
 #include <QGroupBox>
 #include <QLabel>
 #include <QListWidget>
+#include <QPainter>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QRadioButton>
@@ -34,6 +35,36 @@ QComboBox* make_list(QWidget* parent) {
   combo->completer()->setMaxVisibleItems(16);
   return combo;
 }
+
+// One small grey line, cut in its middle where there is no room.
+class SourceLabel : public QLabel {
+public:
+  explicit SourceLabel(QWidget* parent) : QLabel(parent) {
+    setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+  }
+  QSize sizeHint() const override { return {0, small_font().height}; }
+  QSize minimumSizeHint() const override { return sizeHint(); }
+
+protected:
+  void paintEvent(QPaintEvent*) override {
+    QPainter painter(this);
+    painter.setFont(small_font().font);
+    painter.setPen(palette().color(QPalette::PlaceholderText));
+    painter.drawText(rect(), Qt::AlignLeft | Qt::AlignTop,
+                     painter.fontMetrics().elidedText(text(), Qt::ElideMiddle, width()));
+  }
+
+private:
+  struct Small {
+    QFont font;
+    int height;
+  };
+  Small small_font() const {
+    QFont smaller = font();
+    if (smaller.pointSizeF() > 0) smaller.setPointSizeF(smaller.pointSizeF() * 0.85);
+    return {smaller, QFontMetrics(smaller).height()};
+  }
+};
 
 class Builder {
 public:
@@ -95,6 +126,12 @@ private:
           grid.addWidget(widget, at, 1, 1, 4);
         }
         return;
+      case RowShape::source: {
+        auto* label = new SourceLabel(&box);
+        label->setObjectName(QString("source_") + row.label);
+        grid.addWidget(label, at, 1, 1, 4);
+        return;
+      }
       case RowShape::slider:
         return add_slider(grid, at, row, box);
       case RowShape::bare:

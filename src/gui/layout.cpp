@@ -11,11 +11,13 @@ constexpr Row pair_row(const char* metric, const char* unit, const char* imperia
                        const char* imperial_unit = nullptr) {
   return {pair, metric, {{metric, unit}, {imperial, imperial_unit}}};
 }
+constexpr Row source_row(const char* list) { return {source, list, {}}; }
 constexpr Row wide_row(const char* label, const char* control) { return {wide, label, {{control}}}; }
 
 // Form3: the dimensions of the load.
 constexpr Row kCartridge[] = {
     wide_row("HVolDat", "HVolDat"),
+    source_row("HVolDat"),
     pair_row("Zkalm", "unit_mm", "Zkalz", "unit_in"),
     pair_row("qfqm", "unit_mm2", "qfqi", "unit_sqin"),
     pair_row("Hlenm", "unit_mm", "Hlenz", "unit_in"),
@@ -28,6 +30,7 @@ constexpr Row kCartridge[] = {
 };
 constexpr Row kBullet[] = {
     wide_row("Bnam", "Bnam"),
+    source_row("Bnam"),
     pair_row("buldinmm", "unit_mm", "buldinch", "unit_in"),
     pair_row("Bwgm", "unit_g", "Bwgn", "unit_gr"),
     pair_row("Glenm", "unit_mm", "Glenz", "unit_in"),
@@ -52,9 +55,10 @@ constexpr Group kForm3[] = {{"grp_cartridge", 0, kCartridge},
 
 // Form4: the powder and its charge.
 constexpr Row kPowder[] = {
-    wide_row("PulvDat", "PulvDat"), pair_row("Exw", "unit_kJkg"),    pair_row("Kap", nullptr),
-    pair_row("Pdens", "unit_gccm"), pair_row("bulkdn", "unit_gccm"), pair_row("Ba0", nullptr),
-    pair_row("PDko", nullptr),      pair_row("Limz1", nullptr),      pair_row("Ba1", nullptr),
+    wide_row("PulvDat", "PulvDat"), source_row("PulvDat"),          pair_row("Exw", "unit_kJkg"),
+    pair_row("Kap", nullptr),       pair_row("Pdens", "unit_gccm"), pair_row("bulkdn", "unit_gccm"),
+    pair_row("Ba0", nullptr),       pair_row("PDko", nullptr),      pair_row("Limz1", nullptr),
+    pair_row("Ba1", nullptr),
 };
 constexpr Row kCharge[] = {
     pair_row("MPgm", "unit_g", "MPgn", "unit_gr"),
