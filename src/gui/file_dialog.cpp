@@ -40,6 +40,7 @@ private:
   void list_files();
   void use_name();
   void picked();
+  void take_type();
 
   Session& session_;
   FileBox box_;
@@ -122,6 +123,7 @@ FileDialog::FileDialog(Session& s, const FileBox& box, QWidget* parent)
   connect(type_, &QComboBox::activated, this, [this] {
     wildcard_.clear();
     list_files();
+    take_type();
   });
   // Not the current item: the list takes one by itself when it gets the focus.
   connect(files_, &QListWidget::itemSelectionChanged, this, [this] { picked(); });
@@ -144,6 +146,14 @@ void FileDialog::list_files() {
   const QString pattern = wildcard_.isEmpty() ? type_->currentData().toString() : wildcard_;
   files_->clear();
   files_->addItems(folder_.entryList(pattern.split(';'), QDir::Files, QDir::Name | QDir::IgnoreCase));
+}
+
+// The extension of the chosen type, when saving.
+void FileDialog::take_type() {
+  const QString type = type_->currentData().toString();
+  const QString stem = QFileInfo(name_->text().trimmed()).completeBaseName();
+  if (box_.mode == FileMode::save && type.startsWith("*.") && !stem.isEmpty())
+    name_->setText(stem + type.mid(1));
 }
 
 // The name goes into its field; what the file says of itself is shown when opening.

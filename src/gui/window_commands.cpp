@@ -34,7 +34,7 @@ void store_zoom(Desk& desk, double width, double height, bool resize) {
   options.wisizx = std::clamp(width, kLeastWidth, kMostWidth);
   options.wisizy = std::clamp(height, kLeastHeight, kMostHeight);
   options.resize = resize;
-  for (const char* key : {"wisizx", "wisizy", "resize"}) write_option(desk.session(), key);
+  write_options(desk.session(), {"wisizx", "wisizy", "resize"});
   apply_fonts(desk);
   const double by_x = options.wisizx / before_x, by_y = options.wisizy / before_y;
   MainFrame& frame = *desk.frame();
@@ -69,7 +69,7 @@ void choose_screen_font(Desk& desk) {
   options.scrsiz = font.pointSizeF();
   options.scrbld = font.bold();
   options.scrita = font.italic();
-  for (const char* key : {"scrfon", "scrsiz", "scrbld", "scrita"}) write_option(desk.session(), key);
+  write_options(desk.session(), {"scrfon", "scrsiz", "scrbld", "scrita"});
   apply_fonts(desk);
 }
 
@@ -82,7 +82,7 @@ void choose_print_font(Desk& desk) {
   if (!chosen) return;
   options.pri_font_nam = utf8(font.family());
   options.pri_font_siz = font.pointSizeF();
-  for (const char* key : {"pri_font_nam", "pri_font_siz"}) write_option(desk.session(), key);
+  write_options(desk.session(), {"pri_font_nam", "pri_font_siz"});
 }
 
 void choose_diagram_font(Desk& desk) {
@@ -114,9 +114,9 @@ void save_output(Desk& desk) {
               text ? "ternovale.txt" : "ternovale.png",
               s.language.fastmsg("flffilt", kind),
               ""};
-  const auto answer = s.user->choose_file(box);
+  const auto answer = ask_file(
+      s, box, text ? std::vector<std::string>{"txt"} : std::vector<std::string>{"png", "bmp", "svg", "pdf"});
   if (!answer) return;
-  if (file_exists(answer->file) && !ask_yes_no(s, MessageText(s).caption("files", "fileover"))) return;
   int failure = 0;
   if (text) {
     std::string lines = output_text(s) + "\n" + s.language.notice() + "\n";

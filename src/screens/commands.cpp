@@ -188,9 +188,10 @@ bool exportable(CS s, C) { return s.options.excel_yes && s.resultsValid && outpu
 void to_spreadsheet(S s, C) {
   const auto data = output_export(s);
   if (!data) return warn(s, MessageText(s).msg(415));
-  const auto answer =
-      s.user->choose_file({FileMode::save, DialogKind::spreadsheet, s.language.fastmsg("flfdial", 32),
-                           load_folder(s), "ternovale.xlsx", s.language.fastmsg("flffilt", 32), ""});
+  const auto answer = ask_file(s,
+                               {FileMode::save, DialogKind::spreadsheet, s.language.fastmsg("flfdial", 32),
+                                load_folder(s), "ternovale.xlsx", s.language.fastmsg("flffilt", 32), ""},
+                               {"xlsx", "csv"});
   if (!answer) return;
   const int failure = file_has_extension(answer->file, "csv") ? write_csv(*data, answer->file)
                                                               : write_xlsx(*data, answer->file);

@@ -14,9 +14,7 @@ std::string with_points(std::string text) {
   return text;
 }
 
-void save_steps(Session& s) {
-  for (const char* key : {"ldstep", "ldweight", "ldperc"}) write_option(s, key);
-}
+void save_steps(Session& s) { write_options(s, {"ldstep", "ldweight", "ldperc"}); }
 
 }  // namespace
 

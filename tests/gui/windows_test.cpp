@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <QClipboard>
+#include <QComboBox>
 #include <QImageReader>
 #include <QLabel>
 #include <QLineEdit>
@@ -114,6 +115,69 @@ TEST_F(Windows, TheDiagramReadsOutSwitchesToTextAndIsSaved) {
     }
   }
   EXPECT_NE(save_picture(list, home.folder() + "no/such/folder/a.png"), 0);
+}
+
+TEST_F(Windows, TheViewIsSavedUnderANameThatIsTested) {
+  calculate();
+  Session& s = program.session;
+  const std::string target = home.folder() + "docs/view.";
+  const auto answer_with = [&](const std::string& file, int type) {
+    return [file, type](QDialog* shown) {
+      auto* name = shown->findChild<QLineEdit*>("NamenFeld");
+      name->setText(qt(file));
+      if (type >= 0) {
+        auto* types = shown->findChild<QComboBox*>("combo1");
+        types->setCurrentIndex(type);
+        QMetaObject::invokeMethod(types, "activated", Q_ARG(int, type));
+      }
+      shown->findChild<QPushButton*>("accept")->click();
+    };
+  };
+  {
+    Modal dialog(answer_with(target + "png", -1));
+    program.run("filewrite");
+  }
+  EXPECT_EQ(QImageReader(qt(target + "png")).format(), "png");
+  const auto before = std::filesystem::last_write_time(target + "png");
+  {  // the same name again: the question is answered with no, and the dialog that comes back is closed
+    int questions = 0;
+    Modal dialog([&](QDialog* shown) { answer_with(target + "png", -1)(shown); });
+    QTimer later;
+    later.setInterval(5);
+    QObject::connect(&later, &QTimer::timeout, [&] {
+      auto* shown = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+      if (!shown || !dialog.seen) return;
+      if (auto* box = qobject_cast<QMessageBox*>(shown)) {
+        ++questions;
+        box->buttons().last()->click();
+      } else if (questions > 0) {
+        shown->reject();
+      }
+    });
+    later.start();
+    program.run("filewrite");
+    EXPECT_EQ(questions, 1);
+  }
+  EXPECT_EQ(std::filesystem::last_write_time(target + "png"), before);
+  program.run("nodia");
+  {
+    Modal dialog(answer_with(target, -1));
+    program.run("filewrite");
+  }
+  std::ifstream text(target + "txt");
+  const std::string lines((std::istreambuf_iterator<char>(text)), {});
+  EXPECT_NE(lines.find("\r\n"), std::string::npos);
+  EXPECT_NE(lines.find(s.language.fastmsg("warning1").substr(0, 20)), std::string::npos) << "the notice";
+}
+
+TEST_F(Windows, AListTellsItsFile) {
+  auto* label = program.find<QLabel>("Form4", "source_PulvDat");
+  ASSERT_NE(label, nullptr);
+  EXPECT_EQ(utf8(label->text()), program.session.language.fastmsg("flpro") + "ternofw");
+  EXPECT_EQ(label->toolTip(), label->text());
+  program.run("deutsch");
+  EXPECT_EQ(utf8(label->text()), program.session.language.fastmsg("flpro") + "ternofw");
+  EXPECT_GT(label->width(), 60);
 }
 
 TEST_F(Windows, AClickBesideAnAxisFitsTheLoadAndCanBeUndone) {
