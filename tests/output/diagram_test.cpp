@@ -382,7 +382,8 @@ TEST(Hostile, AGapStaysAGap) {
   Shot shot = magnum();
   shot.curve->p[40] = kNan;
   std::vector<std::size_t> pieces;
-  for (const DrawItem* each : items_of(draw(shot, of_type(1)).list, DrawKind::polyline)) {
+  const Diagram drawn = draw(shot, of_type(1));
+  for (const DrawItem* each : items_of(drawn.list, DrawKind::polyline)) {
     if (each->points.size() > 10) pieces.push_back(each->points.size());
   }
   EXPECT_EQ(pieces, (std::vector<std::size_t>{40, 58}));
