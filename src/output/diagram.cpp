@@ -255,7 +255,7 @@ std::vector<Mark> plan_marks(const Canvas& canvas, LabelPlacer& placer, const Di
   const ShotResult& r = *run.result;
   const bool flew = last_index(run) > 0;
   const Candidate candidates[] = {{"Pmax", r.peakIdx, options.maximum},
-                                  {"M", last_index(run), options.marks},
+                                  {"M", last_index(run), options.marks && run.exits},
                                   {"100%", r.burnIdx, options.marks},
                                   {"Z1", r.z1Idx, options.marks},
                                   {"95%", r.idx95, options.marks}};

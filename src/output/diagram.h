@@ -32,6 +32,7 @@ struct DiagramRun {
   const CalcState* state = nullptr;
   const ShotCurve* curve = nullptr;
   const ShotResult* result = nullptr;
+  bool exits = true;  // the last point is the muzzle; false for a bullet that stuck and for a run that failed
 };
 
 struct DiagramOptions {

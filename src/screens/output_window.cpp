@@ -11,7 +11,7 @@ namespace {
 ViewUnits view_units(const Session& s) { return {s.imperial_view, s.state.pressure_unit_factor}; }
 
 PointListRun point_list_run(const Session& s) {
-  return {s.shown.block, s.curve, s.result.lastIdx, s.shown.state.schrit};
+  return {s.shown.block, s.curve, s.result.lastIdx, s.shown.state.schrit, s.shown.outcome.ok()};
 }
 
 TableText view_text(const Session& s) {
@@ -96,7 +96,8 @@ Diagram output_diagram(const Session& s, double width, double height, TextWidth 
   const DiagramOptions options = diagram_options(s, dark);
   if (!s.shown.any || s.result.lastIdx < 1)
     return empty_diagram(s.language.fastmsg("fcrgvar6"), options, width, height, text_width);
-  return draw_diagram({&s.shown.state, &s.curve, &s.result}, options, s.language, width, height, text_width);
+  return draw_diagram({&s.shown.state, &s.curve, &s.result, s.shown.outcome.ok()}, options, s.language, width,
+                      height, text_width);
 }
 
 std::optional<ExportData> output_export(const Session& s) {

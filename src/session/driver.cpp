@@ -72,11 +72,6 @@ void show_end(Session& s, const ShotOutcome& outcome) {
   if (outcome.end == ShotEnd::no_space) return;
   note_inputs_of_run(s, outcome);
   show_panel(s);
-  Field& line = field(s, "Form5", "merker");
-  if (outcome.end == ShotEnd::stuck) {
-    line.text = s.language.fastmsg("fehlEG");
-    line.ink = Ink::red;
-  }
   if (outcome.ok()) s.screens.find("Form5")->second.paper = Paper::grey;
 }
 

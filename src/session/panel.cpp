@@ -39,6 +39,11 @@ void show_panel(Session& s) {
   }
   set_text(s, "Form5", "Labelaburn", burn_caption_text(s));
   Field& line = field(s, "Form5", "merker");
+  if (run.outcome.end == ShotEnd::stuck) {  // no words of a bullet that leaves the barrel
+    line.text = s.language.fastmsg("fehlEG");
+    line.ink = Ink::red;
+    return;
+  }
   line.ink = status_line_red(run.state, s.result) ? Ink::red : Ink::black;
   line.text = status_line(run.state, s.curve, s.result, s.language) + s.language.notice();
 }

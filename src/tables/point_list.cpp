@@ -50,7 +50,7 @@ std::string draw(const PointListRun& run, const Language& language, const ViewUn
       break;
     }
     point(run, i, units, out);
-    if (i == last) out.plain(" Muzzle");
+    if (i == last && run.exits) out.plain(" Muzzle");
     out.end_row();
   }
   return out.text();

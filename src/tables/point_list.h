@@ -15,7 +15,8 @@ struct PointListRun {
   const DataBlock& block;
   const ShotCurve& curve;
   int lastIdx = 0;
-  int schrit = 0;  // 2 (coarse) has no times
+  int schrit = 0;     // 2 (coarse) has no times
+  bool exits = true;  // the last point is the muzzle; false for a bullet that stuck and for a run that failed
 };
 
 inline constexpr std::size_t kMaxListText = 1'000'000;  // characters; then the list stops with a line

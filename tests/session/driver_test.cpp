@@ -1,6 +1,7 @@
 // What starts a calculation, what it leaves, and what makes its results stale.
 #include <cmath>
 
+#include "screens/output_window.h"
 #include "session/load_steps.h"
 #include "session/started.h"
 
@@ -279,6 +280,12 @@ TEST_F(Driver, AStuckBulletShowsNothingGood) {
   EXPECT_EQ(text("Form5", "Vnull"), "0");
   EXPECT_EQ(text("Form5", "merker"), s.language.fastmsg("fehlEG"));
   EXPECT_EQ(field(s, "Form5", "merker").ink, Ink::red);
+  set_pressure_unit(s, false);
+  EXPECT_EQ(text("Form5", "merker"), s.language.fastmsg("fehlEG"));
+  language_switch(s, "german");
+  EXPECT_EQ(text("Form5", "merker"), s.language.fastmsg("fehlEG")) << "no word of leaving the barrel";
+  SetDisplayMode(s, 0);
+  EXPECT_EQ(output_text(s).find("Muzzle"), std::string::npos) << "it did not get there";
 }
 
 TEST_F(Driver, LimitColoursComeWithAWord) {
