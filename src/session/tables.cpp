@@ -107,6 +107,7 @@ void run_powder_table(Session& s) {
                                  }};
   RunPowderTable(s.state, s.curve, s.result, s.set(RecordKind::powders).file.table, criteria(s),
                  table_head(s), s.sort, hooks, s.powder_table);
+  if (s.options.schrit != s.state.schrit) s.load_table.table_valid = false;
   s.options.schrit = s.state.schrit;
   s.user->busy(false);
   const bool cancelled = s.powder_table.cancelled;
@@ -133,6 +134,7 @@ void FitChargeToTarget(Session& s, double value, int mode) {
   convertUnits(s.state);
   refresh_fill(s);
   setResultsValid(s, run_shown_shot(s));
+  if (!s.fit_note.empty()) s.load_table.table_valid = s.powder_table.table_valid = false;  // of another load
   set_text(s, "frmMAIN", "status_line", s.fit_note);
   if (s.outputs_changed) s.outputs_changed(s);
 }

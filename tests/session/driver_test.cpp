@@ -210,8 +210,10 @@ TEST_F(Driver, FitMeetsItsTargetInFiveModesAndIsUndone) {
     SCOPED_TRACE(c.mode);
     const auto load_values = [&] { return std::array{s.state.chargeGr, s.state.dim.Llen, s.state.dim.Wob}; };
     const auto before = load_values();
+    s.load_table.table_valid = s.powder_table.table_valid = true;
     FitChargeToTarget(s, c.value, c.mode);
     EXPECT_TRUE(s.resultsValid);
+    EXPECT_FALSE(s.load_table.table_valid || s.powder_table.table_valid) << "they are of the load before";
     EXPECT_NEAR(c.reached(), c.value, c.tolerance);
     EXPECT_EQ(s.state.tableKind, 0);
     EXPECT_EQ(text("frmMAIN", "status_line"), s.fit_note);
