@@ -184,7 +184,9 @@ void line_width(S s, C c) {
 bool line_width_checked(CS s, C c) { return s.line_width == c.value; }
 void redraw(S s, C) { changed(s); }
 
-bool exportable(CS s, C) { return s.options.excel_yes && s.resultsValid && output_export(s).has_value(); }
+bool exportable(CS s, C) {
+  return s.options.excel_yes && s.resultsValid && !output_stale(s) && output_export(s).has_value();
+}
 void to_spreadsheet(S s, C) {
   const auto data = output_export(s);
   if (!data) return warn(s, MessageText(s).msg(415));

@@ -1,5 +1,6 @@
 #include "screens/output_window.h"
 
+#include "screens/entry.h"
 #include "screens/screen_actions.h"
 #include "session/driver.h"
 #include "tables/point_list.h"
@@ -31,6 +32,18 @@ std::string plain_breaks(std::string text) {
   return text;
 }
 
+// What heads figures that are out of date, on the screen and wherever they are copied to.
+std::string stale_head(const Session& s) {
+  if (!output_stale(s)) return {};
+  return s.language.fastmsg("fobsol0") + " " + s.language.fastmsg("fobsol1") + "\n\n";
+}
+
+std::string cells_text(const Session& s) {
+  if (s.options.grftyp == -1) return load_table_tsv(s.load_table, s.language, view_units(s));
+  if (s.options.grftyp == -2) return powder_table_tsv(s.powder_table, s.language, s.imperial_view);
+  return s.shown.any ? point_list_tsv(point_list_run(s), s.language, view_units(s)) : std::string();
+}
+
 bool shows_table(const Session& s) { return s.options.grftyp < 0; }
 
 }  // namespace
@@ -43,7 +56,10 @@ void output_switch(Session& s) {
 
 bool output_stale(const Session& s) {
   if (s.options.grftyp == -1) return s.load_table.row_count > 0 && !s.load_table.table_valid;
-  if (s.options.grftyp == -2) return !s.powder_table.rows.empty() && !s.powder_table.table_valid;
+  if (s.options.grftyp == -2) {
+    const PowderTable& table = s.powder_table;  // a run that no powder came out of is one too
+    return (table.finished || table.cancelled) && !table.table_valid;
+  }
   return s.shown.any && !s.resultsValid;
 }
 
@@ -51,17 +67,9 @@ std::string output_caption(const Session& s) {
   return shows_table(s) ? view_text(s).caption : s.language.text("form7", "Form7");
 }
 
-std::string output_text(const Session& s) {
-  const std::string text = plain_breaks(view_text(s).text);
-  if (!output_stale(s)) return text;
-  return s.language.fastmsg("fobsol0") + " " + s.language.fastmsg("fobsol1") + "\n\n" + text;
-}
+std::string output_text(const Session& s) { return stale_head(s) + plain_breaks(view_text(s).text); }
 
-std::string output_tsv(const Session& s) {
-  if (s.options.grftyp == -1) return load_table_tsv(s.load_table, s.language, view_units(s));
-  if (s.options.grftyp == -2) return powder_table_tsv(s.powder_table, s.language, s.imperial_view);
-  return s.shown.any ? point_list_tsv(point_list_run(s), s.language, view_units(s)) : std::string();
-}
+std::string output_tsv(const Session& s) { return stale_head(s) + cells_text(s); }
 
 DiagramOptions diagram_options(const Session& s, bool dark) {
   DiagramOptions o;
@@ -116,6 +124,8 @@ bool click_output(Session& s, const DiagramFrame& frame, Point at) {
   if (!s.resultsValid || s.options.grftyp < 1) return false;
   const auto click = fit_click(frame, diagram_options(s), at);
   if (!click) return false;
+  if (!s.focus.field.empty())
+    leave_field(s, s.focus.screen, s.focus.field);  // Escape must not undo half of it
   FitChargeToTarget(s, click->value, click->mode);
   refresh_quick_start(s);
   return true;

@@ -120,6 +120,16 @@ TEST_F(Commands, EntriesOfResultsFollowThem) {
   run_command(s, "undo_fit");
   EXPECT_FALSE(enabled("filewrite") || enabled("toexcel") || enabled("undo_fit"));
   EXPECT_EQ(s.state.chargeGr, 38.7);
+
+  SetDisplayMode(s, -1);
+  run_command(s, "rech");
+  EXPECT_TRUE(enabled("toexcel"));
+  SetDisplayMode(s, 3);
+  type("Form4", "MPgn", "38");
+  run_command(s, "rech");
+  EXPECT_TRUE(enabled("toexcel"));
+  SetDisplayMode(s, -1);
+  EXPECT_FALSE(enabled("toexcel")) << "the table is of another charge than the valid results";
 }
 
 TEST_F(Commands, KeysReachScreensAndMenus) {
