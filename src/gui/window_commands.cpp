@@ -12,6 +12,7 @@
 #include "gui/captions.h"
 #include "gui/main_frame.h"
 #include "gui/painter.h"
+#include "gui/print_view.h"
 #include "gui/windows.h"
 #include "screens/output_window.h"
 #include "session/files.h"
@@ -119,7 +120,7 @@ void save_output(Desk& desk) {
   if (!answer) return;
   int failure = 0;
   if (text) {
-    std::string lines = output_text(s) + "\n" + s.language.notice() + "\n";
+    std::string lines = output_text(s) + "\n" + output_notes(s) + "\n";
     for (std::size_t i = lines.find('\n'); i != std::string::npos; i = lines.find('\n', i + 2))
       lines.insert(i, "\r");
     failure = write_file(answer->file, lines);
@@ -163,6 +164,7 @@ constexpr WindowCommand kWindowCommands[] = {
     {"arrng_wins", [](Desk& d) { arrange(d, true); }},
     {"arrng_stag", [](Desk& d) { arrange(d, false); }},
     {"filewrite", save_output},
+    {"grf_akt", preview_output},
     {"copypic", copy_picture},
     {"copytab", [](Desk& d) { QApplication::clipboard()->setText(qt(output_tsv(d.session()))); }},
     {"afonts", choose_diagram_font},

@@ -6,6 +6,7 @@
 #include "output/spreadsheet.h"
 #include "screens/entry.h"
 #include "screens/output_window.h"
+#include "screens/print_pages.h"
 #include "screens/screen_actions.h"
 #include "session/driver.h"
 #include "session/files.h"
@@ -200,6 +201,7 @@ void to_spreadsheet(S s, C) {
   if (failure)
     warn(s, MessageText(s).msg(417).line().add(answer->file).line().add(s.language.failure(failure)));
 }
+bool printable(CS s, C) { return output_printable(s); }
 bool results_valid(CS s, C) { return s.resultsValid; }
 
 // clang-format off
@@ -210,6 +212,9 @@ constexpr Command kCommands[] = {
     {.name = "lab_lod", .section = kMain, .parent = "Datei_menu", .action = open_load_file, .shortcut = "Ctrl+O", .toolbar = 3},
     {.name = "lab_del", .section = kMain, .parent = "Datei_menu", .action = delete_load},
     {.name = "lab_omt", .section = kMain, .parent = "Datei_menu", .action = design_data},
+    {.name = "prifontsel", .section = kMain, .parent = "Datei_menu", .action = by_window, .separator_before = true},
+    {.name = "grfpri", .section = kMain, .parent = "Datei_menu"},
+    {.name = "grf_akt", .section = kMain, .parent = "grfpri", .action = by_window, .shortcut = "Ctrl+P", .enabled = printable},
     {.name = "s_lang", .section = kMain, .parent = "Datei_menu", .separator_before = true},
     {.name = "deutsch", .section = kMain, .parent = "s_lang", .action = choose_language, .checked = language_checked, .value = 0},
     {.name = "english", .section = kMain, .parent = "s_lang", .action = choose_language, .checked = language_checked, .value = 1},

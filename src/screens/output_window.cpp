@@ -69,6 +69,12 @@ std::string output_caption(const Session& s) {
 
 std::string output_text(const Session& s) { return stale_head(s) + plain_breaks(view_text(s).text); }
 
+std::string output_notes(const Session& s) {
+  std::string notes;
+  if (s.shown.any) notes = status_line(s.shown.state, s.curve, s.result, s.language);
+  return notes + s.language.notice();
+}
+
 std::string output_tsv(const Session& s) { return stale_head(s) + cells_text(s); }
 
 DiagramOptions diagram_options(const Session& s, bool dark) {

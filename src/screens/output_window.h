@@ -17,7 +17,10 @@ void output_switch(Session& s);  // double click: text and back
 std::string output_caption(const Session& s);  // of the window, without the program's name
 std::string output_text(const Session& s);     // plain line breaks; the point list for the diagrams
 std::string output_tsv(const Session& s);      // the same for copying, cells parted by tabs
-bool output_stale(const Session& s);           // what is on show belongs to inputs that have changed
+// What stands at the end of every print and export, whatever the window itself hides: the notes of the run
+// with the note of its limit, and the standing notice.
+std::string output_notes(const Session& s);
+bool output_stale(const Session& s);  // what is on show belongs to inputs that have changed
 
 // The diagram for a surface of that size; an empty frame before the first run. dark: colours for a dark desk.
 DiagramOptions diagram_options(const Session& s, bool dark = false);
