@@ -6,8 +6,8 @@ set -euo pipefail
 declare -A packages=(
   [build]="g++ cmake ninja-build pkg-config qt6-base-dev qt6-svg-dev libxlsxwriter-dev libcli11-dev
            nlohmann-json3-dev libfmt-dev libgtest-dev libbenchmark-dev libboost-dev qt6-qpa-plugins"
-  [test]="fonts-dejavu-core poppler-utils"
-  [ci]="git clang clang-format libclang-rt-14-dev dpkg-dev lintian desktop-file-utils appstream shared-mime-info
+  [test]="clang fonts-dejavu-core poppler-utils"
+  [ci]="git clang-format libclang-rt-14-dev dpkg-dev lintian desktop-file-utils appstream shared-mime-info
         libglib2.0-bin"
 )
 
