@@ -56,8 +56,15 @@ void dimension_changed(Session& s, const PairSide& side, double stored) {
   auto& d = s.state.dim;
   const OnChange change = side.pair->on_change;
   side.pair->value(s) = stored;
-  if (change == OnChange::seating) d.ssd = ssd_of_Bsd(d);
-  if (change == OnChange::band_seating) d.Bsd = Bsd_of_ssd(d);
+  // The other depth follows at once, also when the recompute refuses a depth beyond the case.
+  if (change == OnChange::seating) {
+    d.ssd = ssd_of_Bsd(d);
+    write_pair(s, "Form3", "ssdm");
+  }
+  if (change == OnChange::band_seating) {
+    d.Bsd = Bsd_of_ssd(d);
+    write_pair(s, "Form3", "Bsdm");
+  }
   if (!s.update_suspended) recompute_dimensions(s, edit_kind(change));
   if (change == OnChange::band_seating) mark_band_seating(s);
 }

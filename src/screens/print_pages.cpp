@@ -72,7 +72,7 @@ std::string head_line(const Session& s) {
   if (mode != -2) line += "; " + part("fpow", block.powder);
   if (mode >= 0)
     line += "; " + part("fcharge", block.MPgn + " " + s.language.fastmsg("fgrains") + " = " + block.MPgm +
-                                        " " + s.language.fastmsg("fgramm"));
+                                       " " + s.language.fastmsg("fgramm"));
   return line;
 }
 
