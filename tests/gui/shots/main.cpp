@@ -86,11 +86,13 @@ int main(int argc, char** argv) {
   if (!program.started) return 1;
   program.session.sound = false;
   program.open();
+  program.desk->frame()->resize(1640, 1030);
   program.desk->act([&] {
     tv::open_load(program.session, std::string(TV_SHARE_DIR) + "/data/loads/308_winchester_168.dat");
     tv::press(program.session, "Form4", "CalcAll");
     program.session.picture = "308win.png";
   });
+  program.run("arrng_wins");
   for (const char* language : {"english", "german", "french", "russian"}) {
     if (argc > 2 && std::string_view(argv[2]) != language) continue;
     tv::language_switch(program.session, language);
