@@ -3,7 +3,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QHelpEvent>
+#include <QKeyEvent>
 #include <QMessageBox>
 #include <QProxyStyle>
 #include <QStandardPaths>
@@ -53,8 +53,8 @@ bool show_notice(Session& s) {
 }  // namespace
 
 bool App::notify(QObject* receiver, QEvent* event) {
-  if (event->type() == QEvent::ToolTip && session && !session->options.toltip) return true;
   try {
+    if (session && receiver->isWidgetType() && notice_tip(receiver, event)) return true;
     return QApplication::notify(receiver, event);
   } catch (const std::exception& fault) {
     show_fault(fault.what());
@@ -62,6 +62,13 @@ bool App::notify(QObject* receiver, QEvent* event) {
     show_fault({});
   }
   return true;
+}
+
+bool App::notice_tip(QObject* receiver, QEvent* event) {
+  if (event->type() == QEvent::ToolTip)
+    return tips_.show(*session, static_cast<QWidget*>(receiver), *static_cast<QHelpEvent*>(event));
+  return event->type() == QEvent::KeyPress && static_cast<QKeyEvent*>(event)->key() == Qt::Key_Control &&
+         tips_.edit(*session);
 }
 
 std::unique_ptr<QLockFile> take_instance_lock() {

@@ -6,7 +6,7 @@
 #include <QTranslator>
 #include <memory>
 
-#include "data/settings_keys.h"
+#include "gui/tips.h"
 #include "session/session.h"
 
 namespace tv {
@@ -17,7 +17,12 @@ public:
 
   bool notify(QObject* receiver, QEvent* event) override;
 
-  const Session* session = nullptr;  // whose option switches the tips
+  Session* session = nullptr;  // whose tips are shown
+
+private:
+  bool notice_tip(QObject* receiver, QEvent* event);
+
+  Tips tips_;
 };
 
 // The lock of the one instance; null if another holds it.

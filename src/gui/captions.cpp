@@ -130,11 +130,15 @@ void apply_captions(QWidget* root, const Session& s, std::string_view section) {
   descend(root);
 }
 
-QString tip_text(const Session& s, const QWidget* widget) {
-  QString tip;
+std::string tip_key(const Session& s, const QWidget* widget) {
   for (const QString& name : {widget->objectName(), widget->property("label_key").toString(),
                               widget->property(kCaptionKey).toString()})
-    if (tip.isEmpty() && !name.isEmpty()) tip = qt(s.language.tip(utf8(name)));
+    if (!name.isEmpty() && !s.language.tip(utf8(name)).empty()) return utf8(name);
+  return utf8(widget->objectName());
+}
+
+QString tip_text(const Session& s, const QWidget* widget) {
+  const QString tip = qt(s.language.tip(tip_key(s, widget)));
   const QString reason = widget->property(kReason).toString();
   if (reason.isEmpty()) return tip;
   return tip.isEmpty() ? reason : reason + "\n\n" + tip;

@@ -21,6 +21,8 @@ QString plain_caption(QString caption);
 
 // Captions root and all its children from a section; the tips by the widgets' names.
 void apply_captions(QWidget* root, const Session& s, std::string_view section);
+// The name that the tip of a widget stands under: its own, or that of its label; its own also without a tip.
+std::string tip_key(const Session& s, const QWidget* widget);
 // The tip of a widget, or nothing where tips are switched off; before it the reason why a field is marked.
 QString tip_text(const Session& s, const QWidget* widget);
 

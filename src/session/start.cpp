@@ -3,6 +3,7 @@
 
 #include "session/driver.h"
 #include "session/files.h"
+#include "session/tips.h"
 #include "text/file.h"
 
 namespace tv {
@@ -130,6 +131,7 @@ bool language_read(Session& s, const std::string& file) {
     wanted = ask_language_file(s, wanted);
     if (wanted.empty()) return false;
   }
+  s.language.read_own_tips(own_tip_file(s));
   reread_all(s, before, s.language.page());
   if (wanted != file) {
     s.options.lanfile = stored_language(s);

@@ -35,6 +35,7 @@ bool Language::read(const std::string& path) {
   file_ = SectionedFile(read.bytes, page_);
   path_ = path;
   name_ = file_.get(kLanguage, kLanguage);
+  own_tips_ = {};
   tips_ = read_sectioned(resolve_path(file_folder(path), file_stem(path) + ".tip"), page_);
   return true;
 }
@@ -69,13 +70,16 @@ std::string Language::notice() const {
   return joined;
 }
 
+void Language::read_own_tips(const std::string& path) { own_tips_ = read_sectioned(path, page_); }
+
 std::string Language::tip(std::string_view key) const {
+  const SectionedFile& tips = own_tips_.has_key(name_, key) ? own_tips_ : tips_;
   std::string joined;
-  std::string piece = tips_.get(name_, key);
+  std::string piece = tips.get(name_, key);
   for (int n = 1; piece.ends_with('_'); ++n) {
     piece.pop_back();
     joined += piece;
-    piece = tips_.get(name_, std::string(key) + std::to_string(n));
+    piece = tips.get(name_, std::string(key) + std::to_string(n));
   }
   return marks_to_breaks(joined + piece);
 }

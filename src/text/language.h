@@ -35,13 +35,16 @@ public:
   const std::string& path() const { return path_; }
   CodePage page() const { return page_; }
 
-  // The tip of a control from the tip file beside the language file, pieces joined, breaks as "\n"; empty if
-  // none.
+  // The tip of a control from the user's own tips or, where they have none, from the tip file beside the
+  // language file; pieces joined, breaks as "\n"; empty if none.
   std::string tip(std::string_view key) const;
+
+  // The user's own tips, in the page of the language; those of a missing file are none.
+  void read_own_tips(const std::string& path);
 
 private:
   SectionedFile file_;
-  SectionedFile tips_;
+  SectionedFile tips_, own_tips_;
   std::string name_;
   std::string path_;
   CodePage page_ = CodePage::cp1252;

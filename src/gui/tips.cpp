@@ -1,0 +1,69 @@
+#include "gui/tips.h"
+
+#include <QFontMetrics>
+#include <QMenu>
+#include <QToolTip>
+#include <algorithm>
+
+#include "gui/captions.h"
+#include "session/tips.h"
+
+namespace tv {
+namespace {
+
+constexpr double kTwips = 15;
+
+// The widget a tip is about: the one under the mouse or the control that it is a part of.
+QWidget* tip_owner(QWidget* widget) {
+  for (; widget; widget = widget->isWindow() ? nullptr : widget->parentWidget())
+    if (!widget->toolTip().isEmpty() || control_exists(utf8(widget->objectName()))) return widget;
+  return nullptr;
+}
+
+QString wrapped(const QString& text, int width) {
+  const QFontMetrics metrics(QToolTip::font());
+  QStringList lines;
+  for (const QString& paragraph : text.split('\n')) {
+    QString line;
+    for (const QString& word : paragraph.split(' ')) {
+      const QString longer = line.isEmpty() ? word : line + ' ' + word;
+      if (!line.isEmpty() && metrics.horizontalAdvance(longer) > width) {
+        lines << line;
+        line = word;
+      } else {
+        line = longer;
+      }
+    }
+    lines << line;
+  }
+  return lines.join('\n');
+}
+
+}  // namespace
+
+bool Tips::show(Session& s, QWidget* under_mouse, const QHelpEvent& event) {
+  if (!s.options.toltip) return true;
+  if (qobject_cast<QMenu*>(under_mouse)) return false;  // shows those of its entries
+  owner_ = tip_owner(under_mouse);
+  if (!owner_) return false;
+  QString tip = owner_->toolTip();
+  if (tip.isEmpty()) {
+    if (told_of_missing_) return true;
+    told_of_missing_ = true;
+    tip = "No tip " + qt(s.language.name()) + " language tip file";
+  }
+  const int width = static_cast<int>(std::clamp(s.options.tipwid / kTwips, 80.0, 1200.0));
+  QToolTip::showText(event.globalPos(), wrapped(tip, width), owner_);
+  return true;
+}
+
+bool Tips::edit(Session& s) {
+  if (!owner_ || !QToolTip::isVisible() || QGuiApplication::overrideCursor()) return false;
+  const std::string key = tip_key(s, owner_);
+  if (s.language.tip(key).empty() && !control_exists(key)) return false;
+  QToolTip::hideText();
+  edit_tip(s, key);
+  return true;
+}
+
+}  // namespace tv
