@@ -35,6 +35,7 @@ TEST_F(DimensionFields, EveryKindMovesWhatItShould) {
   const Case cases[] = {{"Bsdz", "0.3", "Bsd Plen Veff Vvg Wob ssd"},
                         {"Bsdz", "2.2", "Bsd Veff Vvg Wob ssd"},  // deeper than the case: no length follows
                         {"ssdz", "0.1", "Bsd Plen Veff Vvg Wob ssd"},
+                        {"ssdz", "2.1", "Bsd Veff Vvg Wob ssd"},
                         {"Glenz", "1.3", "Bsd Glen Veff Vvg Wob ssd"},
                         {"Plenz", "2.75", "Bsd Plen Veff Vvg Wob ssd"},
                         {"Hlenz", "2.1", "Bsd Hlen Veff Vvg ssd"},  // the bullet's base stays: so the travel
@@ -59,7 +60,8 @@ TEST_F(DimensionFields, EveryKindMovesWhatItShould) {
     EXPECT_NEAR(d.Wob, (d.Llen - d.Hlen + d.Bsd) * 25.4, 1e-9) << c.field;
     EXPECT_NEAR(d.Veff, d.Volf - d.Vvg, 1e-9) << c.field;
     EXPECT_NEAR(d.ssd, d.Bsd - d.tail_len / 25.4, 1e-9) << c.field << ": a boat tail shortens the body";
-    for (const auto& [name, value] : {std::pair{"Plenz", d.Plen}, {"Bsdz", d.Bsd}, {"Veffz", d.Veff}})
+    for (const auto& [name, value] :
+         {std::pair{"Plenz", d.Plen}, {"Bsdz", d.Bsd}, {"ssdz", d.ssd}, {"Veffz", d.Veff}})
       if (std::string_view(c.field) != "ssdz" || std::string_view(name) != "Plenz") {
         EXPECT_NEAR(field_number(s, "Form3", name), value, 0.00051) << c.field;
       }
