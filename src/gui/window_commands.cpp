@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QClipboard>
+#include <QColorDialog>
 #include <QFontDatabase>
 #include <QFontDialog>
 #include <QMdiSubWindow>
@@ -95,6 +96,16 @@ void choose_diagram_font(Desk& desk) {
   write_option(desk.session(), "pict_font_nam");
 }
 
+template <std::optional<Colour> ChosenColours::*Which>
+void choose_colour(Desk& desk) {
+  std::optional<Colour>& held = desk.session().colours.*Which;
+  const Colour now = held.value_or(Colour{});
+  const QColor chosen = QColorDialog::getColor(QColor(now.r, now.g, now.b), desk.frame());
+  if (!chosen.isValid()) return;
+  const auto part = [](int value) { return static_cast<std::uint8_t>(value); };
+  held = Colour{part(chosen.red()), part(chosen.green()), part(chosen.blue()), 255};
+}
+
 // The diagram as it stands in its window, on white paper.
 DrawList output_picture(Desk& desk) {
   const QSize size = desk.view("Form7")->root->findChild<QWidget*>("Pict1")->size();
@@ -168,6 +179,9 @@ constexpr WindowCommand kWindowCommands[] = {
     {"copypic", copy_picture},
     {"copytab", [](Desk& d) { QApplication::clipboard()->setText(qt(output_tsv(d.session()))); }},
     {"afonts", choose_diagram_font},
+    {"acolor", choose_colour<&ChosenColours::paper>},
+    {"ax_l", choose_colour<&ChosenColours::left>},
+    {"ax_r", choose_colour<&ChosenColours::right>},
 };
 
 std::vector<QMdiSubWindow*> open_children(Desk& desk) {

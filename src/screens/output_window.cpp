@@ -102,6 +102,10 @@ DiagramOptions diagram_options(const Session& s, bool dark) {
   o.stale = output_stale(s);
   o.font = s.options.pict_font_nam;
   o.colours = dark ? dark_colours() : light_colours();
+  o.colours.paper = s.colours.paper.value_or(o.colours.paper);
+  o.colours.pressure = s.colours.left.value_or(o.colours.pressure);
+  const bool velocity_left = o.type == 2 || o.type == 5;
+  o.colours.velocity = (velocity_left ? s.colours.left : s.colours.right).value_or(o.colours.velocity);
   o.followed = s.followed_curve;
   return o;
 }

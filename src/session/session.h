@@ -4,6 +4,7 @@
 #include <array>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -13,6 +14,7 @@
 #include "engine/calc_state.h"
 #include "engine/results.h"
 #include "engine/shot.h"
+#include "output/draw_list.h"
 #include "session/fields.h"
 #include "session/user.h"
 #include "tables/load_table.h"
@@ -70,6 +72,11 @@ struct FitUndo {
   double chargeGr = 0, Llen = 0, Wob = 0;
 };
 
+// Colours of the diagrams that the user has chosen; the others are those of the palette.
+struct ChosenColours {
+  std::optional<Colour> paper, left, right;
+};
+
 struct Session {
   explicit Session(User& u) : user(&u), screens(make_screens()) {}
   Session(const Session&) = delete;
@@ -116,6 +123,7 @@ struct Session {
   std::vector<std::string> recent;  // loads, less extension
   bool imperial_view = false;       // of the output window; starts from the unit mode
   bool output_as_text = false;      // of a diagram: its point list is on show
+  ChosenColours colours;            // of the diagrams
   double line_width = 2;            // of the curves, 1 to 5
   int followed_curve = 0;           // that the read-out follows: 0 all
 

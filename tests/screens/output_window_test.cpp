@@ -1,5 +1,8 @@
 // What the output window shows: of the last run, never of inputs that have changed since.
 #include "screens/output_window.h"
+
+#include <functional>
+
 #include "session/started.h"
 
 namespace tv_test {
@@ -46,6 +49,63 @@ TEST_F(OutputWindow, ShowsTheRunAndMarksItWhenStale) {
   EXPECT_TRUE(output_shows_text(s));
   output_switch(s);
   EXPECT_FALSE(output_shows_text(s));
+}
+
+TEST_F(OutputWindow, AClickBesideAnAxisFitsTheLoadAndCanBeUndone) {
+  load("308_winchester_168");
+  ASSERT_EQ(recalculate(s), -1);
+  struct Band {
+    int type;
+    bool barrel;
+    double across, up;  // of the plot: 0 to 1 inside, beyond beside it
+    std::function<double(const Session&)> value;
+  };
+  const auto peak = [](const Session& x) { return x.result.pMax / 1e6; };
+  const auto velocity = [](const Session& x) { return x.result.vMuzzle; };
+  const Band bands[] = {
+      {1, false, -0.01, 0.6, peak},
+      {2, false, -0.01, 0.9, velocity},
+      {3, false, 1.01, 0.9, velocity},
+      {4, false, -0.01, 0.6, peak},
+      {5, false, -0.01, 0.9, velocity},
+      {6, false, 1.01, 0.9, velocity},
+      {6, false, 0.95, -0.01, [](const Session& x) { return -x.result.tStart * 1000; }},
+      {1, false, 0.9, -0.01, [](const Session& x) { return x.state.dim.Wob; }},
+      {1, true, 0.9, -0.01, [](const Session& x) { return x.state.dim.Llen * 25.4; }},
+  };
+  for (const Band& band : bands) {
+    SCOPED_TRACE(std::to_string(band.type) + " at " + std::to_string(band.across));
+    SetDisplayMode(s, band.type);
+    s.options.gbrlen = band.barrel;
+    const CalcState before = s.state;
+    const DiagramFrame f = output_diagram(s, 800, 600, estimated_text_width).frame;
+    const Point at{f.left + band.across * (f.right - f.left), f.bottom - band.up * (f.bottom - f.top)};
+    const auto wanted = fit_click(f, diagram_options(s), at);
+    ASSERT_TRUE(wanted.has_value());
+    EXPECT_FALSE(click_output(s, f, {f.left + 50, f.bottom - 50})) << "inside the plot";
+    ASSERT_TRUE(click_output(s, f, at));
+    EXPECT_TRUE(s.resultsValid);
+    EXPECT_TRUE(field(s, "frmMAIN", "status_line").text.starts_with(s.language.fastmsg("ffitted")));
+    if (wanted->mode != 2) {
+      EXPECT_NEAR(band.value(s), wanted->value, 0.0005 * wanted->value);
+    }
+    undo_fit(s);
+    EXPECT_FALSE(s.resultsValid);
+    EXPECT_EQ(s.state.chargeGr, before.chargeGr);
+    EXPECT_EQ(s.state.dim, before.dim);
+    ASSERT_EQ(recalculate(s), -1);
+  }
+}
+
+TEST_F(OutputWindow, ChosenColoursStandForThoseOfThePalette) {
+  const Colour green{0, 120, 0, 255}, blue{0, 0, 200, 255};
+  s.colours = {.paper = {}, .left = green, .right = blue};
+  s.options.grftyp = 6;
+  EXPECT_EQ(diagram_options(s).colours.pressure, green);
+  EXPECT_EQ(diagram_options(s).colours.velocity, blue);
+  EXPECT_EQ(diagram_options(s, true).colours.paper, dark_colours().paper);
+  s.options.grftyp = 5;  // the velocity stands at the left
+  EXPECT_EQ(diagram_options(s).colours.velocity, green);
 }
 
 }  // namespace
