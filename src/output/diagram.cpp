@@ -155,11 +155,11 @@ void draw_zones(Canvas& canvas, double limit) {
 }
 
 // A box for a text whose baseline starts there.
-Box text_box(const Canvas& canvas, double x, double baseline, double width) {
+LabelBox text_box(const Canvas& canvas, double x, double baseline, double width) {
   return {x - 2, baseline - 0.85 * canvas.size, x + width + 2, baseline + 0.25 * canvas.size};
 }
 
-Point text_anchor(const Canvas& canvas, const Box& box) {
+Point text_anchor(const Canvas& canvas, const LabelBox& box) {
   return {box.left + 2, box.bottom - 0.25 * canvas.size};
 }
 
@@ -171,9 +171,9 @@ struct LimitLine {
 };
 
 // At the right of the line, else further left; above it, else below.
-std::vector<Box> limit_candidates(const Canvas& canvas, const LimitLine& line, double y) {
+std::vector<LabelBox> limit_candidates(const Canvas& canvas, const LimitLine& line, double y) {
   const double width = canvas.measure(line.label);
-  std::vector<Box> out;
+  std::vector<LabelBox> out;
   const double room = canvas.frame.right - canvas.frame.left - width;
   for (const double baseline : {y - 0.35 * canvas.size, y + 1.1 * canvas.size}) {
     if (baseline > y && !line.label_below) break;
@@ -208,13 +208,13 @@ void draw_limits(Canvas& canvas, LabelPlacer& placer, const std::vector<LimitLin
 }
 
 // Around a point in rings of growing distance, upper places first; on the left first when asked.
-std::vector<Box> mark_candidates(const Canvas& canvas, Point at, double radius, double width,
-                                 bool left_first) {
+std::vector<LabelBox> mark_candidates(const Canvas& canvas, Point at, double radius, double width,
+                                      bool left_first) {
   struct Direction {
     double x, y;
   };
   constexpr Direction directions[] = {{0, -1}, {1, -1}, {-1, -1}, {1, 0}, {-1, 0}, {1, 1}, {-1, 1}, {0, 1}};
-  std::vector<Box> out;
+  std::vector<LabelBox> out;
   for (int ring = 0; ring < 12; ++ring) {
     const double gap = radius + 3 + ring * canvas.size;
     for (const Direction& d : directions) {
@@ -229,11 +229,11 @@ std::vector<Box> mark_candidates(const Canvas& canvas, Point at, double radius, 
 struct Mark {
   const char* label;
   Point at;
-  std::optional<Box> box;  // of the label
+  std::optional<LabelBox> box;  // of the label
 };
 
 // Joins a label that had to go far with its point.
-void draw_leader(Canvas& canvas, Point at, double radius, const Box& box) {
+void draw_leader(Canvas& canvas, Point at, double radius, const LabelBox& box) {
   const Point near{std::clamp(at.x, box.left, box.right), std::clamp(at.y, box.top, box.bottom)};
   const double away = std::hypot(near.x - at.x, near.y - at.y);
   if (away <= radius + canvas.size) return;
