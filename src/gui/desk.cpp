@@ -106,6 +106,14 @@ void Desk::recaption() {
   if (tiled) tile(*this);
 }
 
+// From the inside out; a hidden window would do it only when it is shown, too late to grow.
+static void settle_layouts(QWidget* window) {
+  const QList<QWidget*> inner = window->findChildren<QWidget*>();
+  for (qsizetype i = inner.size() - 1; i >= 0; --i)
+    if (inner[i]->layout()) inner[i]->layout()->activate();
+  if (window->layout()) window->layout()->activate();
+}
+
 View* Desk::view(std::string_view screen) {
   const auto at = views_.find(screen);
   if (at != views_.end()) return &at->second;
@@ -161,8 +169,8 @@ View Desk::make_view(const ScreenInfo& info) {
                     own = view.recaption] {
     apply_captions(root, session_, section);
     align_form(root);
-    // The new captions may need more room.
-    if (root->layout()) root->layout()->activate();
+    // The new captions may need more room, also in a window that is hidden now.
+    settle_layouts(window);
     window->resize(window->size().expandedTo(window->minimumSizeHint()));
     window->setWindowTitle(plain_caption(qt(session_.language.text(section, screen))) + " - " + kProgramName);
     if (own) own();

@@ -92,6 +92,8 @@ TEST(Captions, EveryControlIsCaptionedTippedAndNotCutInFourLanguages) {
       view->window->show();
       QApplication::processEvents();
       check_room(view->window, screen);
+      // The next language finds some of them hidden, as dialogs are.
+      if (!qobject_cast<QMdiSubWindow*>(view->window)) view->window->hide();
     }
   }
 }
