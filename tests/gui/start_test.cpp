@@ -1,0 +1,233 @@
+// Start and end of the whole program: notice, order, second start, homes in every state.
+#include <gtest/gtest.h>
+
+#include <QComboBox>
+#include <QDirIterator>
+#include <QElapsedTimer>
+#include <QLineEdit>
+#include <QMdiSubWindow>
+#include <QProcess>
+#include <QTest>
+#include <fstream>
+#include <map>
+
+#include "gui/modal.h"
+#include "gui/program.h"
+
+namespace tv {
+namespace {
+
+TEST(Start, TheNoticeMustBeAgreedTo) {
+  const Home home;
+  Program program(home);
+  Session& s = program.session;
+  Modal dialog([](QDialog* notice) {
+    auto* go_on = notice->findChild<QPushButton*>("weiter");
+    EXPECT_FALSE(go_on->isEnabled());
+    EXPECT_TRUE(notice->findChild<QPushButton*>("page_down")->isEnabled());
+    notice->findChild<QPushButton*>("page_down")->click();
+    EXPECT_TRUE(notice->findChild<QPushButton*>("page_up")->isEnabled());
+    QTest::mouseClick(notice->findChild<QAbstractButton*>("Check2"), Qt::LeftButton, {}, QPoint(8, 8));
+    QTest::mouseClick(notice->findChild<QAbstractButton*>("acceptiert"), Qt::LeftButton, {}, QPoint(8, 8));
+    EXPECT_TRUE(go_on->isEnabled());
+    go_on->click();
+  });
+  open_screen(s, "Form2");
+  EXPECT_TRUE(s.notice_agreed);
+  EXPECT_TRUE(s.options.accept);
+  Program again(home);
+  EXPECT_TRUE(again.session.options.accept) << "told in the settings file";
+}
+
+TEST(Start, WithoutALanguageFileItAsksAndMayEnd) {
+  const Home home;
+  GuiUser user;
+  Session session(user);
+  user.attach(&session, nullptr);
+  PlaceHints hints = home.hints();
+  hints.build_share.clear();
+  int boxes = 0;
+  QTimer answer;
+  answer.setInterval(5);
+  QObject::connect(&answer, &QTimer::timeout, [&] {
+    auto* shown = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+    if (!shown) return;
+    ++boxes;
+    if (auto* box = qobject_cast<QMessageBox*>(shown))
+      box->buttons().last()->click();
+    else
+      shown->reject();
+  });
+  answer.start();
+  EXPECT_FALSE(start(session, hints));
+  EXPECT_GE(boxes, 3);
+}
+
+TEST(Start, ADamagedSettingsFileLeavesTheDefaults) {
+  const Home home;
+  std::string settings;
+  {
+    Program first(home);
+    settings = first.session.settings_file;
+  }
+  std::string rubbish =
+      "[startup\n\x01\xff\xfe=\n[[[metrics]\nlaflen=abc\n[startup]\nform1w=-1e400\nform3l=nan\ngrftyp=999\n";
+  rubbish.append(5000, '\0');
+  std::ofstream(settings, std::ios::binary) << rubbish;
+  Program program(home);
+  ASSERT_TRUE(program.started);
+  program.session.sound = false;
+  program.open();
+  EXPECT_TRUE(program.desk->frame()->isVisible());
+  EXPECT_GT(program.desk->frame()->width(), 300);
+}
+
+TEST(Start, ASecondInstanceIsRefused) {
+  QTemporaryDir folder;
+  qputenv("XDG_RUNTIME_DIR", folder.path().toLocal8Bit());
+  auto first = take_instance_lock();
+  ASSERT_NE(first, nullptr);
+  EXPECT_EQ(take_instance_lock(), nullptr);
+  first.reset();
+  EXPECT_NE(take_instance_lock(), nullptr);
+}
+
+// Runs the program as main does; `step` is called every few milliseconds with the dialog that blocks, or
+// null, until the program ends.
+void run_whole(const PlaceHints& hints, const std::function<void(QDialog*)>& step) {
+  App& app = *static_cast<App*>(qApp);
+  bool running = true;
+  QElapsedTimer since;
+  since.start();
+  QTimer driver;
+  driver.setInterval(5);
+  QObject::connect(&driver, &QTimer::timeout, [&] {
+    // Later, as a timer whose slot waits for a dialog does not come again.
+    QTimer::singleShot(0, qApp, [&] {
+      auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+      if (!running || (dialog && !dialog->isVisible())) return;
+      if (!since.hasExpired(30000)) return step(dialog);
+      if (dialog) dialog->reject();
+      app.exit(1);
+    });
+  });
+  driver.start();
+  EXPECT_EQ(run_program(app, hints, {}), 0) << "did not end by itself";
+  driver.stop();
+  running = false;
+  QApplication::processEvents();
+  plain_look(app);
+}
+
+MainFrame* open_frame() {
+  for (QWidget* window : QApplication::topLevelWidgets())
+    if (auto* frame = dynamic_cast<MainFrame*>(window); frame && frame->isVisible()) return frame;
+  return nullptr;
+}
+
+void agree(QDialog* notice) {
+  notice->findChild<QAbstractButton*>("acceptiert")->click();
+  notice->findChild<QPushButton*>("weiter")->click();
+}
+
+TEST(Start, TheNoticeComesBeforeTheFrameAndTheEndIsAsked) {
+  const Home home;
+  std::vector<std::string> order;
+  run_whole(home.hints(), [&](QDialog* dialog) {
+    if (dialog && dialog->objectName() == "Form2") {
+      EXPECT_EQ(open_frame(), nullptr);
+      order.push_back("notice");
+      return agree(dialog);
+    }
+    if (auto* box = qobject_cast<QMessageBox*>(dialog)) {
+      order.push_back("box");
+      box->buttons().front()->click();
+    } else if (MainFrame* frame = open_frame(); frame && !dialog) {
+      order.push_back("frame");
+      for (const char* screen : {"Form3", "Form4", "Form5", "Form7"})
+        EXPECT_TRUE(frame->findChild<QMdiSubWindow*>(screen)->isVisible()) << screen;
+      frame->close();
+    }
+  });
+  EXPECT_EQ(order, (std::vector<std::string>{"notice", "frame", "box"}));
+}
+
+TEST(Start, AHomeThatCannotBeWrittenIsToldOfAndWorkedWith) {
+  const Home home;
+  PlaceHints hints = home.hints();
+  std::ofstream(home.folder() + "stone") << "a file where the folder should be";
+  hints.root = home.folder() + "stone/data/";
+  std::map<std::string, int> told;
+  bool calculated = false, closing = false;
+  run_whole(hints, [&](QDialog* dialog) {
+    if (dialog && dialog->objectName() == "Form2") return agree(dialog);
+    if (auto* box = qobject_cast<QMessageBox*>(dialog)) {
+      ++told[utf8(box->text())];
+      box->buttons().front()->click();
+    } else if (MainFrame* frame = open_frame(); frame && !dialog && !closing) {
+      auto* pick = frame->findChild<QComboBox*>("HVolDat");
+      Q_EMIT pick->activated(3);
+      calculated = frame->findChild<QLineEdit*>("Zkalm")->text().toDouble() > 0;
+      closing = true;
+      frame->close();
+    }
+  });
+  EXPECT_TRUE(calculated);
+  // The settings at the notice and at the end, the mark of the bullet file at start and end.
+  int boxes = 0;
+  for (const auto& [text, times] : told)
+    if (text.find("stone") != std::string::npos) boxes += times;
+  EXPECT_EQ(boxes, 4);
+}
+
+bool holds_data(const QString& home) {
+  QDirIterator files(home, {"ternofw.*"}, QDir::Files, QDirIterator::Subdirectories);
+  return files.hasNext();
+}
+
+TEST(Start, ASecondProcessTouchesNothing) {
+  QTemporaryDir runtime;
+  struct Process {
+    QTemporaryDir home;
+    QProcess process;
+    void start(const QTemporaryDir& runtime_folder) {
+      QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+      environment.insert("QT_QPA_PLATFORM", "offscreen");
+      environment.insert("XDG_RUNTIME_DIR", runtime_folder.path());
+      environment.insert("HOME", home.path());
+      process.setProcessEnvironment(environment);
+      process.setProcessChannelMode(QProcess::MergedChannels);
+      process.start(TV_BIN_DIR "/ternovale", {});
+    }
+    bool works() {
+      return QTest::qWaitFor([this] { return holds_data(home.path()); }, 20000);
+    }
+    void kill() {
+      process.kill();
+      process.waitForFinished();
+    }
+  };
+  Process first, second;
+  first.start(runtime);
+  ASSERT_TRUE(first.works());
+  second.start(runtime);
+  ASSERT_TRUE(second.process.waitForStarted());
+  QTest::qWait(1500);
+  EXPECT_EQ(second.process.state(), QProcess::Running) << "it says so and waits";
+  EXPECT_FALSE(holds_data(second.home.path()));
+  second.kill();
+  first.kill();  // leaves its lock behind
+  second.start(runtime);
+  EXPECT_TRUE(second.works()) << "the lock of a dead process counts for nothing";
+  second.kill();
+}
+
+TEST(Start, TheBoxOfASecondStartSpeaksTwoLanguages) {
+  QString text;
+  Modal box(box_button(0, &text));
+  say_already_running();
+  EXPECT_EQ(text, "Ternovale is already running!\nTernovale läuft bereits!");
+}
+
+}  // namespace
+}  // namespace tv
