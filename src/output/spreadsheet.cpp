@@ -96,20 +96,31 @@ int build_workbook(const ExportData& data, const std::string& path) {
   return errno == ENOSPC ? kDiskFull : kFileError;
 }
 
-std::string quoted(const std::string& text) {
-  if (text.find_first_of(",\"\r\n") == std::string::npos) return text;
-  std::string out = "\"";
+void append_quoted(std::string& out, const std::string& text) {
+  if (text.find_first_of(",\"\r\n") == std::string::npos) {
+    out += text;
+    return;
+  }
+  out += '"';
   for (const char c : text) {
     if (c == '"') out += '"';
     out += c;
   }
-  return out + '"';
+  out += '"';
 }
 
-std::string cell_text(const ExportCell& cell) {
-  if (const auto* number = std::get_if<double>(&cell)) return general(*number);
-  if (const auto* text = std::get_if<std::string>(&cell)) return quoted(*text);
-  return {};
+void append_cell(std::string& out, const ExportCell& cell) {
+  if (const auto* number = std::get_if<double>(&cell)) out += general(*number);
+  if (const auto* text = std::get_if<std::string>(&cell)) append_quoted(out, *text);
+}
+
+template <class Cells, class Append>
+void append_line(std::string& out, const Cells& cells, Append append) {
+  for (std::size_t i = 0; i < cells.size(); ++i) {
+    if (i) out += ',';
+    append(out, cells[i]);
+  }
+  out += "\r\n";
 }
 
 }  // namespace
@@ -124,12 +135,8 @@ int write_xlsx(const ExportData& data, const std::string& path) {
 
 std::string csv_text(const ExportData& data) {
   std::string out = "\xEF\xBB\xBF";
-  for (std::size_t i = 0; i < data.headers.size(); ++i) out += (i ? "," : "") + quoted(data.headers[i]);
-  out += "\r\n";
-  for (const auto& row : data.data) {
-    for (std::size_t i = 0; i < row.size(); ++i) out += (i ? "," : "") + cell_text(row[i]);
-    out += "\r\n";
-  }
+  append_line(out, data.headers, append_quoted);
+  for (const auto& row : data.data) append_line(out, row, append_cell);
   return out;
 }
 
