@@ -1,12 +1,13 @@
 #!/usr/bin/env bash
 # tools/install.sh GROUP...: installs from Debian's packages what is missing of the groups build, test and ci.
-# Nothing missing: no call of apt-get, no rights needed.
+# Nothing missing: no call of apt-get, no rights needed. PROGRAM=PACKAGE is there when the program is, from whatever
+# package: the office program without windows would drive out one with windows.
 set -euo pipefail
 
 declare -A packages=(
   [build]="g++ cmake ninja-build pkg-config qt6-base-dev qt6-svg-dev libxlsxwriter-dev libcli11-dev
            nlohmann-json3-dev libfmt-dev libgtest-dev libbenchmark-dev libboost-dev qt6-qpa-plugins"
-  [test]="clang fonts-dejavu-core poppler-utils"
+  [test]="clang fonts-dejavu-core soffice=libreoffice-calc-nogui poppler-utils unzip"
   [ci]="git clang-format libclang-rt-14-dev dpkg-dev lintian desktop-file-utils appstream shared-mime-info
         libglib2.0-bin"
 )
@@ -15,7 +16,11 @@ missing=()
 for group in "$@"; do
   [[ -n ${packages[$group]:-} ]] || { echo "install.sh: no such group: $group" >&2; exit 2; }
   for package in ${packages[$group]}; do
-    dpkg-query -W -f '${db:Status-Status}' "$package" 2>/dev/null | grep -qx installed || missing+=("$package")
+    if [[ $package == *=* ]]; then
+      command -v "${package%%=*}" >/dev/null || missing+=("${package#*=}")
+    else
+      dpkg-query -W -f '${db:Status-Status}' "$package" 2>/dev/null | grep -qx installed || missing+=("$package")
+    fi
   done
 done
 ((${#missing[@]})) || exit 0

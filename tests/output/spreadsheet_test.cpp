@@ -176,34 +176,101 @@ TEST(Spreadsheet, TheWorkbookHoldsTextsAsTextsNumbersInFullAndAChart) {
   EXPECT_EQ(part(path, "xl/worksheets/sheet1.xml").find("NaN"), std::string::npos);
 }
 
-// The values of all number cells, in order, as an office program holds them after reading the file.
-std::vector<double> office_values(const Folder& folder, const std::string& name) {
-  output_of("cd '" + (folder / "") + "' && HOME='" + (folder / "home") +
-            "' timeout 120 soffice --headless --convert-to fods --outdir . " + name + ".xlsx 2>&1");
-  std::string text = read_file(folder / (name + ".fods")).bytes;
-  text.erase(std::min(text.find("</table:table>"), text.size()));  // the chart keeps a copy behind the sheet
-  std::vector<double> values;
-  const std::string mark = "<table:table-cell", value = "office:value=\"";
-  for (std::size_t at = text.find(mark); at != std::string::npos; at = text.find(mark, at + 1)) {
-    const std::size_t found = text.find(value, at);
-    if (found < text.find('>', at)) values.push_back(read_number(text.substr(found + value.size(), 30)));
-  }
-  return values;
+std::string between(const std::string& text, const std::string& from, const std::string& to) {
+  const std::size_t at = text.find(from);
+  if (at == std::string::npos) return {};
+  return text.substr(at + from.size(), text.find(to, at + from.size()) - at - from.size());
 }
 
-TEST(Spreadsheet, AnOfficeProgramReadsTheSameNumbers) {
-  if (output_of("command -v soffice").empty()) GTEST_SKIP() << "no office program here";
+std::vector<std::string> parts(const std::string& text, const std::string& head) {
+  std::vector<std::string> found;
+  for (std::size_t at = text.find(head); at != std::string::npos;) {
+    const std::size_t next = text.find(head, at + 1);
+    found.push_back(text.substr(at, next - at));
+    at = next;
+  }
+  return found;
+}
+
+std::string unescaped(std::string text) {
+  for (const auto& [mark, c] : {std::pair{"&lt;", "<"}, {"&gt;", ">"}, {"&quot;", "\""}, {"&amp;", "&"}})
+    for (std::size_t at = text.find(mark); at != std::string::npos; at = text.find(mark, at + 1))
+      text.replace(at, std::string(mark).size(), c);
+  return text;
+}
+
+ExportCell office_cell(const std::string& xml) {
+  const std::string tag = xml.substr(0, xml.find('>'));
+  if (tag.find("value-type=\"float\"") != std::string::npos)
+    return read_number(between(tag, "office:value=\"", "\""));
+  if (tag.find("value-type=\"string\"") != std::string::npos)
+    return unescaped(between(xml, "<text:p>", "</text:p>"));
+  return {};
+}
+
+// What an office program holds after reading the files: their sheets and charts as it writes them itself.
+void convert_by_office(const Folder& folder, const std::string& files) {
+  output_of("cd '" + (folder / "") + "' && HOME='" + (folder / "home") +
+            "' timeout 120 soffice --headless --convert-to fods --outdir . " + files + " 2>&1");
+}
+
+void expect_sheet(const std::string& fods, const ExportData& data) {
+  const std::string sheet =
+      between(fods, "<table:table table:name=\"Ternovale &gt; Excel Results\"", "</table:table>");
+  const std::vector<std::string> rows = parts(sheet, "<table:table-row");
+  ASSERT_GE(rows.size(), data.data.size() + 1);
+  for (std::size_t row = 0; row <= data.data.size(); ++row) {
+    const std::vector<std::string> cells = parts(rows[row], "<table:table-cell");
+    std::size_t at = 0;  // blank cells in a row stand as one
+    for (std::size_t col = 0; col < data.headers.size(); ++at) {
+      ASSERT_LT(at, cells.size());
+      const std::string repeated = between(cells[at], "number-columns-repeated=\"", "\"");
+      const ExportCell read = office_cell(cells[at]);
+      for (int n = repeated.empty() ? 1 : std::stoi(repeated); n > 0 && col < data.headers.size();
+           --n, ++col) {
+        SCOPED_TRACE(std::to_string(row) + ", " + data.headers[col]);
+        const ExportCell wanted = row ? data.data[row - 1][col] : ExportCell(data.headers[col]);
+        ASSERT_EQ(read.index(), wanted.index());
+        if (const auto* x = std::get_if<double>(&wanted))
+          EXPECT_NEAR(std::get<double>(read), *x, 1e-13 * std::abs(*x));
+        else
+          EXPECT_EQ(read, wanted);
+      }
+    }
+  }
+}
+
+TEST(Spreadsheet, AnOfficeProgramReadsTheSameCellsAndTheChart) {
+  ASSERT_FALSE(output_of("command -v soffice").empty())
+      << "tools/install.sh test installs the office program";
   const Folder folder;
-  const ExportData d = export_load_table(load_table(), {});
-  ASSERT_EQ(write_xlsx(d, folder / "table.xlsx"), kNoFailure);
-  std::vector<double> expected;
-  for (const auto& row : d.data)
-    for (const ExportCell& cell : row)
-      if (const auto* x = std::get_if<double>(&cell)) expected.push_back(*x);
-  const std::vector<double> values = office_values(folder, "table");
-  ASSERT_EQ(values.size(), expected.size());
-  for (std::size_t i = 0; i < values.size(); ++i)
-    EXPECT_NEAR(values[i], expected[i], 1e-13 * std::abs(expected[i])) << i;
+  test::Shot shot = test::rifle();
+  PowderCriteria chamber;
+  chamber.strategy = 8;
+  chamber.lv_min = 50;
+  chamber.veltab = 820;
+  const PowderTable powders = test::run(shot, test::powders(), chamber);
+  ASSERT_TRUE(shot.run());
+  const ExportData books[] = {export_load_table(load_table(), {}), export_powder_table(powders, true),
+                              export_diagram(6, shot.curve, shot.result.lastIdx, {false, 10}), awkward()};
+  std::string files;
+  for (std::size_t i = 0; i < std::size(books); ++i) {
+    ASSERT_EQ(write_xlsx(books[i], folder / (std::to_string(i) + ".xlsx")), kNoFailure);
+    files += " " + std::to_string(i) + ".xlsx";
+  }
+  convert_by_office(folder, files);
+  for (std::size_t i = 0; i < std::size(books); ++i) {
+    SCOPED_TRACE(i);
+    const std::string fods = read_file(folder / (std::to_string(i) + ".fods")).bytes;
+    expect_sheet(fods, books[i]);
+    EXPECT_NE(fods.find("table:name=\"Ternovale &gt; Excel Graph\""), std::string::npos);
+    std::string titles;
+    for (const std::string& title : parts(fods, "<chart:title"))
+      titles += unescaped(between(title, "<text:p>", "</text:p>")) + "|";
+    EXPECT_EQ(titles,
+              "Ternovale > Excel Diagram|" + (books[i].x_title.empty() ? "" : books[i].x_title + "|") + "Y|");
+    EXPECT_EQ(parts(fods, "<chart:series").size(), books[i].headers.size() - 1);
+  }
 }
 
 TEST(Spreadsheet, AFailureLeavesTheOldFile) {
