@@ -64,12 +64,16 @@ int write_all(int file, std::string_view bytes, const FileCalls& calls) {
   return 0;
 }
 
+constexpr int kTries = 1000;
+
+std::string temporary_name(const std::string& target, int i) {
+  return file_folder(target) + ".ternovale." + std::to_string(getpid()) + "." + std::to_string(i) + ".part";
+}
+
 // A new file of a name that nobody else uses, beside the target. -1 and errno on failure.
 int create_beside(const std::string& target, std::string& name, const FileCalls& calls) {
-  constexpr int kTries = 1000;
-  const std::string stem = file_folder(target) + ".ternovale." + std::to_string(getpid());
   for (int i = 0; i < kTries; ++i) {
-    name = stem + "." + std::to_string(i) + ".part";
+    name = temporary_name(target, i);
     const int file = calls.create(name.c_str());
     if (file >= 0 || errno != EEXIST) return file;
   }
@@ -94,16 +98,30 @@ bool same_file(const std::string& a, const std::string& b) {
   return stat(a.c_str(), &x) == 0 && stat(b.c_str(), &y) == 0 && x.st_dev == y.st_dev && x.st_ino == y.st_ino;
 }
 
-// The present file gets a second name; where the file system knows no such thing its bytes are copied.
+// A second name of the target beside the backup, of a name that nobody else uses. False where the file system
+// knows no such thing.
+bool link_beside(const std::string& target, const std::string& backup, std::string& name,
+                 const FileCalls& calls) {
+  for (int i = 0; i < kTries; ++i) {
+    name = temporary_name(backup, i);
+    if (calls.link(target.c_str(), name.c_str()) == 0) return true;
+    if (errno != EEXIST) return false;
+  }
+  return false;
+}
+
+// The present file becomes the backup, by a second name or, where there is no such thing, by a copy. The
+// former backup stands until that takes its place in one step.
 void keep_backup(const std::string& target, const std::string& backup, const FileCalls& calls) {
   // A backup of the file's own name would be the loss of the file; two names of one file are a former backup.
   if (same_file(target, backup) && file_name_only(target) == file_name_only(backup)) return;
-  calls.remove(backup.c_str());
-  if (calls.link(target.c_str(), backup.c_str()) == 0) return;
-  const FileRead old = read_file(target);
   std::string name;
-  if (old.failure || write_beside(backup, old.bytes, nullptr, name, calls)) return;
-  if (calls.rename(name.c_str(), backup.c_str()) < 0) calls.remove(name.c_str());
+  if (!link_beside(target, backup, name, calls)) {
+    const FileRead old = read_file(target);
+    if (old.failure || write_beside(backup, old.bytes, nullptr, name, calls)) return;
+  }
+  calls.rename(name.c_str(), backup.c_str());
+  calls.remove(name.c_str());  // still there if that failed, or if both were names of one file already
 }
 
 // Makes the new name last. The file is whole with or without it, so its failure is none of the write.

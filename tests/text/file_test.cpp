@@ -2,19 +2,25 @@
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <csignal>
+#include <cstdlib>
 #include <filesystem>
+#include <random>
 #include <string>
 
 #include "text/file_calls.h"
 #include "text/scratch.h"
+#include "without_rights.h"
 
 namespace tv {
 namespace {
 
 namespace fs = std::filesystem;
+using tv_test::WithoutRights;
 
 int count_files(const std::string& folder) {
   int n = 0;
@@ -65,10 +71,24 @@ TEST(WriteFile, NamesTheFailure) {
   EXPECT_EQ(make_folders(at / "b/c/d"), kNoFailure);
   EXPECT_EQ(make_folders(at / "b/c/d"), kNoFailure);
   EXPECT_TRUE(folder_exists(at / "b/c/d"));
-  if (geteuid() == 0) return;  // nothing is forbidden to root
-  ASSERT_EQ(chmod((at / "a.dat").c_str(), 0400), 0);
-  EXPECT_EQ(write_file(at / "a.dat", "y"), kPermissionDenied);
-  EXPECT_EQ(read_file(at / "a.dat").bytes, "x");
+}
+
+TEST(WriteFile, IsRefusedWithoutTheRight) {
+  Scratch at;
+  const std::string file = at / "a.dat", secret = at / "secret.dat", held = at / "held/a.dat";
+  ASSERT_EQ(make_folders(at / "held"), kNoFailure);
+  for (const std::string& name : {file, secret, held}) ASSERT_EQ(write_file(name, "x"), kNoFailure);
+  ASSERT_EQ(chmod(at.path().c_str(), 0777) + chmod(file.c_str(), 0444) + chmod(secret.c_str(), 0), 0);
+  ASSERT_EQ(chmod((at / "held").c_str(), 0555), 0);
+  {
+    const WithoutRights nobody;
+    EXPECT_EQ(write_file(file, "y", at / "a.bak"), kPermissionDenied) << "the file is protected";
+    EXPECT_EQ(write_file(held, "y", at / "held/a.bak"), kPermissionDenied) << "its folder is";
+    EXPECT_EQ(read_file(secret).failure, kPermissionDenied);
+    EXPECT_EQ(read_file(file).bytes + read_file(held).bytes, "xx");
+  }
+  ASSERT_EQ(chmod((at / "held").c_str(), 0755), 0);
+  EXPECT_EQ(count_files(at.path()) + count_files(at / "held"), 4) << "nothing is left of the attempts";
 }
 
 // Calls that fail at a chosen place: once, or as if the program had ended there.
@@ -137,14 +157,58 @@ TEST(WriteFile, FailingAtAnyStepLeavesTheOldFileOrTheNewOne) {
       const std::string found = read_file(target).bytes;
       SCOPED_TRACE(testing::Message() << "step " << step << (ends ? ", program ended" : ""));
       EXPECT_EQ(found, failure ? kOld : kNew);
-      const FileRead former = read_file(kept);
-      if (!former.failure) {
-        EXPECT_TRUE(former.bytes == "older" || former.bytes == kOld);
-      }
+      const std::string former = read_file(kept).bytes;
+      EXPECT_TRUE(former == "older" || former == kOld) << former << ": the backup is never missing";
       if (!ends) {
         EXPECT_LE(count_files(folder.path()), 2) << "a temporary file is left";
       }
     }
+  }
+}
+
+// Versions of a file as long as their number tells, so that a part of one, or of two, is known.
+std::string version(int n) {
+  std::string bytes = "version " + std::to_string(n) + "\n";
+  while (bytes.size() < 3000U + 7919U * static_cast<unsigned>(n) % 50000U) bytes += bytes;
+  return bytes + "end";
+}
+
+// The number of the whole version that the bytes are; -1 if they are none.
+int version_of(const std::string& bytes) {
+  const int n = bytes.starts_with("version ") ? std::atoi(bytes.c_str() + 8) : -1;
+  return n >= 0 && bytes == version(n) ? n : -1;
+}
+
+[[noreturn]] void write_versions(const std::string& file, const std::string& backup, int first) {
+  for (int n = first;; ++n)
+    if (write_file(file, version(n), backup) != kNoFailure) _exit(1);
+}
+
+// A program that does nothing but save is killed, again and again, wherever it happens to be; who reads
+// meanwhile finds whole files too.
+TEST(WriteFile, KilledAtAnyMomentLeavesWholeFiles) {
+  Scratch at;
+  const std::string file = at / "a.dat", backup = at / "a.bak";
+  for (int n : {0, 1}) ASSERT_EQ(write_file(file, version(n), backup), kNoFailure);
+  std::mt19937 random(1);
+  int last = 1;
+  for (int kills = 0; kills < 36; ++kills) {
+    const pid_t child = fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) write_versions(file, backup, last + 1);
+    int seen = last;
+    while (seen == last && waitpid(child, nullptr, WNOHANG) == 0) seen = version_of(read_file(file).bytes);
+    ASSERT_GT(seen, last) << "a write failed, or its file was not whole";
+    usleep(static_cast<useconds_t>(random() % 8000));
+    kill(child, SIGKILL);
+    int status = 0;
+    ASSERT_EQ(waitpid(child, &status, 0), child);
+    ASSERT_TRUE(WIFSIGNALED(status)) << "a write failed";
+    const int found = version_of(read_file(file).bytes), former = version_of(read_file(backup).bytes);
+    ASSERT_GE(found, seen) << "neither the old file nor the new one";
+    // Between the two changes of names the present file is its own backup.
+    ASSERT_TRUE(former == found || former == found - 1) << former << " is not the version before " << found;
+    last = found;
   }
 }
 
