@@ -5,13 +5,13 @@
 #include <QFileInfo>
 #include <QKeyEvent>
 #include <QMessageBox>
-#include <QProxyStyle>
 #include <QStandardPaths>
 #include <algorithm>
 
 #include "gui/desk.h"
 #include "gui/gui_user.h"
 #include "gui/icons.h"
+#include "gui/program_style.h"
 #include "gui/windows.h"
 #include "screens/entry.h"
 #include "session/files.h"
@@ -23,21 +23,6 @@ std::string local_folder(const QString& path) {
   const std::string folder = QFile::encodeName(path).toStdString();
   return folder.empty() || folder.ends_with('/') ? folder : folder + '/';
 }
-
-// Tips come after the delay that the options name.
-class TipStyle : public QProxyStyle {
-public:
-  explicit TipStyle(const Session& s) : session_(s) {}
-  int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
-                QStyleHintReturn* data) const override {
-    if (hint == SH_ToolTip_WakeUpDelay)
-      return static_cast<int>(std::clamp(session_.options.tiptim, 0.0, 30.0) * 1000);
-    return QProxyStyle::styleHint(hint, option, widget, data);
-  }
-
-private:
-  const Session& session_;
-};
 
 // The safety notice; false: the program is to end.
 bool show_notice(Session& s) {
@@ -102,7 +87,7 @@ int run_program(App& app, const PlaceHints& hints, const QStringList& loads) {
   GuiUser user;
   Session session(user);
   user.attach(&session, nullptr);
-  app.setStyle(new TipStyle(session));
+  app.setStyle(new ProgramStyle(session));
   app.session = &session;
   app.setWindowIcon(program_icon());
   app.setQuitOnLastWindowClosed(false);  // the notice closes before the frame opens

@@ -205,13 +205,21 @@ bool Binder::eventFilter(QObject* watched, QEvent* event) {
   }
 }
 
-void Binder::refresh() {
+bool Binder::refresh() {
+  relabelled_ = false;
   const Screen& screen = session_.screens[screen_];
   for (const auto& [name, field] : screen.fields)
     if (auto* widget = bound(name)) show(name, field, widget);
   show_units();
   show_sources();
   show_hint(screen);
+  return relabelled_;
+}
+
+void Binder::show_label(QLabel* label, const QString& text) {
+  if (label->text() == text) return;
+  label->setText(text);
+  relabelled_ = true;
 }
 
 void Binder::show(const std::string& name, const Field& field, QWidget* widget) {
@@ -234,7 +242,7 @@ void Binder::show(const std::string& name, const Field& field, QWidget* widget) 
   } else if (auto* button = qobject_cast<QAbstractButton*>(widget)) {
     if (button->isCheckable() && button->isChecked() != field.checked) button->setChecked(field.checked);
   } else if (auto* label = qobject_cast<QLabel*>(widget)) {
-    if (label->text() != text) label->setText(text);
+    show_label(label, text);
   } else if (auto* bar = qobject_cast<QSlider*>(widget)) {
     const BarPlace place = bar_place(session_, screen_, name);
     bar->setRange(place.least, place.most);
@@ -310,7 +318,7 @@ void Binder::show_units() {
       unit = qt(chosen_pressure_unit(session_));
     else if (const QStringList units = label->property("local_units").toStringList(); units.size() == 2)
       unit = qt(session_.language.text("units", utf8(units[imperial ? 1 : 0])));
-    if (!unit.isEmpty() && label->text() != unit) label->setText(unit);
+    if (!unit.isEmpty()) show_label(label, unit);
   }
 }
 

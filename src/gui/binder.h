@@ -26,7 +26,8 @@ public:
   // Binds all children of root that are controls of the screen. Enter in a field presses default_button.
   Binder(Session& session, Act act, std::string screen, QWidget* root, std::string default_button);
 
-  void refresh();  // record to widgets
+  // Record to widgets. True: a label has changed and may need more room.
+  bool refresh();
   // Escape: the field gets back what it held, else the screen closes.
   void escape();
 
@@ -42,6 +43,7 @@ private:
   void show(const std::string& name, const Field& field, QWidget* widget);
   void show_list(const std::string& name, const Field& field, QComboBox* combo);
   void show_rows(const std::string& name, const Field& field, QListWidget* list);
+  void show_label(QLabel* label, const QString& text);
   void show_look(const Field& field, QWidget* widget);
   void show_units();
   void show_sources();
@@ -54,6 +56,7 @@ private:
   QWidget* root_;
   std::string default_button_;
   QLabel* hint_ = nullptr;
+  bool relabelled_ = false;
   std::map<std::string, std::vector<std::string>> shown_items_;
 };
 

@@ -161,17 +161,20 @@ View Desk::make_view(const ScreenInfo& info) {
   }
   view.window->setObjectName(screen);
   view.window->setProperty(kOwnSection, true);
-  view.refresh = [binder, own = view.refresh] {
-    binder->refresh();
+  // New captions and units may need more room, also in a window that is hidden now.
+  const auto fit = [window = view.window, root = view.root] {
+    align_form(root);
+    settle_layouts(window);
+    window->resize(window->size().expandedTo(window->minimumSizeHint()));
+  };
+  view.refresh = [binder, fit, own = view.refresh] {
+    if (binder->refresh()) fit();
     if (own) own();
   };
   view.recaption = [this, screen, section = std::string(info.section), window = view.window, root = view.root,
-                    own = view.recaption] {
+                    fit, own = view.recaption] {
     apply_captions(root, session_, section);
-    align_form(root);
-    // The new captions may need more room, also in a window that is hidden now.
-    settle_layouts(window);
-    window->resize(window->size().expandedTo(window->minimumSizeHint()));
+    fit();
     window->setWindowTitle(plain_caption(qt(session_.language.text(section, screen))) + " - " + kProgramName);
     if (own) own();
   };

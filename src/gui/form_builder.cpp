@@ -12,6 +12,7 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QSlider>
+#include <QStyle>
 #include <algorithm>
 #include <map>
 
@@ -172,6 +173,8 @@ private:
 
   void add_line(QGridLayout& grid, int at, const Row& row, QWidget& box) {
     auto* line = new QHBoxLayout;
+    line->setSpacing(root_->style()->pixelMetric(QStyle::PM_LayoutHorizontalSpacing) *
+                     (row.shape == RowShape::bare ? 3 : 1));  // boxes stand further apart than buttons
     if (row.shape == RowShape::buttons) line->addStretch(1);
     for (const Place& place : row.places)
       if (place.control)

@@ -8,11 +8,10 @@
 #include "gui/binder.h"
 #include "gui/captions.h"
 #include "gui/number_edit.h"
+#include "gui/program_style.h"
 
 namespace tv {
 namespace {
-
-bool is_dark(const QPalette& palette) { return palette.color(QPalette::Base).lightness() < 128; }
 
 // Relative luminance of sRGB, and black or white, whichever stands out more.
 double luminance(const QColor& colour) {

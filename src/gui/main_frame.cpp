@@ -105,6 +105,7 @@ MainFrame::MainFrame(Desk& desk)
   area_->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
   area_->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
   area_->setActivationOrder(QMdiArea::CreationOrder);
+  area_->viewport()->installEventFilter(this);
   layout->addWidget(notice_);
   layout->addWidget(area_, 1);
   setCentralWidget(centre);
@@ -133,6 +134,18 @@ void MainFrame::refresh() {
   notice = ' ' + notice.replace('\n', ' ').trimmed() + ' ';
   if (notice_->text() != notice) notice_->setText(notice);
   notice_->setVisible(!s.options.nowarn);
+}
+
+// Tiles that nobody has moved follow the room: the frame grows, the notice takes another line or goes.
+bool MainFrame::eventFilter(QObject* watched, QEvent* event) {
+  if (watched == area_->viewport() && event->type() == QEvent::Resize && !retiling_) {
+    retiling_ = true;
+    QTimer::singleShot(0, this, [this] {
+      if (still_tiled(desk_)) tile(desk_);
+      retiling_ = false;
+    });
+  }
+  return QMainWindow::eventFilter(watched, event);
 }
 
 void MainFrame::recaption() { apply_captions(this, desk_.session(), "frmMAIN"); }
@@ -175,10 +188,6 @@ void MainFrame::restore_places() {
   if (!any) {
     show();
     tile(desk_);
-    // Once more when the notice strip knows its height.
-    QTimer::singleShot(0, this, [this] {
-      if (still_tiled(desk_)) tile(desk_);
-    });
     return;
   }
   for (const PlaceKeys& keys : kChildren) {

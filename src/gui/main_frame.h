@@ -29,6 +29,7 @@ public:
   void keep_places();     // into the options
 
 protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
   void dragEnterEvent(QDragEnterEvent* event) override;
   void dropEvent(QDropEvent* event) override;
@@ -41,6 +42,7 @@ private:
   QProgressBar* progress_;
   Menus menus_;
   std::unique_ptr<ToolButtons> buttons_;
+  bool retiling_ = false;
 };
 
 }  // namespace tv

@@ -1,14 +1,12 @@
-// The windows beside the work: the picture viewer, what the program is, the manual.
+// The windows beside the work: the picture viewer, what the program is.
 #include <QFile>
 #include <QHBoxLayout>
 #include <QImageReader>
 #include <QLabel>
 #include <QPainter>
-#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QScrollArea>
 #include <QScrollBar>
-#include <QTextBrowser>
 #include <QVBoxLayout>
 #include <QWheelEvent>
 #include <algorithm>
@@ -136,22 +134,26 @@ public:
       auto* label = new QLabel(this);
       label->setProperty(kCaptionKey, key);
       label->setWordWrap(true);
+      label->setMinimumWidth(fontMetrics().horizontalAdvance('n') * 40);
       words->addWidget(label);
     }
     head->addLayout(words, 1);
     layout->addLayout(head);
     auto* title = new QLabel(this);
     title->setProperty(kCaptionKey, "licences");
-    auto* licences = new QPlainTextEdit(this);
+    auto* licences = new QLabel(this);
     licences->setObjectName("licences");
-    licences->setReadOnly(true);
+    licences->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    licences->setMargin(8);
+    licences->setFrameShape(QFrame::StyledPanel);
     title->setBuddy(licences);
-    licences->setPlainText(
+    licences->setText(
         QString("Qt %1 (LGPL 3)\n{fmt} (MIT)\nnlohmann-json (MIT)\nlibxlsxwriter (BSD 2-clause)\nCLI11 (BSD "
                 "3-clause)\n%2 (MIT)")
             .arg(qVersion(), kProgramName));
     layout->addWidget(title);
-    layout->addWidget(licences, 1);
+    layout->addWidget(licences);
+    layout->addStretch(1);
     add_buttons(layout, this, {"close"});
     auto* close = findChild<QPushButton*>("close");
     close->setDefault(true);
@@ -163,38 +165,6 @@ public:
 
 private:
   QLabel* version_;
-};
-
-// The manual is delivered in German and in English, which the other languages show too.
-QString manual_folder(const Session& s) {
-  const char* language = s.language.name() == "german" ? "manual/de/" : "manual/en/";
-  return QFile::decodeName((s.roots.delivered + language).c_str());
-}
-
-class Manual : public QDialog {
-public:
-  explicit Manual(QWidget* parent) : QDialog(parent), text_(new QTextBrowser(this)) {
-    setObjectName("manual");
-    auto* layout = new QVBoxLayout(this);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->addWidget(text_);
-    text_->setOpenExternalLinks(false);
-    resize(fontMetrics().horizontalAdvance('n') * 90, fontMetrics().height() * 42);
-  }
-  void open(const Session& s, const std::string& screen) {
-    setWindowTitle(plain_caption(qt(s.language.text("frmMAIN", "index"))) + " - " + kProgramName);
-    const QString folder = manual_folder(s);
-    QString page = folder + (screen == "frmMAIN" ? "main" : qt(screen).toLower()) + ".md";
-    if (!QFile::exists(page)) page = folder + "index.md";
-    text_->setSearchPaths({folder});
-    text_->setSource(QUrl::fromLocalFile(page), QTextDocument::MarkdownResource);
-    show();
-    raise();
-    activateWindow();
-  }
-
-private:
-  QTextBrowser* text_;
 };
 
 }  // namespace
@@ -230,15 +200,6 @@ View make_about_view(Desk& desk, QWidget* parent) {
     box->show_version(s);
   };
   return view;
-}
-
-void show_manual(Desk& desk, const std::string& screen) {
-  auto* manual = desk.frame()->findChild<QDialog*>("manual");
-  if (!manual) {
-    manual = new Manual(desk.frame());
-    manual->setProperty(kOwnSection, true);
-  }
-  static_cast<Manual*>(manual)->open(desk.session(), screen);
 }
 
 }  // namespace tv

@@ -201,7 +201,7 @@ void run_window_command(Desk& desk, std::string_view command) {
 // Entries above, as wide and high as they ask for; results and diagram share what is left below.
 void tile(Desk& desk) {
   const QMdiArea& area = desk.frame()->area();
-  QSize room = area.viewport()->size();
+  QSize room = area.maximumViewportSize();
   std::vector<QMdiSubWindow*> top, bottom;
   for (QMdiSubWindow* child : open_children(desk)) {
     child->showNormal();

@@ -1,15 +1,18 @@
-// ternovale-shots FOLDER [LANGUAGE]: a picture of every window in every language, light and dark, at 1x and
-// 2x.
+// ternovale-shots FOLDER [LANGUAGE]: a picture of every window, diagram, table and menu in every language,
+// light and dark. With QT_SCALE_FACTOR=2 all of them as on a display of twice the density.
 #include <QDialog>
 #include <QDir>
 #include <QLabel>
 #include <QMdiSubWindow>
+#include <QMenu>
+#include <QMenuBar>
 #include <QTimer>
 #include <cstdio>
 
 #include "gui/file_dialog.h"
 #include "gui/input_box.h"
 #include "gui/program.h"
+#include "gui/program_style.h"
 
 namespace tv {
 namespace {
@@ -17,28 +20,23 @@ namespace {
 struct Look {
   QString name;
   QPalette palette;
-  int scale;
 };
 
-void shoot(QWidget* window, const QString& file, int scale) {
+void shoot(QWidget* window, const QString& file) {
   window->ensurePolished();
   QApplication::processEvents();
-  QPixmap picture(window->size() * scale);
-  picture.setDevicePixelRatio(scale);
-  picture.fill(Qt::transparent);
-  window->render(&picture);
-  if (!picture.save(file)) std::fprintf(stderr, "cannot write %s\n", qPrintable(file));
+  if (!window->grab().save(file)) std::fprintf(stderr, "cannot write %s\n", qPrintable(file));
 }
 
 // A window that blocks until it is answered is taken from a timer and sent away.
 template <class Run>
-void shoot_modal(const QString& file, int scale, Run run) {
+void shoot_modal(const QString& file, Run run) {
   QTimer::singleShot(0, [&] {
     if (auto* shown = qobject_cast<QDialog*>(QApplication::activeModalWidget())) {
       // No folder of the machine that took the picture.
       if (auto* where = shown->findChild<QLabel*>("lblAktDir"))
         where->setText("/usr/share/ternovale/data/loads");
-      shoot(shown, file, scale);
+      shoot(shown, file);
       shown->reject();
     }
   });
@@ -53,23 +51,41 @@ void shoot_all(Program& program, const QString& folder, const Look& look) {
   const auto name = [&](const QString& window) {
     return folder + '/' + window + '-' + qt(s.language.name()) + look.name + ".png";
   };
-  shoot(desk.frame(), name("frmMAIN"), look.scale);
+  shoot(desk.frame(), name("frmMAIN"));
   for (const char* screen : {"Form3", "Form4", "Form5", "Form7"})
-    shoot(desk.view(screen)->window, name(screen), look.scale);
+    shoot(desk.view(screen)->window, name(screen));
   for (const char* screen : {"Form2", "FormBorefrict", "FormPsel", "frmHelp", "frmPic"})
-    shoot_modal(name(screen), look.scale, [&] { open_screen(s, screen); });
+    shoot_modal(name(screen), [&] { open_screen(s, screen); });
   open_screen(s, "frmFast");
-  shoot(desk.view("frmFast")->window, name("frmFast"), look.scale);
+  shoot(desk.view("frmFast")->window, name("frmFast"));
   close_screen(s, "frmFast");
-  shoot_modal(name("FormGetInput"), look.scale, [&] {
+  shoot_modal(name("FormGetInput"), [&] {
     run_input_box(s, {kProgramName, MessageText(s).msg(49).line().msg(50), "0.66"}, desk.frame());
   });
-  shoot_modal(name("files"), look.scale, [&] {
+  shoot_modal(name("files"), [&] {
     run_file_dialog(s,
                     {FileMode::open, DialogKind::load, s.language.fastmsg("flfdial6"),
                      std::string(TV_SHARE_DIR) + "/data/loads/", "", s.language.fastmsg("flffilt6"), ""},
                     desk.frame());
   });
+  shoot_modal(name("box"), [&] { warn(s, MessageText(s).msg(416)); });
+  shoot_modal(name("preview"), [&] { program.run("grf_akt"); });
+  program.run("index");
+  shoot(desk.frame()->findChild<QDialog*>("manual"), name("manual"));
+  desk.frame()->findChild<QDialog*>("manual")->close();
+  for (const char* output : {"pp_tab", "ld_tab", "nodia", "Zeit_press", "zeit_vel", "weg_press", "weg_vel",
+                             "weg_press_vel", "Zeit_press_vel"}) {
+    program.run(output);
+    if (std::string_view(output).ends_with("_tab")) program.run("rech");
+    shoot(desk.view("Form7")->window, name(QString("Form7-") + output));
+  }
+  for (QWidget* window : {static_cast<QWidget*>(desk.frame()), desk.view("Form7")->root})
+    for (QMenu* menu : window->findChild<QMenuBar*>()->findChildren<QMenu*>()) {
+      if (menu->objectName().isEmpty() || !menu->menuAction()->isVisible()) continue;
+      menu->ensurePolished();
+      menu->adjustSize();
+      shoot(menu, name("menu-" + menu->objectName()));
+    }
 }
 
 }  // namespace
@@ -84,10 +100,12 @@ int main(int argc, char** argv) {
   const QString folder = QString::fromLocal8Bit(argv[1]);
   QDir().mkpath(folder);
   const QPalette light = QApplication::palette();
-  const tv::Look looks[] = {{"", light, 1}, {"-dark", tv::dark_palette(), 1}, {"-2x", light, 2}};
+  const QString scale = app.devicePixelRatio() > 1 ? "-2x" : "";
+  const tv::Look looks[] = {{scale, light}, {"-dark" + scale, tv::dark_palette()}};
   const tv::Home home;
   tv::Program program(home);
   if (!program.started) return 1;
+  app.setStyle(new tv::ProgramStyle(program.session, QStyleFactory::create("Fusion")));
   program.session.sound = false;
   program.open();
   program.desk->frame()->resize(1640, 1030);
