@@ -84,32 +84,45 @@ bool fit_the_barrel(Session& s, double value, FitMode mode) {
 }  // namespace
 
 void run_load_table(Session& s) {
-  s.user->busy(true);
   LoadTableSettings settings{s.options.ldstep, s.weight_step, s.options.ldweight, s.options.ldperc,
                              s.options.batols};
-  RunLoadTable(s.state, s.curve, s.result, settings, table_head(s), s.load_table);
+  {
+    const Waiting waiting(*s.user);
+    RunLoadTable(s.state, s.curve, s.result, settings, table_head(s), s.load_table);
+  }
   s.options.ldstep = settings.ldstep;
-  s.user->busy(false);
   run_shown_shot(s);
   settings_save(s);
   s.load_table.table_valid = true;
   show_outputs(s);
 }
 
-void run_powder_table(Session& s) {
-  s.sort.page = s.language.page();
-  s.user->busy(true);
+namespace {
+
+// Apart from the session until it is whole: the windows are painted meanwhile, and show the load's own curve.
+PowderTable powder_table_of(Session& s) {
+  const Waiting waiting(*s.user);
   const PowderRunHooks hooks{.cancelled = [&] { return s.user->cancelled(); },
                              .progress =
                                  [&](const std::string& name, int done, int total) {
                                    s.user->progress(name + s.language.fastmsg("fwarn15"),
                                                     total > 0 ? double(done) / total : 1);
                                  }};
-  RunPowderTable(s.state, s.curve, s.result, s.set(RecordKind::powders).file.table, criteria(s),
-                 table_head(s), s.sort, hooks, s.powder_table);
+  const auto curve = std::make_unique<ShotCurve>();
+  ShotResult result;
+  PowderTable table;
+  RunPowderTable(s.state, *curve, result, s.set(RecordKind::powders).file.table, criteria(s), table_head(s),
+                 s.sort, hooks, table);
+  return table;
+}
+
+}  // namespace
+
+void run_powder_table(Session& s) {
+  s.sort.page = s.language.page();
+  s.powder_table = powder_table_of(s);
   if (s.options.schrit != s.state.schrit) s.load_table.table_valid = false;
   s.options.schrit = s.state.schrit;
-  s.user->busy(false);
   const bool cancelled = s.powder_table.cancelled;
   run_shown_shot(s);
   if (cancelled) {

@@ -84,4 +84,16 @@ public:
   virtual void refresh() = 0;  // the records have changed: draw anew
 };
 
+// The program is busy while it lives, however the run is left.
+class Waiting {
+public:
+  explicit Waiting(User& user) : user_(user) { user_.busy(true); }
+  Waiting(const Waiting&) = delete;
+  Waiting& operator=(const Waiting&) = delete;
+  ~Waiting() { user_.busy(false); }
+
+private:
+  User& user_;
+};
+
 }  // namespace tv

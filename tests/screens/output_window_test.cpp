@@ -3,6 +3,8 @@
 
 #include <functional>
 
+#include "output/spreadsheet.h"
+#include "screens/commands.h"
 #include "session/started.h"
 
 namespace tv_test {
@@ -32,16 +34,23 @@ TEST_F(OutputWindow, ShowsTheRunAndMarksItWhenStale) {
     const std::string before = output_text(s), cells = output_tsv(s);
     EXPECT_NE(before.find(".308 Winchester"), std::string::npos) << mode;
     EXPECT_NE(cells.find('\t'), std::string::npos) << mode;
+    const std::string exported = csv_text(*output_export(s));
     EXPECT_EQ(before.find('\r'), std::string::npos);
 
-    const double charge = s.state.chargeGr;
+    const double charge = s.state.chargeGr, limit = s.state.dim.zul_P;
+    const Options options = s.options;
     pick("Form3", "HVolDat", ".223 Remington");
+    s.state.bulkdn *= 2, s.state.schrit = 2, s.state.dim.zul_P = 0, s.strategy = 3;
+    s.options.maxtab = 111, s.options.lv_min = 33, s.options.ldstep = 7, s.options.batols = 15;
     EXPECT_TRUE(output_stale(s)) << mode;
     EXPECT_TRUE(output_text(s).ends_with(before)) << "the old figures under the old names: " << mode;
     EXPECT_NE(output_text(s).find(s.language.fastmsg("fobsol0")), std::string::npos);
     EXPECT_TRUE(output_tsv(s).ends_with(cells));
+    EXPECT_EQ(csv_text(*output_export(s)), exported);
+    EXPECT_FALSE(command_enabled(s, *find_command("toexcel"))) << "nothing stale leaves in a file";
     EXPECT_TRUE(output_tsv(s).starts_with(s.language.fastmsg("fobsol0"))) << "also where it is copied to";
-    s.state.chargeGr = charge;
+    s.state.chargeGr = charge, s.state.bulkdn /= 2, s.state.schrit = 0, s.state.dim.zul_P = limit;
+    s.options = options, s.strategy = 0;
     s.resultsValid = s.load_table.table_valid = s.powder_table.table_valid = true;
   }
   SetDisplayMode(s, 2);

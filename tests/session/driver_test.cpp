@@ -193,6 +193,28 @@ TEST_F(Driver, PowderTableLeavesTheLoadAsItWasAndCancelKeepsTheRowsDone) {
   EXPECT_LT(s.powder_table.rows.size(), rows);
 }
 
+TEST_F(Driver, ATableThatBreaksOffLeavesEverythingAsItWas) {
+  s.options.bamint = 0.55, s.options.bamaxt = 0.75;
+  SetDisplayMode(s, -2);
+  calculated();
+  SetDisplayMode(s, -2);
+  const CalcState before = s.state;
+  const std::string table = output_text(s);
+  const auto curve = s.curve.p;
+  int asked = 0;
+  user.wants_to_cancel = [&]() -> bool {
+    EXPECT_EQ(s.curve.p, curve) << "what is painted meanwhile is the load's own shot";
+    if (++asked > 2) throw std::runtime_error("the roof fell in");
+    return false;
+  };
+  EXPECT_ANY_THROW(recalculate(s));
+  EXPECT_EQ(asked, 3);
+  EXPECT_TRUE(s.state == before);
+  EXPECT_EQ(s.curve.p, curve);
+  EXPECT_EQ(user.waiting, 0);
+  EXPECT_EQ(output_text(s), table) << "the table before still stands";
+}
+
 TEST_F(Driver, FitMeetsItsTargetInFiveModesAndIsUndone) {
   calculated();
   struct Case {
