@@ -197,13 +197,17 @@ TEST(WriteFile, KilledAtAnyMomentLeavesWholeFiles) {
     ASSERT_GE(child, 0);
     if (child == 0) write_versions(file, backup, last + 1);
     int seen = last;
-    while (seen == last && waitpid(child, nullptr, WNOHANG) == 0) seen = version_of(read_file(file).bytes);
-    ASSERT_GT(seen, last) << "a write failed, or its file was not whole";
+    siginfo_t ended{};
+    while (seen == last && ended.si_pid == 0) {
+      seen = version_of(read_file(file).bytes);
+      waitid(P_PID, static_cast<id_t>(child), &ended, WEXITED | WNOHANG | WNOWAIT);
+    }
     usleep(static_cast<useconds_t>(random() % 8000));
     kill(child, SIGKILL);
     int status = 0;
     ASSERT_EQ(waitpid(child, &status, 0), child);
     ASSERT_TRUE(WIFSIGNALED(status)) << "a write failed";
+    ASSERT_GT(seen, last) << "the file was not whole";
     const int found = version_of(read_file(file).bytes), former = version_of(read_file(backup).bytes);
     ASSERT_GE(found, seen) << "neither the old file nor the new one";
     // Between the two changes of names the present file is its own backup.
