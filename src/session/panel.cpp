@@ -23,10 +23,27 @@ std::string burn_caption_text(const Session& s) {
   return s.language.fastmsg(burn_caption(s.result) == BurnCaption::at95 ? "fburn95" : "fburn100");
 }
 
+// A walk that did not end has no figures, only the note of it.
+void show_no_figures(Session& s) {
+  for (const Control& control : screen_info("Form5")->controls) {
+    if (std::string_view(control.name) == "zulp_nam") continue;
+    Field& f = field(s, "Form5", control.name);
+    f.text.clear();
+    f.reason.clear();
+    f.ink = Ink::black;
+    f.paper = Paper::white;
+  }
+  Field& line = field(s, "Form5", "merker");
+  line.ink = Ink::red;
+  line.text = s.language.fastmsg("fwarn5") + run_notes_text(s.result.runNotes, s.language) + "\n" +
+              s.language.notice();
+}
+
 }  // namespace
 
 void show_panel(Session& s) {
   const ShownRun& run = s.shown;
+  if (run.outcome.end == ShotEnd::too_many_steps) return show_no_figures(s);
   for (const PanelField& f : showResults(run.state, s.curve, s.result, run.charge_g, run.Veff_cm3))
     set_text(s, "Form5", f.name, f.text);
   const LimitLook& look =

@@ -293,6 +293,23 @@ TEST_F(Driver, FailedRunsAreToldAndShownAsFailed) {
   EXPECT_EQ(user.waiting, 0);
 }
 
+// Hardly any progressivity under a start pressure: the burn is lost in its own rounding and the walk never
+// ends.
+TEST_F(Driver, AWalkThatDoesNotEndShowsNoFigures) {
+  calculated();
+  s.state.Exw = 3040, s.state.Kap = 1.73, s.state.Ba0 = 0.061, s.state.PDko = 3.22e-6, s.state.Limz1 = 1;
+  s.state.chargeGr = 1.92, s.state.start_pressure = 2.23e6, s.state.dim.Bwg = 81.1;
+  user.forget();
+  EXPECT_EQ(recalculate(s), 0);
+  EXPECT_EQ(user.box_keys(), "msg152");
+  EXPECT_EQ(user.boxes.at(0).title, "Ternovale " + s.language.msg(75));
+  EXPECT_FALSE(s.resultsValid);
+  EXPECT_EQ(s.screens["Form5"].paper, Paper::failed);
+  language_switch(s, "german");
+  for (const char* name : {"Mgas", "Vnull", "Sdau", "Vbrannt", "ladich"}) EXPECT_EQ(text("Form5", name), "");
+  EXPECT_NE(text("Form5", "merker").find(s.language.fastmsg("fwarn13")), std::string::npos);
+}
+
 TEST_F(Driver, AStuckBulletShowsNothingGood) {
   type("FormBorefrict", "sugg_P0", "30");
   type("Form4", "MPgn", "12");
