@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
-#include <limits>
 
 #include "text/number.h"
 
@@ -123,12 +122,6 @@ constexpr LoadKey kKeys[] = {
     words("Press_meas_std", &LoadData::Press_meas_std),
     words("Press_meas_unit", &LoadData::Press_meas_unit),
 };
-
-int to_int(double value) {
-  const double whole = int_of(value);
-  constexpr double bound = std::numeric_limits<int>::max();
-  return std::abs(whole) <= bound ? static_cast<int>(whole) : 0;
-}
 
 bool many_lines(const LoadKey& key) { return key.section == kStartup; }
 

@@ -60,15 +60,15 @@ void take_case_body(Session& s, const RecordTable& table, int row) {
                                     &LoadData::P1_in, &LoadData::P2_in, &LoadData::H1_in, &LoadData::H2_in};
   int field_number = cartridge_field::l1_in;
   for (const auto member : body) s.load.*member = table.number(row, field_number++);
-  s.load.Shape = static_cast<int>(table.number(row, cartridge_field::Shape));
+  s.load.Shape = to_int(table.number(row, cartridge_field::Shape));
   s.load.caswht = table.number(row, cartridge_field::caswht);
   const std::string& bore = table.cell(row, cartridge_field::bore);
   double LoadData::*const rifling[] = {&LoadData::ZD_in, &LoadData::ZB_in, &LoadData::FD_in,
                                        &LoadData::FB_in};
   int piece = 0;
   for (const auto member : rifling) s.load.*member = read_number(bore_piece(bore, piece++));
-  s.load.ZZ_no = static_cast<int>(read_number(bore_piece(bore, 4)));
-  s.load.Polyg = static_cast<int>(read_number(bore_piece(bore, 5)));
+  s.load.ZZ_no = to_int(read_number(bore_piece(bore, 4)));
+  s.load.Polyg = to_int(read_number(bore_piece(bore, 5)));
 }
 
 void take_picture(Session& s, std::string_view name) {
@@ -159,7 +159,7 @@ void take_bullet(Session& s, int row) {
   s.fit_undo = {};
   d.Bwg = table.number(row, bullet_field::Bwg);
   d.Glen = table.number(row, bullet_field::Glen);
-  d.tail_type = static_cast<int>(table.number(row, bullet_field::tail_type));
+  d.tail_type = to_int(table.number(row, bullet_field::tail_type));
   s.update_suspended = true;
   if (d.tail_type == kFlatBase) {
     d.TAIL = false;

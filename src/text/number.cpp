@@ -4,6 +4,7 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <limits>
 #include <system_error>
 
 namespace tv {
@@ -304,6 +305,11 @@ NumberRead read_number_checked(std::string_view text) {
 double read_number(std::string_view text) { return read_number_checked(text).value; }
 
 double int_of(double x) { return std::floor(x); }
+
+int to_int(double x) {
+  const double whole = int_of(x);
+  return std::fabs(whole) <= std::numeric_limits<int>::max() ? static_cast<int>(whole) : 0;
+}
 
 std::string general(double x) {
   if (!std::isfinite(x)) return "?";

@@ -23,6 +23,9 @@ double read_number(std::string_view text);
 // The largest whole number not above x (floor, in double).
 double int_of(double x);
 
+// The same as an int; 0 for what an int cannot hold.
+int to_int(double x);
+
 // General form: the shortest digits that read back to the same double, a leading zero, plain notation from
 // 1e-5 to 1e15, else as "1E-06". Not finite: "?".
 std::string general(double x);

@@ -180,6 +180,18 @@ TEST_F(TakeRecords, TailAndCoatingOfThePickedBullet) {
   EXPECT_DOUBLE_EQ(s.state.dim.Bsd, s.state.dim.Hlen + s.state.dim.Glen - s.state.dim.Plen);
 }
 
+TEST_F(TakeRecords, WholeNumbersOfADamagedRecord) {
+  Record damaged = bullet(".308 , 1 , d", "150", ".308", "");
+  damaged[bullet_field::tail_type] = "-1E300";
+  take_bullet(s, add_row(RecordKind::bullets, damaged));
+  EXPECT_EQ(s.state.dim.tail_type, kFlatBase);
+  damaged = cartridge("damaged", "2", "");
+  damaged[cartridge_field::Shape] = "99999999999";
+  damaged[cartridge_field::bore] = ".308\u00A6.1\u00A6.3\u00A6.1\u00A61E300\u00A6-1E300";
+  take_cartridge(s, add_row(RecordKind::cartridges, damaged));
+  EXPECT_EQ(s.load.Shape + s.load.ZZ_no + s.load.Polyg, 0);
+}
+
 TEST_F(TakeRecords, NoSelectionDoesNothing) {
   load("308_winchester_168");
   const CalcState before = s.state;
