@@ -242,11 +242,12 @@ bool read_data_set(Session& s, RecordKind kind, const std::string& file, bool bo
   s.user->busy(false);
   DataSet& set = s.set(kind);
   set.file = std::move(read.file);
-  // What a failed reading left must not take the place of the file in use.
-  set.collected = !read.ok() && file_exists(full_name(s, kind));
+  const bool missing = read.failure == kFileNotFound || read.failure == kFolderNotFound;
+  // What a failed reading left must not take the place of the file in use, nor of one that is only out of
+  // reach.
+  set.collected = !read.ok() && (!missing || file_exists(full_name(s, kind)));
   set.collection.clear();
   tell_short_records(s, file, read.short_records);
-  const bool missing = read.failure == kFileNotFound || read.failure == kFolderNotFound;
   if (read.failure && (box_if_missing || !missing)) tell_failure(s, file, read.failure);
   table_changed(s, kind);
   return read.ok();

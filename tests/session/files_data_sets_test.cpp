@@ -1,6 +1,7 @@
 // Whole data files and the records in them, as a person works on them.
 #include "session/driver.h"
 #include "session/files_fixture.h"
+#include "without_rights.h"
 
 using namespace tv;
 
@@ -70,6 +71,13 @@ TEST_F(DataSets, OfAFailedReadingDoNotReplaceTheFileInUse) {
   EXPECT_EQ(p->keys(), "msg192 msg190 msg191");
   EXPECT_EQ(s.set(bullets).stored_name, at("b/mine."));
   EXPECT_EQ(listed(), 0u);
+  std::filesystem::permissions(at("b/mine.bul"), std::filesystem::perms(0));
+  {
+    const WithoutRights nobody;
+    EXPECT_FALSE(read_data_set(s, bullets, at("b/mine.bul"), true));
+  }
+  std::filesystem::permissions(at("b/mine.bul"), std::filesystem::perms(0644));
+  EXPECT_EQ(p->keys(), "msg100 msg190 msg191");
   const std::string before = read("b/mine.bul");
   user.files = {std::nullopt};
   EXPECT_FALSE(add_record(s, bullets, bullet("B", ".308")));
