@@ -48,7 +48,7 @@ struct Recompute {
   }
 
   void volumes(double Zkalm_shown) {
-    const double body = d.Bsd * 198.23 * d.Zkal * d.Zkal;
+    const double body = d.Bsd * 198.23 * (d.Zkal * d.Zkal);
     set(d.Vvg, d.TAIL ? (body - tail_volume(d, Zkalm_shown) * kGrainsPerGram) / dicht_H2 : body / dicht_H2,
         Dimension::Vvg);
     set(d.Veff, d.Volf - d.Vvg, Dimension::Veff);
