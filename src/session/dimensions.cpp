@@ -65,9 +65,10 @@ void recompute_dimensions(Session& s, int kind) {
 }
 
 void refresh_fill(Session& s) {
-  s.state.fill =
-      loading_ratio(s.state.chargeGr / kGrainsPerGram, s.state.bulkdn, field_number(s, "Form3", "Veffm"));
-  set_text(s, "Form4", "fill", s.state.fill > 0 ? format_number(s.state.fill, "0.0") : "?????");
+  const double Veffm = field_number(s, "Form3", "Veffm");
+  const bool known = s.state.bulkdn > 0 && Veffm > 0;
+  s.state.fill = loading_ratio(s.state.chargeGr / kGrainsPerGram, s.state.bulkdn, Veffm);
+  set_text(s, "Form4", "fill", known ? format_number(s.state.fill, "0.0") : "?????");
 }
 
 void refresh_pressure_fields(Session& s) {

@@ -236,6 +236,7 @@ TEST_F(NumberFields, ChargeMovesTheLoadingRatioAndEndsTheQuestionForIt) {
   s.askCharge = true;
   type("Form4", "MPgn", "0");
   EXPECT_TRUE(s.askCharge);
+  EXPECT_EQ(text("Form4", "fill"), "0") << "no powder is no unknown";
   type("Form4", "MPgm", "2.5");
   EXPECT_FALSE(s.askCharge);
   EXPECT_EQ(text("Form4", "fill"),
