@@ -113,6 +113,8 @@ private:
     grid->setColumnStretch(1, 1);
     grid->setColumnStretch(3, 1);
     for (const Row& row : group.rows) add_row(*grid, row, *box);
+    // Across all columns, so that a group with one field a row shares them as its neighbours do.
+    grid->addItem(new QSpacerItem(0, 0), 0, 0, 1, 5);
     add(box);
   }
 

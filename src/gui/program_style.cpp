@@ -18,7 +18,8 @@ bool is_dark(const QPalette& palette) { return palette.color(QPalette::Base).lig
 
 // Fusion darkens the colour of the window for every outline: on a dark window nothing is left of it.
 bool ProgramStyle::too_dark(const QPalette& palette) const {
-  return is_dark(palette) && baseStyle()->name().compare("fusion", Qt::CaseInsensitive) == 0;
+  return palette.color(QPalette::Window).lightness() < 128 &&
+         baseStyle()->name().compare("fusion", Qt::CaseInsensitive) == 0;
 }
 
 int ProgramStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,

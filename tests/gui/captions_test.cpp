@@ -75,6 +75,19 @@ void check_room(QWidget* window, const std::string& where) {
   }
 }
 
+// The head of every table cuts its labels to 19 characters.
+TEST(Captions, LabelsOfTablesAreNotCut) {
+  const Home home;
+  Program program(home);
+  const Language& language = program.session.language;
+  for (const char* name : kLanguages) {
+    language_switch(program.session, name);
+    EXPECT_LE(qt(language.text("form3", "Veffm")).size(), 19) << name;
+    for (const char* key : {"fcartrd", "fbullet", "fcol", "fcharge6", "fpow", "fcharge"})
+      EXPECT_LE(qt(language.fastmsg(key)).size(), 19) << name << ' ' << key;
+  }
+}
+
 TEST(Captions, EveryControlIsCaptionedTippedAndNotCutInFourLanguages) {
   const Home home;
   Program program(home);
