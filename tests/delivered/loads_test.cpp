@@ -56,6 +56,12 @@ TEST_F(Delivered, LoadsGiveTheFiguresOfAnIndependentIntegration) {
   }
 }
 
+// A key that the program reads: none is misspelt.
+bool is_known(const std::string& section, const std::string& key) {
+  const auto known = [&](const auto& k) { return k.section == section && k.key == key; };
+  return std::ranges::any_of(load_keys(), known) || std::ranges::any_of(option_keys(), known);
+}
+
 TEST_F(Delivered, LoadsGoWithTheDeliveredRecords) {
   for (const Figures& f : kFigures) {
     SCOPED_TRACE(f.load);
@@ -64,6 +70,9 @@ TEST_F(Delivered, LoadsGoWithTheDeliveredRecords) {
     EXPECT_EQ(user.box_keys(), "") << "its powder is in the file, with the same values";
     EXPECT_GE(s.set(RecordKind::cartridges).file.table.find(s.load.pattyp), 0);
     EXPECT_GE(s.set(RecordKind::bullets).file.table.find(s.load.bultyp), 0);
+    const SectionedFile file = read_sectioned(example(f.load), CodePage::cp1252);
+    for (const std::string& section : file.sections())
+      for (const std::string& key : file.keys(section)) EXPECT_TRUE(is_known(section, key)) << key;
   }
 }
 
