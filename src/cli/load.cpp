@@ -49,7 +49,7 @@ void set_load_key(Session& s, const LoadKey& key, const std::string& text, const
     number_changed(s, side, value);
   }
   if (key.state_flag && s.state.frictionOn) setStep(s, 1);
-  if (key.dim_int) recompute_dimensions(s, 0);
+  if (key.dim_int || key.dim_flag) recompute_dimensions(s, 0);
   refresh_all_fields(s);
 }
 

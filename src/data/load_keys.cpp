@@ -9,8 +9,6 @@
 namespace tv {
 namespace {
 
-// Whether the tail box is set: a bullet with a tail may be calculated without it.
-constexpr std::string_view kTailCounts = "tailon";
 constexpr std::size_t kCommentCut = 255;
 constexpr double kLeastMolyFactor = 0.4, kMolyFactor = 0.66;
 constexpr double kUnknownCoefficient = 4.5;
@@ -64,6 +62,8 @@ constexpr LoadKey kKeys[] = {
     dim("condid", &CartridgeDimensions::tail_dia_large),
     dim("buldia", &CartridgeDimensions::buldin),
     {.key = "ausinn", .section = kMetrics, .dim_int = &CartridgeDimensions::tail_type},
+    // The box of the tail: a bullet with one may be calculated without it.
+    {.key = "tailon", .section = kMetrics, .dim_flag = &CartridgeDimensions::TAIL},
     dim("sdepth", &CartridgeDimensions::Bsd),
     {.key = "friyes", .section = kMetrics, .state_flag = &CalcState::frictionOn},
     state("fripas", &CalcState::frictionPress, kMetrics),
@@ -150,6 +150,7 @@ double get_number(const LoadKey& key, const CalcState& s, const LoadData& data) 
 
 bool* flag_of(const LoadKey& key, CalcState& s, LoadData& data) {
   if (key.state_flag) return &(s.*key.state_flag);
+  if (key.dim_flag) return &(s.dim.*key.dim_flag);
   return key.load_flag ? &(data.*key.load_flag) : nullptr;
 }
 
@@ -183,7 +184,8 @@ void settle_coefficients(LoadData& data) {
 
 // What follows from one value alone.
 void settle(const LoadKey& key, CalcState& s, LoadData& data) {
-  if (key.dim_int) s.dim.TAIL = s.dim.tail_type != kFlatBase;
+  if (key.dim_int) s.dim.TAIL = true;
+  if (key.dim_int || key.dim_flag) s.dim.TAIL = s.dim.TAIL && s.dim.tail_type != kFlatBase;
   if (key.state == &CalcState::moly_factor) settle_moly(s);
   if (key.state == &CalcState::start_pressure) data.start_press_set = true;
   if (key.load == &LoadData::c1icao) set_number(bc({}, 0), data.c1icao, s, data);
@@ -200,6 +202,12 @@ void fill_missing(const SectionedFile& file, CalcState& s, LoadData& data) {
   if (d.Bsd == 0) d.Bsd = d.Hlen + d.Glen - d.Plen;
   if (data.c1icao == 0) data.c1icao = kUnknownCoefficient;
   data.start_press_set = !missing(kChargeData, "anfdru");
+}
+
+// A load of an older program knows the tail's type alone, and its tail then counts.
+void settle_tail(const SectionedFile& file, CalcState& s) {
+  const std::string counts = section_value(file, kMetrics, "tailon");
+  s.dim.TAIL = s.dim.tail_type != kFlatBase && (counts.empty() || read_flag(counts));
 }
 
 bool is_load(const SectionedFile& file) {
@@ -242,9 +250,7 @@ bool read_load_keys(const SectionedFile& file, CalcState& s, LoadData& data) {
   fill_missing(file, s, data);
   settle_moly(s);
   settle_coefficients(data);
-  // A load of an older program knows the tail's type alone, and its tail then counts.
-  const std::string counts = section_value(file, kMetrics, kTailCounts);
-  s.dim.TAIL = s.dim.tail_type != kFlatBase && (counts.empty() || read_flag(counts));
+  settle_tail(file, s);
   return true;
 }
 
@@ -255,13 +261,12 @@ void write_load_keys(const CalcState& s, const LoadData& data, SectionedFile& fi
       put_text(file, key.section, key.key, key.text == &LoadData::commen ? left(text, kCommentCut) : text);
     } else if (key.coefficient && key.row >= data.coefficients.size()) {
       put_text(file, key.section, key.key, "0");
-    } else if (key.state_flag || key.load_flag) {
+    } else if (key.state_flag || key.dim_flag || key.load_flag) {
       put_text(file, key.section, key.key, load_value_text(key, s, data));
     } else {
       put_number(file, key.section, key.key, get_number(key, s, data));
     }
   }
-  put_text(file, kMetrics, kTailCounts, s.dim.TAIL ? "-1" : "0");
 }
 
 void read_load_options(const SectionedFile& file, const CalcState& s, Options& options) {
@@ -288,7 +293,10 @@ void read_design_data(const SectionedFile& file, CalcState& s, LoadData& data) {
     set_value(key, text, s, data);
     given.push_back(&key);
   }
-  for (const LoadKey* key : given) settle(*key, s, data);
+  for (const LoadKey* key : given) {
+    settle(*key, s, data);
+    if (key->dim_int || key->dim_flag) settle_tail(file, s);
+  }
 }
 
 bool set_load_value(const LoadKey& key, std::string_view text, CalcState& s, LoadData& data) {
@@ -309,6 +317,7 @@ bool set_load_value(const LoadKey& key, std::string_view text, CalcState& s, Loa
 std::string load_value_text(const LoadKey& key, const CalcState& s, const LoadData& data) {
   if (key.text) return data.*key.text;
   if (key.state_flag) return s.*key.state_flag ? "-1" : "0";
+  if (key.dim_flag) return s.dim.*key.dim_flag ? "-1" : "0";
   if (key.load_flag) return data.*key.load_flag ? "-1" : "0";
   return general(get_number(key, s, data));
 }

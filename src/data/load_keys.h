@@ -50,6 +50,7 @@ struct LoadKey {
   double CalcState::*state = nullptr;
   double CartridgeDimensions::*dim = nullptr;
   int CartridgeDimensions::*dim_int = nullptr;
+  bool CartridgeDimensions::*dim_flag = nullptr;
   int CalcState::*state_int = nullptr;
   bool CalcState::*state_flag = nullptr;
   double LoadData::*load = nullptr;
@@ -69,7 +70,7 @@ const LoadKey* load_key(std::string_view key);  // ignoring case; nothing if the
 // but: powtmp and the drag function stay as they were; sdepth missing or 0 follows from the lengths; buldia
 // is the groove diameter; c1icao missing or 0 is 4.5; molyco below 0.4 is 0.66. The first row whose
 // coefficient is not above 0 ends the list of coefficients, and c1icao is its first one. TAIL is set if the
-// tail is not flat. A load that was written reads back to the last bit.
+// tail is not flat and tailon does not say otherwise. A load that was written reads back to the last bit.
 bool read_load_keys(const SectionedFile& file, CalcState& state, LoadData& load);
 // Sets every key of a load; one that a former section holds as well is emptied there. The comment is cut to
 // 255 characters.

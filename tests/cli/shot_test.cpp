@@ -89,6 +89,7 @@ TEST(Shot, SetsAreTheFileWithThatValue) {
   for (const Case& c :
        {Case{"powwht=37.5", "powwht= 38.7", "powwht= 37.5"}, Case{"laflen=20", "laflen= 24", "laflen= 20"},
         Case{"anfdru=0", "anfdru= 25000000", "anfdru= 0"},
+        Case{"tailon=0", "ausinn= 2", "ausinn= 2\ntailon=0"}, Case{"ausinn=0", "ausinn= 2", "ausinn= 0"},
         Case{"bulgew=150,5", "bulgew= 168", "bulgew= 150.5"},
         Case{"WIRKQU=47", "wirkqu= 47.541", "wirkqu= 47"}}) {
     SCOPED_TRACE(c.set);
