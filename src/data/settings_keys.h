@@ -47,7 +47,9 @@ struct Options {
   bool intro_off = false, excel_yes = true, accept = false, nowarn = false, pri_graph1page = false;
   double pritopcm = 1.5, prileftcm = 2.0, prirightcm = 1.5, pribottomcm = 1.5;
   int primertype = 0;
-  int Bnam = 0, HVolDat = 0;  // highlights of the two list labels
+  int Bnam = 0, HVolDat = 0;              // highlights of the two list labels
+  std::string txtdir, picdir, tabdir;     // folders of the last export as text, picture, spreadsheet
+  std::string volused, bulused, proused;  // names of the records picked last, the last one first, by ";"
   std::string form1l, form1t, form1w, form1h, form3l, form3t, form4l, form4t, form9l,
       form9t;  // window places, twips
   std::string form5l, form5t, form5h, form5w, form7l, form7t, form7w, form7h;

@@ -39,4 +39,9 @@ double tail_volume(const CartridgeDimensions& d, double Zkalm_shown);
 // mm.
 bool tail_is_possible(const CartridgeDimensions& d);
 
+// The full-diameter body of a boat tail bullet does not reach into the case: the tail stands above its mouth.
+inline bool body_stands_off(const CartridgeDimensions& d) {
+  return d.TAIL && d.tail_type == kOuterCone && d.ssd < 0;
+}
+
 }  // namespace tv

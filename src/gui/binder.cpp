@@ -2,11 +2,12 @@
 
 #include <QAbstractButton>
 #include <QComboBox>
-#include <QCompleter>
+#include <QDragEnterEvent>
 #include <QFocusEvent>
 #include <QKeyEvent>
 #include <QKeySequence>
 #include <QListWidget>
+#include <QMimeData>
 #include <QPlainTextEdit>
 #include <QRadioButton>
 #include <QScrollBar>
@@ -16,8 +17,10 @@
 
 #include "gui/captions.h"
 #include "gui/number_edit.h"
+#include "gui/record_list.h"
 #include "screens/commands.h"
 #include "screens/entry.h"
+#include "session/used_records.h"
 
 namespace tv {
 namespace {
@@ -65,10 +68,10 @@ void Binder::connect_widget(const std::string& name, QWidget* widget) {
         edit_field(s, screen_, name, typed);
       });
     });
-  } else if (auto* combo = qobject_cast<QComboBox*>(widget)) {
-    connect(combo, &QComboBox::activated, this, [this, run, name, combo](int index) {
-      combo->lineEdit()->setModified(false);
-      run([this, name, index](Session& s) { pick(s, screen_, name, index); });
+  } else if (auto* records = dynamic_cast<RecordList*>(widget)) {
+    connect(records, &QComboBox::activated, this, [this, run, name, records](int row) {
+      records->lineEdit()->setModified(false);
+      run([this, name, entry = records->entry_at(row)](Session& s) { pick(s, screen_, name, entry); });
     });
   } else if (auto* list = qobject_cast<QListWidget*>(widget)) {
     connect(list, &QListWidget::currentRowChanged, this, [this, run, name](int row) {
@@ -119,11 +122,11 @@ void Binder::focus_in(const std::string& name, QWidget* widget) {
 }
 
 // A name typed into a list that none of its entries has.
-void Binder::finish_list(const std::string& name, QComboBox* combo) {
-  if (!combo->lineEdit()->isModified()) return;
-  combo->lineEdit()->setModified(false);
-  const QString typed = combo->lineEdit()->text();
-  const int found = combo->findText(typed, Qt::MatchFixedString);
+void Binder::finish_list(const std::string& name, RecordList* records) {
+  if (!records->lineEdit()->isModified()) return;
+  records->lineEdit()->setModified(false);
+  const QString typed = records->lineEdit()->text();
+  const int found = records->find_entry(typed);
   act_([&] {
     if (found >= 0)
       pick(session_, screen_, name, found);
@@ -189,13 +192,17 @@ bool Binder::eventFilter(QObject* watched, QEvent* event) {
     }
     case QEvent::FocusOut:
       if (passing(static_cast<QFocusEvent*>(event)->reason())) return false;
-      if (auto* combo = qobject_cast<QComboBox*>(widget)) finish_list(name, combo);
+      if (auto* records = dynamic_cast<RecordList*>(widget)) finish_list(name, records);
       if (known && has_session_focus(name)) act_([&] { leave_field(session_, screen_, name); });
       return false;
     case QEvent::KeyPress: {
       const auto* pressed = static_cast<QKeyEvent*>(event);
       return key_pressed(name, widget, pressed->key(), pressed->modifiers());
     }
+    case QEvent::DragEnter:  // a file is no text to be put in: the frame knows what to do with it
+      if (!static_cast<QDragEnterEvent*>(event)->mimeData()->hasUrls()) return false;
+      event->ignore();
+      return true;
     case QEvent::ApplicationPaletteChange:
     case QEvent::PaletteChange:
       if (watched == root_) QTimer::singleShot(0, this, [this] { refresh(); });
@@ -231,8 +238,8 @@ void Binder::show(const std::string& name, const Field& field, QWidget* widget) 
   const QString text = qt(field.text);
   if (auto* edit = dynamic_cast<FieldEdit*>(widget)) {
     edit->show_text(text);
-  } else if (auto* combo = qobject_cast<QComboBox*>(widget)) {
-    show_list(name, field, combo);
+  } else if (auto* records = dynamic_cast<RecordList*>(widget)) {
+    show_list(name, field, records);
   } else if (auto* list = qobject_cast<QListWidget*>(widget)) {
     show_rows(name, field, list);
   } else if (auto* view = qobject_cast<QPlainTextEdit*>(widget)) {
@@ -259,23 +266,18 @@ void Binder::show(const std::string& name, const Field& field, QWidget* widget) 
   }
 }
 
-void Binder::show_list(const std::string& name, const Field& field, QComboBox* combo) {
-  std::vector<std::string>& shown = shown_items_[name];
-  if (!std::ranges::equal(shown, field.items, {}, {}, &ListItem::text)) {
-    shown.clear();
-    QStringList texts;
-    for (const ListItem& item : field.items) {
-      shown.push_back(item.text);
-      texts << qt(item.text);
-    }
-    combo->clear();
-    combo->addItems(texts);
-  }
-  if (combo->currentIndex() != field.selected) combo->setCurrentIndex(field.selected);
-  if (!combo->lineEdit()->isModified() && combo->lineEdit()->text() != qt(field.text)) {
-    combo->lineEdit()->setText(qt(field.text));
-    combo->lineEdit()->setCursorPosition(0);
-  }
+void Binder::show_list(const std::string& name, const Field& field, RecordList* records) {
+  QStringList texts;
+  for (const ListItem& item : field.items) texts << qt(item.text);
+  const bool typing = records->lineEdit()->isModified();
+  const QString typed = records->lineEdit()->text();
+  records->show_entries(texts, used_entries(session_, name, field.items));
+  records->show_selected(field.selected);
+  const QString text = typing ? typed : qt(field.text);
+  if (records->lineEdit()->text() == text) return;
+  records->lineEdit()->setText(text);
+  records->lineEdit()->setCursorPosition(typing ? static_cast<int>(text.size()) : 0);
+  records->lineEdit()->setModified(typing);
 }
 
 void Binder::show_rows(const std::string& name, const Field& field, QListWidget* list) {

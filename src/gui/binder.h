@@ -13,10 +13,11 @@
 
 #include "session/session.h"
 
-class QComboBox;
 class QListWidget;
 
 namespace tv {
+
+class RecordList;
 
 // Runs an action of a person on the session and draws all windows anew.
 using Act = std::function<void(const std::function<void()>&)>;
@@ -38,10 +39,10 @@ private:
   QWidget* bound(const std::string& name) const;
   void connect_widget(const std::string& name, QWidget* widget);
   void focus_in(const std::string& name, QWidget* widget);
-  void finish_list(const std::string& name, QComboBox* combo);
+  void finish_list(const std::string& name, RecordList* records);
   bool key_pressed(const std::string& name, QWidget* widget, int key, Qt::KeyboardModifiers modifiers);
   void show(const std::string& name, const Field& field, QWidget* widget);
-  void show_list(const std::string& name, const Field& field, QComboBox* combo);
+  void show_list(const std::string& name, const Field& field, RecordList* records);
   void show_rows(const std::string& name, const Field& field, QListWidget* list);
   void show_label(QLabel* label, const QString& text);
   void show_look(const Field& field, QWidget* widget);

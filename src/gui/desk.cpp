@@ -139,6 +139,7 @@ View Desk::make_view(const ScreenInfo& info) {
     view = make_output_view(*this);
   } else if (const FormLayout* layout = form_layout(screen)) {
     view.root = build_form(*layout, nullptr);
+    if (screen == "Form3") view.refresh = make_cartridge_view(*this, view.root);
     default_button = layout->default_button ? layout->default_button : "";
   } else {
     return {};

@@ -1,8 +1,6 @@
 #include "gui/form_builder.h"
 
 #include <QCheckBox>
-#include <QComboBox>
-#include <QCompleter>
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QLabel>
@@ -17,25 +15,12 @@
 #include <map>
 
 #include "gui/captions.h"
+#include "gui/draw_surface.h"
 #include "gui/number_edit.h"
+#include "gui/record_list.h"
 
 namespace tv {
 namespace {
-
-// A list in which typing finds: what is typed filters the entries by any part of their text.
-QComboBox* make_list(QWidget* parent) {
-  auto* combo = new QComboBox(parent);
-  combo->setEditable(true);
-  combo->setInsertPolicy(QComboBox::NoInsert);
-  combo->setMaxVisibleItems(24);
-  combo->setMinimumContentsLength(24);
-  combo->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-  combo->completer()->setCompletionMode(QCompleter::PopupCompletion);
-  combo->completer()->setFilterMode(Qt::MatchContains);
-  combo->completer()->setCaseSensitivity(Qt::CaseInsensitive);
-  combo->completer()->setMaxVisibleItems(16);
-  return combo;
-}
 
 // One small grey line, cut in its middle where there is no room.
 class SourceLabel : public QLabel {
@@ -142,7 +127,7 @@ private:
         return add_line(grid, at, row, box);
       case RowShape::block:
         if (QWidget* widget = control(row.places[0], row, box)) {
-          grid.addWidget(make_label(row.label, widget, box), at, 0, 1, 5);
+          if (row.label) grid.addWidget(make_label(row.label, widget, box), at, 0, 1, 5);
           grid.addWidget(widget, at + 1, 0, 1, 5);
           grid.setRowStretch(at + 1, 1);
         }
@@ -264,7 +249,7 @@ QWidget* make_control(std::string_view screen, std::string_view name, QWidget* p
       widget = new QListWidget(parent);
       break;
     case ControlKind::combo:
-      widget = make_list(parent);
+      widget = new RecordList(parent);
       break;
     case ControlKind::check:
       widget = new QCheckBox(parent);
@@ -287,7 +272,8 @@ QWidget* make_control(std::string_view screen, std::string_view name, QWidget* p
       break;
     }
     case ControlKind::surface:
-      return nullptr;
+      widget = new DrawSurface(parent);
+      break;
   }
   widget->setObjectName(control->name);
   return widget;

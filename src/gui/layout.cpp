@@ -46,12 +46,11 @@ constexpr Row kVolume[] = {
     pair_row("Vvgm", "unit_ccm", "Vvgn", "unit_grh2o"),
     pair_row("Veffm", "unit_ccm", "Veffz", "unit_grh2o"),
 };
+constexpr Row kDrawing[] = {{block, nullptr, {{"drawing"}}}};
 constexpr Row kDimensionButtons[] = {{buttons, nullptr, {{"shpic"}, {"Patdef"}}}};
-constexpr Group kForm3[] = {{"grp_cartridge", 0, kCartridge},
-                            {"grp_bullet", 1, kBullet},
-                            {"grp_barrel", 0, kBarrel},
-                            {"grp_volume", 1, kVolume},
-                            {nullptr, 1, kDimensionButtons}};
+constexpr Group kForm3[] = {{"grp_cartridge", 0, kCartridge}, {"grp_bullet", 1, kBullet},
+                            {"grp_barrel", 0, kBarrel},       {"grp_volume", 1, kVolume},
+                            {nullptr, 1, kDrawing},           {nullptr, 1, kDimensionButtons}};
 
 // Form4: the powder and its charge.
 constexpr Row kPowder[] = {

@@ -19,7 +19,7 @@ enum class RowShape {
   wide,     // label, then one control over the width
   bare,     // controls without a label, side by side: boxes, options
   buttons,  // buttons, at the right
-  block,    // one control with its label above it, taking the room that is left
+  block,    // one control with its label, if any, above it, taking the room that is left
   note,     // a caption alone, its key in label
   source,   // where the entries of the list named in label come from, small
   slider    // a bar that moves the number field of the row before it

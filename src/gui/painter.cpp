@@ -76,7 +76,13 @@ void draw_item(QPainter& painter, const DrawItem& item, const std::string& font)
   switch (item.kind) {
     case DrawKind::line:
     case DrawKind::polyline:
-      painter.drawPolyline(polygon(item.points));
+      if (item.filled) {
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(qt_colour(item.colour));
+        painter.drawPolygon(polygon(item.points));
+      } else {
+        painter.drawPolyline(polygon(item.points));
+      }
       break;
     case DrawKind::circle:
       if (item.filled) painter.setBrush(qt_colour(item.colour));

@@ -47,6 +47,11 @@ void add_polyline(DrawList& list, std::vector<Point> points, const Stroke& strok
   list.items.push_back(std::move(item));
 }
 
+void add_area(DrawList& list, std::vector<Point> points, Colour fill) {
+  add_polyline(list, std::move(points), {fill});
+  list.items.back().filled = true;
+}
+
 void add_circle(DrawList& list, Point centre, double radius, Colour colour, bool filled, double width) {
   DrawItem item;
   item.kind = DrawKind::circle;

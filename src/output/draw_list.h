@@ -30,7 +30,7 @@ struct DrawItem {
   Colour colour;      // of the line, the text or the band's fill
   double width = 1;   // of the line
   LineStyle style = LineStyle::solid;
-  bool filled = false;  // circle
+  bool filled = false;  // circle; polyline: the area within, without its line
   std::string text;
   double size = 12;  // of the text: its pixel height
   bool bold = false, italic = false;
@@ -69,6 +69,8 @@ struct TextLook {
 
 void add_line(DrawList& list, Point from, Point to, const Stroke& stroke);
 void add_polyline(DrawList& list, std::vector<Point> points, const Stroke& stroke);
+// The area within a line that closes itself.
+void add_area(DrawList& list, std::vector<Point> points, Colour fill);
 void add_circle(DrawList& list, Point centre, double radius, Colour colour, bool filled, double width = 1);
 void add_band(DrawList& list, Point corner, Point opposite, Colour fill);
 void add_text(DrawList& list, Point anchor, const std::string& text, const TextLook& look);

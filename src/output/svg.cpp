@@ -74,6 +74,7 @@ std::string polyline(const DrawItem& item) {
   for (const Point& each : item.points) {
     points += (points.empty() ? "" : " ") + number(each.x) + "," + number(each.y);
   }
+  if (item.filled) return "<polygon" + paint("fill", item.colour) + " points=\"" + points + "\"/>";
   return "<polyline fill=\"none\"" + stroke(item) + " stroke-linejoin=\"round\" points=\"" + points + "\"/>";
 }
 

@@ -8,6 +8,7 @@
 #include "screens/commands.h"
 #include "screens/screen_actions.h"
 #include "session/driver.h"
+#include "session/used_records.h"
 #include "text/number.h"
 
 namespace tv {
@@ -293,6 +294,7 @@ bool pick(Session& s, std::string_view screen, std::string_view list, int index)
   leave_focus(s);
   f.selected = index;
   f.text = f.items[static_cast<std::size_t>(index)].text;
+  note_used(s, list, f.text);
   const bool used = run_action(s, screen, std::string(list) + "#");
   mirrored(s, screen);
   return used;

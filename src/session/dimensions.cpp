@@ -39,8 +39,7 @@ void write_dimension(Session& s, Dimension which) {
 }  // namespace
 
 void mark_band_seating(Session& s) {
-  const auto& d = s.state.dim;
-  const bool off = d.TAIL && d.tail_type == kOuterCone && d.ssd < 0;
+  const bool off = body_stands_off(s.state.dim);
   for (const char* name : {"ssdm", "ssdz"}) {
     Field& f = field(s, "Form3", name);
     if (f.ink == Ink::red) continue;  // out of its range, which says more

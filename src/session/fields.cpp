@@ -14,16 +14,15 @@ constexpr Control kForm2[] = {{"page_up", button}, {"page_down", button}, {"acce
                               {"wechsel", button}, {"notice", view},      {"version_line", display}};
 
 constexpr Control kForm3[] = {
-    {"HVolDat", combo},   {"Bnam", combo},       {"Zkalm", number},  {"Zkalz", number},
-    {"buldinmm", number}, {"buldinch", number},  {"Bwgm", number},   {"Bwgn", number},
-    {"Glenm", number},    {"Glenz", number},     {"Hlenm", number},  {"Hlenz", number},
-    {"Plenm", number},    {"Plenz", number},     {"Llenm", number},  {"Llenz", number},
-    {"Bsdm", number},     {"Bsdz", number},      {"ssdm", number},   {"ssdz", number},
-    {"Wobm", display},    {"Wobz", display},     {"qfqm", number},   {"qfqi", number},
-    {"Volfml", number},   {"Volfgn", number},    {"Vvgm", display},  {"Vvgn", display},
-    {"Veffm", display},   {"Veffz", display},    {"sebf", number},   {"zul_P0", number},
-    {"zul_P1", number},   {"zulp_nam", display}, {"method", text},   {"TAIL", check},
-    {"fproof", check},    {"shpic", button},     {"Patdef", button}, {"grenzen", display}};
+    {"HVolDat", combo},   {"Bnam", combo},    {"Zkalm", number},  {"Zkalz", number},     {"buldinmm", number},
+    {"buldinch", number}, {"Bwgm", number},   {"Bwgn", number},   {"Glenm", number},     {"Glenz", number},
+    {"Hlenm", number},    {"Hlenz", number},  {"Plenm", number},  {"Plenz", number},     {"Llenm", number},
+    {"Llenz", number},    {"Bsdm", number},   {"Bsdz", number},   {"ssdm", number},      {"ssdz", number},
+    {"Wobm", display},    {"Wobz", display},  {"qfqm", number},   {"qfqi", number},      {"Volfml", number},
+    {"Volfgn", number},   {"Vvgm", display},  {"Vvgn", display},  {"Veffm", display},    {"Veffz", display},
+    {"sebf", number},     {"zul_P0", number}, {"zul_P1", number}, {"zulp_nam", display}, {"method", text},
+    {"TAIL", check},      {"fproof", check},  {"shpic", button},  {"Patdef", button},    {"grenzen", display},
+    {"drawing", surface}};
 
 constexpr Control kForm4[] = {
     {"PulvDat", combo},    {"Exw", number},   {"Kap", number},     {"Pdens", number},

@@ -56,18 +56,36 @@ bool file_exists_check(Session& s, std::string& file, FileMode mode) {
   return true;
 }
 
+// Exports have no file in use that would tell the folder.
+struct KeptFolder {
+  DialogKind kind;
+  std::string Options::*folder;
+};
+constexpr KeptFolder kFolders[] = {{DialogKind::text, &Options::txtdir},
+                                   {DialogKind::picture, &Options::picdir},
+                                   {DialogKind::spreadsheet, &Options::tabdir}};
+
+std::string* kept_folder(Session& s, DialogKind kind) {
+  const auto* at = std::ranges::find(kFolders, kind, &KeptFolder::kind);
+  return at == std::end(kFolders) ? nullptr : &(s.options.*at->folder);
+}
+
 }  // namespace
 
 std::optional<FileAnswer> ask_file(Session& s, FileBox box, const std::vector<std::string>& extensions,
                                    const std::function<bool(const std::string&)>& refused) {
+  std::string* const kept = kept_folder(s, box.kind);
+  if (kept && folder_exists(*kept)) box.folder = *kept;
   for (;;) {
     auto answer = s.user->choose_file(box);
     if (!answer) return answer;
     const std::string typed = answer->file;
     answer->file = with_extension(typed, extensions);
     if (file_name_valid(s, answer->file, box.mode) && !(refused && refused(answer->file)) &&
-        extension_fits(s, answer->file, extensions) && file_exists_check(s, answer->file, box.mode))
+        extension_fits(s, answer->file, extensions) && file_exists_check(s, answer->file, box.mode)) {
+      if (kept) *kept = file_folder(answer->file);
       return answer;
+    }
     const std::string name = file_name_only(typed);
     box.name = name == box.name ? std::string() : name;  // what was refused is not proposed for ever
     if (const std::string folder = file_folder(typed); folder_exists(folder)) box.folder = folder;

@@ -145,8 +145,8 @@ bool refuse_settings_file(Session& s, const std::string& file) {
 bool is_named(const std::string& stored) { return !stored.empty() && file_name_only(stored) != "*."; }
 
 std::string load_start(const Session& s, FileMode mode) {
-  const std::string& last = s.options.labfil;
-  return dialog_folder(s, last == "/*." ? std::string() : last, "data/", mode);
+  const std::string& last = s.options.labfil;  // "*." alone: of a load that never had a file
+  return dialog_folder(s, file_folder(last).size() > 1 ? last : std::string(), "data/", mode);
 }
 
 std::string stored_load(const std::string& file) { return file_folder(file) + file_stem(file) + "."; }

@@ -160,12 +160,13 @@ TEST_F(Entry, TypingFindsInAList) {
   ASSERT_NE(list, nullptr);
   ASSERT_GT(list->count(), 5);
   const int wanted = list->count() - 1;
+  const QString name = list->itemText(wanted);
   program.session.user->focus("Form4", "PulvDat");
-  QTest::keyClicks(list, list->itemText(wanted));
+  QTest::keyClicks(list, name);
   QTest::keyClick(list, Qt::Key_Return);
   QApplication::processEvents();
   EXPECT_EQ(field(program.session, "Form4", "PulvDat").selected, wanted);
-  EXPECT_EQ(program.session.load.pulver, utf8(list->itemText(wanted)));
+  EXPECT_EQ(program.session.load.pulver, utf8(name));
 }
 
 TEST_F(Entry, MenusOpenByTheirMnemonicsFromWithinAField) {
