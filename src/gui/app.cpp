@@ -97,7 +97,9 @@ int run_program(App& app, const PlaceHints& hints, const QStringList& loads) {
     user.attach(&session, &desk);
     if (show_notice(session)) {
       desk.open_frame();
-      if (!loads.isEmpty())
+      if (loads.isEmpty())
+        desk.act([&] { open_first_example(session); });
+      else
         desk.act([&] {
           open_load(session, QFile::encodeName(QFileInfo(loads[0]).absoluteFilePath()).toStdString());
         });

@@ -40,6 +40,8 @@ bool move_bar(Session& s, std::string_view screen, std::string_view bar, int pos
 
 bool open_screen(Session& s, std::string_view screen);   // fills its fields and shows it
 bool close_screen(Session& s, std::string_view screen);  // as its close button or Escape does
+// At a user's very first start the quick start stands open on a delivered load, an example to try out.
+void open_first_example(Session& s);
 
 // What the key filter of number fields lets stand: at most 18 characters, digits, one leading "-", one point
 // (a comma must have been turned into one), and a number that does not overflow. The empty text may stand.

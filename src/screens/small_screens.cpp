@@ -9,6 +9,7 @@
 #include "screens/screen_actions.h"
 #include "session/driver.h"
 #include "session/files.h"
+#include "text/file.h"
 #include "text/number.h"
 
 namespace tv {
@@ -64,6 +65,8 @@ void close_friction(Session& s) {
 }
 
 // --- quick start
+
+constexpr const char* kFirstExample = "data/loads/308_winchester_168.dat";
 
 struct QuickField {
   const char* field;
@@ -304,6 +307,16 @@ bool move_bar(Session& s, std::string_view screen, std::string_view bar, int pos
   if (moved == &kLowestBar ? other < value : other > value) other = value;
   for (const Bar* b : {&kLowestBar, &kHighestBar}) write_pair(s, screen, b->field);
   return true;
+}
+
+void open_first_example(Session& s) {
+  if (!s.first_start) return;
+  s.first_start = false;
+  const std::string file = data_path(s, kFirstExample);
+  // Read, not opened: it gets no place among the user's own loads, and its first save asks for a name.
+  if (!file_exists(file) || !load_read(s, file)) return;
+  open_screen(s, "frmFast");
+  set_text(s, "frmMAIN", "status_line", s.language.text("frmfast", "first_example"));
 }
 
 void refresh_quick_start(Session& s) {

@@ -129,6 +129,7 @@ struct Session {
 
   std::string picture;         // file name of the cartridge's picture, empty if none
   bool notice_agreed = false;  // the safety notice, this time
+  bool first_start = false;    // this user has no settings yet
   bool end_requested = false;  // by the safety notice or the end command
   Options options_held;        // while the criteria of the powder table are edited
   int strategy_held = 0;

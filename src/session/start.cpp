@@ -156,6 +156,7 @@ void language_switch(Session& s, std::string_view language) {
 
 bool start(Session& s, const PlaceHints& hints) {
   take_places(s, hints);
+  s.first_start = s.writes_files && !file_exists(s.settings_file);
   s.options.lanfile =
       forward_slashes(read_sectioned(s.settings_file, CodePage::cp1252).get_bytes(kStartup, "lanfile"));
   const bool chosen = !s.options.lanfile.empty();

@@ -152,6 +152,30 @@ TEST(Start, TheNoticeComesBeforeTheFrameAndTheEndIsAsked) {
   EXPECT_EQ(order, (std::vector<std::string>{"notice", "frame", "box"}));
 }
 
+TEST(Start, OnlyTheFirstOneOpensTheQuickStartOnAnExample) {
+  const Home home;
+  for (const bool first : {true, false}) {
+    bool looked = false;
+    run_whole(home.hints(), [&](QDialog* dialog) {
+      if (dialog && dialog->objectName() == "Form2") return agree(dialog);
+      if (auto* box = qobject_cast<QMessageBox*>(dialog)) return box->buttons().front()->click();
+      MainFrame* frame = open_frame();
+      if (!frame || dialog || looked) return;
+      looked = true;
+      auto* quick = frame->findChild<QDialog*>("frmFast");
+      EXPECT_EQ(quick && quick->isVisible(), first);
+      if (first) {
+        quick->findChild<QPushButton*>("Proceed")->click();
+        EXPECT_FALSE(quick->isVisible());
+        EXPECT_GT(frame->findChild<QLineEdit*>("Vnull")->text().toInt(), 700) << "it calculates as it stands";
+        EXPECT_TRUE(frame->windowTitle().startsWith("*")) << "no file of the user's";
+      }
+      frame->close();
+    });
+    EXPECT_TRUE(looked);
+  }
+}
+
 TEST(Start, AHomeThatCannotBeWrittenIsToldOfAndWorkedWith) {
   const Home home;
   PlaceHints hints = home.hints();
