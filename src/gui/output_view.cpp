@@ -200,7 +200,8 @@ View make_output_view(Desk& desk) {
   view.root = output;
   view.refresh = [output, &desk] {
     output->refresh();
-    const QString title = qt(output_caption(desk.session())) + " - " + kProgramName;
+    QString title = qt(output_caption(desk.session()));
+    if (!title.endsWith(kProgramName)) title = title + " - " + kProgramName;  // tables name it themselves
     if (QWidget* window = output->parentWidget(); window && window->windowTitle() != title)
       window->setWindowTitle(title);
   };
