@@ -160,6 +160,7 @@ void GuiUser::run_dialog(std::string_view screen) {
 void GuiUser::busy(bool on) {
   if (on && busy_++ == 0) {
     cancelled_ = false;
+    told_.invalidate();
     QApplication::setOverrideCursor(Qt::WaitCursor);
   } else if (!on && busy_ > 0 && --busy_ == 0) {
     QApplication::restoreOverrideCursor();
@@ -168,7 +169,11 @@ void GuiUser::busy(bool on) {
   }
 }
 
+// Painting each powder would take longer than calculating it.
 void GuiUser::progress(std::string_view text, double fraction) {
+  constexpr qint64 kOften = 20;  // ms
+  if (told_.isValid() && told_.elapsed() < kOften) return;
+  told_.start();
   if (desk_ && desk_->frame()) desk_->frame()->show_progress(text, fraction);
   RunGuard(cancelled_).pass_events();
 }

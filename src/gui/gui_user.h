@@ -1,6 +1,7 @@
 // The person at the windows: boxes, inputs, file dialogs, focus, progress.
 #pragma once
 
+#include <QElapsedTimer>
 #include <QPointer>
 #include <QProgressBar>
 
@@ -39,6 +40,7 @@ private:
   Desk* desk_ = nullptr;
   int busy_ = 0;
   bool cancelled_ = false;
+  QElapsedTimer told_;  // since the progress was last shown; not valid before the first time of a run
 };
 
 // Passes on what must happen while a long run goes on: painting, and Escape, which is told; nothing else.
