@@ -159,12 +159,38 @@ TEST(DeliveredRest, ReadsWholeAndHoldsSensibleValues) {
     for (int field = black_powder_field::K1; field <= black_powder_field::K3; ++field)
       expect_within(black.number(row, field), 0, 3000, black.cell(row, 0));
   EXPECT_FALSE(delivered("nameprim.txt", RecordKind::primers).rows.empty());
-  for (const char* language : {"english", "german", "french", "russian"}) {
-    const auto page = std::string_view(language) == "russian" ? CodePage::cp1251 : CodePage::cp1252;
+}
+
+// Each language has the same conversions, only the names differ.
+TEST(DeliveredUnits, AreTheSameInEveryLanguage) {
+  const auto units = [](const std::string& language) {
+    const auto page = language == "russian" ? CodePage::cp1251 : CodePage::cp1252;
     const std::string file = std::string(TV_SHARE_DIR) + "/lan/" + language + ".cnv";
-    const RecordRead units = read_records_plain(file, RecordKind::units, page);
-    EXPECT_EQ(units.failure, 0) << file;
-    EXPECT_FALSE(units.file.table.rows.empty()) << file;
+    const RecordRead read = read_records_plain(file, RecordKind::units, page);
+    EXPECT_TRUE(read.ok() && read.short_records.empty()) << file;
+    return read.file.table;
+  };
+  const RecordTable english = units("english");
+  EXPECT_GE(english.rows.size(), 30U);
+  for (int row = 0; row <= english.last(); ++row)
+    EXPECT_NE(english.number(row, 2), 0) << english.cell(row, 0);
+  const auto factor = [&](const char* from, const char* to) {
+    for (const Record& r : english.rows)
+      if (r[0] == from && r[1] == to) return read_number(r[2]);
+    return 0.0;
+  };
+  EXPECT_EQ(factor("inch", "mm"), 25.4);
+  EXPECT_NEAR(factor("grain", "gram"), 1 / 15.432358353, 1e-9);
+  EXPECT_NEAR(factor("psi", "MPa"), 0.00689476, 1e-8);
+  for (const char* language : {"german", "french", "russian"}) {
+    const RecordTable other = units(language);
+    ASSERT_EQ(other.rows.size(), english.rows.size()) << language;
+    for (int row = 0; row <= english.last(); ++row) {
+      EXPECT_FALSE(other.cell(row, 0).empty() || other.cell(row, 1).empty()) << language << row;
+      for (const int field : {2, 3})
+        EXPECT_EQ(other.number(row, field), english.number(row, field))
+            << language << ": " << other.cell(row, 0);
+    }
   }
 }
 

@@ -293,6 +293,26 @@ TEST_F(Driver, FailedRunsAreToldAndShownAsFailed) {
   EXPECT_EQ(user.waiting, 0);
 }
 
+// The progressivity at which the model has no solution is told, and nothing goes on with the run before.
+TEST_F(Driver, AModelWithoutASolutionIsTold) {
+  calculated();
+  const double q = s.state.Ba0 / (98066.5 * s.state.boreM2);
+  const double about = 2 / (q * q * s.state.effMass * s.state.chargeKg * s.state.ExwJ);
+  ShotOutcome outcome;
+  for (int n = -200; n <= 200 && outcome.end != ShotEnd::kEff_one; ++n) {
+    s.state.PDko = about * (1 + n * 0x1p-52);
+    outcome = runShot(s.state, s.curve, s.result);
+  }
+  ASSERT_EQ(outcome.end, ShotEnd::kEff_one);
+  user.forget();
+  EXPECT_EQ(recalculate(s), 0);
+  EXPECT_EQ(user.box_keys(), "msg150");
+  EXPECT_EQ(user.last_front(), "Form4");
+  EXPECT_FALSE(s.resultsValid);
+  EXPECT_EQ(text("Form5", "Vnull"), "0");
+  EXPECT_NE(text("Form5", "merker").find(s.language.fastmsg("fwarn14")), std::string::npos);
+}
+
 // Hardly any progressivity under a start pressure: the burn is lost in its own rounding and the walk never
 // ends.
 TEST_F(Driver, AWalkThatDoesNotEndShowsNoFigures) {
