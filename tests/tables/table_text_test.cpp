@@ -87,6 +87,32 @@ TEST(TableText, PowderTableCutShortCoarseAndWithoutLimit) {
   EXPECT_EQ(DrawPowderTableText(test::run(shot, {}, c), l, false).text, "No powder fits. ");
 }
 
+TEST(TableText, RowsOfPowdersThatAllFailSayNothingElse) {
+  const Language l = test::language();
+  RecordTable list;
+  list.rows = {test::powder("no energy", 0.6, 0.92, 0), test::powder("lead", 0.6, 0),
+               test::powder("air", 0.6)};
+  list.rows[1][powder_field::Kap] = "abc";
+  list.rows[2][powder_field::Pdens] = "0";
+  for (int strategy = 0; strategy < kStrategies; ++strategy) {
+    test::Shot shot = test::rifle();
+    shot.s.dim.zul_P = 0;
+    PowderCriteria c;
+    c.strategy = strategy;
+    const PowderTable table = test::run(shot, list, c);
+    ASSERT_EQ(table.row_index(), 2);
+    for (const bool imperial : {false, true}) {
+      const std::string text = DrawPowderTableText(table, l, imperial).text;
+      for (const PowderRow& row : table.rows) {
+        std::string line = row.name;
+        line.resize(35, ' ');
+        EXPECT_NE(text.find("\r\n" + line + "  ???  not calculated \r\n"), std::string::npos) << text;
+      }
+      EXPECT_NE(text.find(l.fastmsg("fwarn3")), std::string::npos);
+    }
+  }
+}
+
 TEST(TableText, PointList) {
   const Language l = test::language();
   test::Shot shot = test::rifle();
