@@ -102,17 +102,6 @@ TEST_F(Driver, StepSetting) {
   EXPECT_EQ(text("Form5", "Sdau"), " n.a.");
 }
 
-TEST_F(Driver, DisplayModes) {
-  for (const int type : {-2, -1, 0, 1, 6}) {
-    s.state.tableKind = 2, s.state.tableMode = 1, s.output_as_text = true;
-    SetDisplayMode(s, type);
-    EXPECT_EQ(s.options.grftyp, type);
-    EXPECT_EQ(s.state.tableKind, type == -2 ? 1 : 0);
-    EXPECT_EQ(s.state.tableMode, type == -1 ? 1 : 0);
-    EXPECT_FALSE(s.output_as_text);
-  }
-}
-
 TEST_F(Driver, LoadTableInPlaceOfTheShotLeavesTheLoadAsItWas) {
   calculated();
   const CalcState single = s.state;

@@ -48,6 +48,55 @@ TEST_F(Home, AnEmptyOneStartsOnTheDeliveredData) {
   EXPECT_EQ(p->keys(), "");
 }
 
+std::vector<std::string> parts_of(const std::string& text, const std::string& between) {
+  std::vector<std::string> parts;
+  std::size_t begin = 0;
+  for (std::size_t at; (at = text.find(between, begin)) != std::string::npos; begin = at + between.size())
+    parts.emplace_back(trim(text.substr(begin, at - begin)));
+  parts.emplace_back(trim(text.substr(begin)));
+  return parts;
+}
+
+// What the document of the files says a setting is when nobody has set it; nothing for a key that it does not
+// tell of, and no value where it tells none.
+std::map<std::string, std::string> documented_defaults() {
+  std::map<std::string, std::string> defaults;
+  const std::string text = read_file(std::string(TV_SOURCE_DIR) + "/docs/file-formats.md").bytes;
+  for (const std::string& line : parts_of(text, "\n")) {
+    const auto cells = parts_of(line, "|");
+    const auto keys = cells.size() > 2 ? parts_of(cells[cells.size() == 7 ? 2 : 1], "`") : cells;
+    const auto values = cells.size() == 7 ? parts_of(cells[4], ", ") : std::vector<std::string>();
+    for (std::size_t i = 1; i < keys.size(); i += 2) {  // every second part stands between the marks
+      const std::size_t n = values.size() == 1 ? 0 : i / 2;
+      std::string value = n < values.size() ? values[n] : "";
+      std::erase(value, '`');
+      defaults.emplace(keys[i], value);
+    }
+  }
+  return defaults;
+}
+
+TEST_F(Home, EverySettingIsDocumentedWithItsDefault) {
+  const auto documented = documented_defaults();
+  const auto p = start();
+  save_and_exit(p->s);
+  const SectionedFile settings = read_sectioned(at("ternofw.set"), CodePage::cp1252);
+  int compared = 0;
+  for (const std::string& section : settings.sections())
+    for (const std::string& key : settings.keys(section)) {
+      const std::string first = key.substr(0, key.size() - 1) + "1";  // `mulbc1` to `mulbc5`
+      const auto told = documented.contains(key) ? documented.find(key) : documented.find(first);
+      if (key.ends_with("recent")) continue;
+      ASSERT_NE(told, documented.end()) << key << " is not told of in docs/file-formats.md";
+      const std::string& value = told->second;
+      if (value.empty() || value.find(' ') != std::string::npos) continue;
+      if (key == "lanfile" || key == "omtfil" || value.ends_with('.')) continue;  // told in words
+      EXPECT_EQ(settings.get(section, key), value) << key;
+      ++compared;
+    }
+  EXPECT_GT(compared, 50);
+}
+
 TEST_F(Home, EveryOptionAndTheLoadSurviveARestart) {
   auto p = start();
   for (const OptionKey& key : option_keys()) change_option(key, p->s.options);
