@@ -112,6 +112,43 @@ TEST(Tables, ExportsHoldTheSameFigures) {
   EXPECT_NE(text.find("ft.lbs"), std::string::npos) << text;
 }
 
+TEST(Tables, APowderTableInEveryFormat) {
+  const Scratch scratch;
+  const auto table = [&](std::vector<std::string> more) {
+    std::vector<std::string> arguments{"powder-table", load_file("308_winchester_168"),
+                                       "--powders",    kPowders,
+                                       "--strategy",   "3",
+                                       "--set",        "maxtab=300",
+                                       "--set",        "lod2nd=0.9",
+                                       "--set",        "lv_min=40",
+                                       "--sort",       "ppname"};
+    arguments.insert(arguments.end(), more.begin(), more.end());
+    const CliAnswer answer = cli_in(scratch, arguments);
+    EXPECT_EQ(answer.exit, 0) << answer.err;
+    return answer;
+  };
+  const Json rows = table({"--format", "json"}).json()["rows"];
+  const std::string csv = table({"--format", "csv"}).out, text = table({"--units", "imperial"}).out;
+  EXPECT_NE(csv.find("Typ,1.mc(g)[300 MPa],1.vel(m/s),2.mc(g)[270 MPa],2.vel(m/s)\r\n"), std::string::npos);
+  EXPECT_NE(text.find(" 39160 psi = 270 MPa."), std::string::npos) << text;
+  std::size_t line = 0, row_in_text = 0;
+  for (const Json& row : rows) {
+    line = csv.find("\r\n", line) + 2;
+    const std::string name = row["cells"][0].get<std::string>();
+    const std::string head = (name.find(',') == std::string::npos ? name : '"' + name + '"') + ",";
+    const std::string cells = csv.substr(line, csv.find("\r\n", line) - line);
+    ASSERT_TRUE(cells.starts_with(head)) << cells;
+    EXPECT_EQ(cells == head + ",,,", row["status"] != "ok") << cells;
+    if (row["status"] == "ok") {
+      EXPECT_NEAR(std::stod(cells.substr(head.size())), 1000 * number(row["cells"][2]), 1e-9);
+    }
+    row_in_text = text.find("\n" + name, row_in_text);
+    ASSERT_NE(row_in_text, std::string::npos) << name;
+  }
+  table({"--format", "xlsx", "--output", scratch.path() + "powders.xlsx"});
+  EXPECT_EQ(read_bytes(scratch.path() + "powders.xlsx").substr(0, 2), "PK");
+}
+
 TEST(Records, ReadsEveryKindAndTellsShortRecords) {
   const Scratch scratch;
   for (const char* name : {"bullets/ternofw.bul", "calibers/ternofw.vol", "powders/ternofw.pro",
