@@ -264,6 +264,12 @@ TEST_F(Driver, FitThatCannotBeMetLeavesTheLoad) {
   s.imperial_view = true;
   FitChargeToTarget(s, 45000, 0);
   EXPECT_NEAR(s.result.pMax / 6894.76, 45000, 10);
+  FitChargeToTarget(s, 2500, 1);
+  EXPECT_NEAR(s.result.vMuzzle / 0.3048, 2500, 0.05);
+  FitChargeToTarget(s, 20, 3);
+  EXPECT_NEAR(s.state.dim.Wob, 508, 1e-9);
+  FitChargeToTarget(s, 22, 4);
+  EXPECT_NEAR(s.state.dim.Llen, 22, 1e-9);
 }
 
 TEST_F(Driver, FailedRunsAreToldAndShownAsFailed) {
