@@ -136,11 +136,7 @@ void Binder::finish_list(const std::string& name, RecordList* records) {
 }
 
 void Binder::escape() {
-  bool restored = false;
-  act_([&] {
-    restored = session_.focus.screen == screen_ && restore_field(session_);
-    if (!restored) close_screen(session_, screen_);
-  });
+  act_([&] { key(session_, screen_, "Escape"); });
 }
 
 bool Binder::key_pressed(const std::string& name, QWidget* widget, int pressed,

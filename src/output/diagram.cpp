@@ -73,6 +73,9 @@ Axes make_axes(const DiagramRun& run, const DiagramOptions& options, const Langu
                                            : velocity_axis(run, options, language);
   axes.has_right = shows_both(options.type);
   if (axes.has_right) axes.right = velocity_axis(run, options, language);
+  axes.x = section_of(axes.x, options.view.x);
+  axes.left = section_of(axes.left, options.view.y);
+  axes.right = section_of(axes.right, options.view.y);
   return axes;
 }
 
@@ -93,7 +96,9 @@ void set_width(Canvas& canvas, const Axes& axes) {
   f.x_from = axes.x.from;
   f.x_to = axes.x.to;
   f.x_label_offset = axes.x.offset;
+  f.y1_from = axes.left.from;
   f.y1_to = axes.left.to;
+  f.y2_from = axes.has_right ? axes.right.from : 0;
   f.y2_to = axes.has_right ? axes.right.to : 1;
   f.has_right = axes.has_right;
 }
@@ -119,12 +124,27 @@ std::vector<Series> make_series(const Canvas& canvas, const DiagramOptions& opti
     series[1].style = LineStyle::dash;
     series[1].right_scale = true;
   }
-  for (Series& each : series) each.bold = each.number == options.followed;
+  for (Series& each : series) {
+    each.hidden = options.hidden[static_cast<std::size_t>(each.number - 1)];
+    each.bold = each.number == options.followed && !each.hidden;
+  }
   return series;
 }
 
-void trace(Series& series, const DiagramFrame& frame, const DiagramRun& run, const DiagramOptions& options) {
+// Cut at the frame where a section is on show.
+void clip(Series& series, const DiagramFrame& frame) {
+  std::vector<std::vector<Point>> whole;
+  whole.swap(series.pieces);
+  for (const auto& piece : whole) {
+    for (auto& part : clipped(plot_box(frame), piece)) series.pieces.push_back(std::move(part));
+  }
+}
+
+void trace(Series& series, const DiagramFrame& frame, const Axes& axes, const DiagramRun& run,
+           const DiagramOptions& options) {
+  if (series.hidden) return;
   const ValueOf value_of = !series.right_scale && shows_pressure(options.type) ? pressure_of : velocity_of;
+  const Axis& scale = series.right_scale ? axes.right : axes.left;
   bool open = false;
   for (int i = 0; i <= last_index(run); ++i) {
     const double x = x_of(run, options, i), y = value_of(run, options, i);
@@ -134,8 +154,10 @@ void trace(Series& series, const DiagramFrame& frame, const DiagramRun& run, con
     }
     if (!open) series.pieces.emplace_back();
     open = true;
-    series.pieces.back().push_back(on_surface(frame, x, y, series.right_scale));
+    series.pieces.back().push_back(projected(frame, std::clamp(x, axes.x.low, axes.x.high),
+                                             std::clamp(y, scale.low, scale.high), series.right_scale));
   }
+  if (!is_whole(options.view)) clip(series, frame);
 }
 
 void draw_zones(Canvas& canvas, double limit) {
@@ -144,11 +166,12 @@ void draw_zones(Canvas& canvas, double limit) {
     double from, to;
     Colour colour;
   };
+  const double whole_top = std::max(limit, f.y1_to);
   const double near_limit = limit - 0.147 * limit, caution = near_limit - 0.097 * limit;
   for (const Zone& zone :
-       {Zone{limit, f.y1_to, canvas.colours.over}, Zone{near_limit, limit, canvas.colours.near_limit},
+       {Zone{limit, whole_top, canvas.colours.over}, Zone{near_limit, limit, canvas.colours.near_limit},
         Zone{caution, near_limit, canvas.colours.caution}}) {
-    if (zone.from >= f.y1_to || zone.from >= zone.to) continue;
+    if (zone.from >= f.y1_to || zone.to <= f.y1_from || zone.from >= zone.to) continue;
     add_band(canvas.list, on_surface(f, f.x_from, zone.to, false), on_surface(f, f.x_to, zone.from, false),
              zone.colour);
   }
@@ -185,11 +208,15 @@ std::vector<LabelBox> limit_candidates(const Canvas& canvas, const LimitLine& li
   return out;
 }
 
-std::vector<LimitLine> limit_lines(double limit, const Language& language) {
+// Those that the section on show reaches.
+std::vector<LimitLine> limit_lines(const DiagramFrame& f, double limit, const Language& language) {
   const std::string below = language.fastmsg("pmin");
-  return {{limit, language.fastmsg("pzul"), LineStyle::solid, true},
-          {0.85 * limit, below + "-15% ", LineStyle::dash_dot, false},
-          {0.75 * limit, below + "-25% ", LineStyle::dot, true}};
+  std::vector<LimitLine> lines = {{limit, language.fastmsg("pzul"), LineStyle::solid, true},
+                                  {0.85 * limit, below + "-15% ", LineStyle::dash_dot, false},
+                                  {0.75 * limit, below + "-25% ", LineStyle::dot, true}};
+  std::erase_if(lines,
+                [&f](const LimitLine& line) { return line.level < f.y1_from || line.level > f.y1_to; });
+  return lines;
 }
 
 void draw_limits(Canvas& canvas, LabelPlacer& placer, const std::vector<LimitLine>& lines) {
@@ -226,6 +253,16 @@ std::vector<LabelBox> mark_candidates(const Canvas& canvas, Point at, double rad
   return out;
 }
 
+// The place of a logged point, if it lies in the section on show.
+std::optional<Point> point_on_show(const DiagramFrame& f, const Axes& axes, double x, double y) {
+  if (!is_drawable(x) || !is_drawable(y)) return std::nullopt;
+  const Point at = projected(f, std::clamp(x, axes.x.low, axes.x.high),
+                             std::clamp(y, axes.left.low, axes.left.high), false);
+  constexpr double slack = 0.01;  // a point at an end of the axis may miss the frame by its last bit
+  if (!contains({f.left - slack, f.top - slack, f.right + slack, f.bottom + slack}, at)) return std::nullopt;
+  return Point{std::clamp(at.x, f.left, f.right), std::clamp(at.y, f.top, f.bottom)};
+}
+
 struct Mark {
   const char* label;
   Point at;
@@ -245,15 +282,15 @@ double mark_radius(const Canvas& canvas) { return std::max(3.5, 1.2 * canvas.lin
 
 // The marks that are wanted and valid, each with room for its label where there is any. Marks stand where
 // the shot puts them, so they choose before the labels that may slide along a line.
-std::vector<Mark> plan_marks(const Canvas& canvas, LabelPlacer& placer, const DiagramRun& run,
-                             const DiagramOptions& options) {
+std::vector<Mark> plan_marks(const Canvas& canvas, LabelPlacer& placer, const Axes& axes,
+                             const DiagramRun& run, const DiagramOptions& options) {
   struct Candidate {
     const char* label;
     int index;
     bool wanted;
   };
   const ShotResult& r = *run.result;
-  const bool flew = last_index(run) > 0;
+  const bool flew = last_index(run) > 0 && !options.hidden[0];  // they stand on the first curve
   const Candidate candidates[] = {{"Pmax", r.peakIdx, options.maximum},
                                   {"M", last_index(run), options.marks && run.exits},
                                   {"100%", r.burnIdx, options.marks},
@@ -264,10 +301,10 @@ std::vector<Mark> plan_marks(const Canvas& canvas, LabelPlacer& placer, const Di
   std::vector<Mark> marks;
   for (const Candidate& each : candidates) {
     const double x = x_of(run, options, each.index), y = value_of(run, options, each.index);
-    if (!flew || !each.wanted || !is_drawable(x) || !is_drawable(y)) continue;
-    const Point at = on_surface(canvas.frame, x, y, false);
-    marks.push_back({each.label, at, std::nullopt});
-    placer.taken.push_back({at.x - radius, at.y - radius, at.x + radius, at.y + radius});
+    const std::optional<Point> at = point_on_show(canvas.frame, axes, x, y);
+    if (!flew || !each.wanted || !at) continue;
+    marks.push_back({each.label, *at, std::nullopt});
+    placer.taken.push_back({at->x - radius, at->y - radius, at->x + radius, at->y + radius});
   }
   for (Mark& mark : marks) {
     const double width = canvas.measure(mark.label, false, true);
@@ -317,6 +354,17 @@ void draw_axes(Canvas& canvas, const Axes& axes, const std::vector<Series>& seri
   draw_axis_titles(canvas, axes.left, axes.has_right ? &axes.right : nullptr, left, right);
 }
 
+// A section could be taken for the whole, and a pressure that leaves the frame for one without a peak.
+std::string section_note(const DiagramFrame& frame, const Axes& axes, const DiagramRun& run,
+                         const DiagramOptions& options, const Language& language) {
+  if (is_whole(options.view)) return {};
+  const int peak = run.result->peakIdx;
+  const double x = x_of(run, options, peak), y = pressure_of(run, options, peak);
+  const bool gone =
+      shows_pressure(options.type) && is_drawable(x) && is_drawable(y) && !point_on_show(frame, axes, x, y);
+  return language.fastmsg(gone ? "fsectpk" : "fsection");
+}
+
 DiagramOptions with_known_type(DiagramOptions options) {
   if (options.type < 1 || options.type > 6) options.type = 3;
   return options;
@@ -336,12 +384,13 @@ Diagram draw_diagram(const DiagramRun& run, const DiagramOptions& asked, const L
   const LegendPlan plan =
       plan_legend(canvas, series, coarse ? language.fastmsg("fcoarse") : "", axes.x.title);
   set_height(canvas, plan.rows);
-  for (Series& each : series) trace(each, canvas.frame, run, options);
+  for (Series& each : series) trace(each, canvas.frame, axes, run, options);
   const double limit = shows_pressure(options.type) ? maximum_pressure(run, options) : 0;
   const std::vector<LimitLine> limits =
-      limit > 0 && options.maximum ? limit_lines(limit, language) : std::vector<LimitLine>{};
+      limit > 0 && options.maximum ? limit_lines(canvas.frame, limit, language) : std::vector<LimitLine>{};
   LabelPlacer placer = make_placer(canvas, series, limits);
-  const std::vector<Mark> marks = plan_marks(canvas, placer, run, options);
+  const std::vector<Mark> marks = plan_marks(canvas, placer, axes, run, options);
+  const std::string section = section_note(canvas.frame, axes, run, options, language);
 
   draw_frame(canvas);
   draw_axes(canvas, axes, series);
@@ -349,6 +398,7 @@ Diagram draw_diagram(const DiagramRun& run, const DiagramOptions& asked, const L
   draw_limits(canvas, placer, limits);
   for (const Series& each : series) draw_series(canvas, each);
   draw_marks(canvas, marks);
+  if (!section.empty()) draw_corner_note(canvas, placer, section);
   Diagram diagram;
   diagram.legend = draw_legend(canvas, plan, axes.x.title);
   if (options.stale) {

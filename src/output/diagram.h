@@ -1,11 +1,14 @@
-// The six standard diagrams of a shot: scales, zones, curves, marks, and what a point on the surface means.
+// The six standard diagrams of a shot: scales, zones, curves, marks, the section on show, and what a point on
+// the surface means.
 #pragma once
 
+#include <array>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "engine/calc_state.h"
+#include "output/diagram_view.h"
 #include "output/draw_list.h"
 #include "text/language.h"
 
@@ -49,22 +52,26 @@ struct DiagramOptions {
   std::string font = "Arial";
   double text_size = 12;
   DiagramColours colours;
-  int followed = 0;  // the curve that the read-out follows, drawn bold: 0 none, 1 first, 2 second
+  int followed = 0;              // the curve that the read-out follows, drawn bold: 0 none, 1 first, 2 second
+  std::array<bool, 2> hidden{};  // first and second curve: not drawn, grey in the legend
+  DiagramView view;
 };
 
 // Axis ranges and the plot's rectangle: turns a point of the surface into values and back.
 struct DiagramFrame {
   double left = 0, right = 0, top = 0, bottom = 0;
-  double x_from = 0, x_to = 1, y1_to = 1, y2_to = 1;
+  double x_from = 0, x_to = 1, y1_from = 0, y1_to = 1, y2_from = 0, y2_to = 1;
   double x_label_offset = 0;  // barrel axis: added to the position
   bool has_right = false;
   double label_bottom = 0;  // lower edge of the x axis' labels; the legend begins under it
 };
 
-// A place of the legend: a click on it picks the curve that the read-out follows.
+// A place of the legend: a click on the name picks the curve that the read-out follows, one on the sample of
+// the line hides the curve and shows it again.
 struct LegendEntry {
   double left = 0, top = 0, right = 0, bottom = 0;
-  int curve = 1;  // as DiagramOptions::followed
+  double sample_to = 0;  // right end of the sample
+  int curve = 1;         // as DiagramOptions::followed
 };
 
 struct Diagram {
@@ -81,13 +88,17 @@ Diagram empty_diagram(const std::string& text, const DiagramOptions& options, do
                       TextWidth text_width);
 
 struct ReadOut {
-  std::string x, y1, y2;  // y2 only with two curves
+  std::string x, y1, y2;        // y2 only with two curves
+  std::vector<Point> on_curve;  // where the figures stand on the curves; empty for those of the bare point
 };
 // The values under the point, with their units; nothing when it lies outside the plot.
 std::optional<ReadOut> read_out(const DiagramFrame& frame, const DiagramOptions& options, Point at);
-// The same, but the followed curve tells its own value at the point's x instead of the point's height.
+// The same, but close to a curve the values of the curves themselves at the nearest place; a followed curve
+// is always close, at the x of the point.
 std::optional<ReadOut> read_out(const DiagramFrame& frame, const DiagramOptions& options,
                                 const DiagramRun& run, Point at);
+// The points that a read-out marks, to be drawn over the diagram; it has no background.
+DrawList read_out_marks(const DiagramOptions& options, const ReadOut& read_out);
 
 // A click beside an axis: the value and the mode of the fit; nothing inside the plot, on the legend, in the
 // corners or above the frame.
@@ -97,7 +108,16 @@ struct FitClick {
 };
 std::optional<FitClick> fit_click(const DiagramFrame& frame, const DiagramOptions& options, Point at);
 bool inside_plot(const DiagramFrame& frame, Point at);
-// The curve of the legend entry under the point, 0 if there is none.
-int legend_curve(const Diagram& diagram, Point at);
+struct LegendHit {
+  int curve = 0;  // 0: no entry there
+  bool sample = false;
+};
+LegendHit legend_hit(const Diagram& diagram, Point at);
+
+// The view after `steps` of the wheel at a point of the surface, inwards when above 0: in the plot both axes,
+// beside an axis this one alone, elsewhere none.
+DiagramView zoom_at(const DiagramFrame& frame, const DiagramView& view, Point at, double steps);
+// The view when what stood at `from` has been dragged to `to`.
+DiagramView drag_view(const DiagramFrame& frame, const DiagramView& view, Point from, Point to);
 
 }  // namespace tv

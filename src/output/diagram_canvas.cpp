@@ -97,11 +97,18 @@ std::vector<std::string> wrapped(const Canvas& canvas, const std::string& text, 
   return lines;
 }
 
-Point on_surface(const DiagramFrame& f, double x, double y, bool right_scale) {
-  const double across = std::clamp((x - f.x_from) / (f.x_to - f.x_from), 0.0, 1.0);
-  const double up = std::clamp(y / (right_scale ? f.y2_to : f.y1_to), 0.0, 1.0);
+Point projected(const DiagramFrame& f, double x, double y, bool right_scale) {
+  const double from = right_scale ? f.y2_from : f.y1_from, to = right_scale ? f.y2_to : f.y1_to;
+  const double across = (x - f.x_from) / (f.x_to - f.x_from), up = (y - from) / (to - from);
   return {f.left + across * (f.right - f.left), f.bottom - up * (f.bottom - f.top)};
 }
+
+Point on_surface(const DiagramFrame& f, double x, double y, bool right_scale) {
+  const Point at = projected(f, x, y, right_scale);
+  return {std::clamp(at.x, f.left, f.right), std::clamp(at.y, f.top, f.bottom)};
+}
+
+LabelBox plot_box(const DiagramFrame& f) { return {f.left, f.top, f.right, f.bottom}; }
 
 void draw_frame(Canvas& canvas) {
   const DiagramFrame& f = canvas.frame;
@@ -114,14 +121,14 @@ void draw_x_axis(Canvas& canvas, const Axis& axis) {
   const DiagramFrame& f = canvas.frame;
   double widest = 0;
   for (const Tick& tick : ticks_of(axis)) {
-    const auto at = on_surface(f, tick.position, 0, false);
+    const Point at{on_surface(f, tick.position, 0, false).x, f.bottom};
     add_line(canvas.list, at, {at.x, at.y + kTickLength}, {canvas.colours.ink});
     widest = std::max(widest, canvas.measure(tick.label, tick.is_unit));
   }
   const double per_value = (f.right - f.left) / (axis.to - axis.from);
   for (const Tick& tick : labelled(axis, per_value, widest + 0.6 * canvas.size)) {
-    const auto at = on_surface(f, tick.position, 0, false);
-    add_text(canvas.list, {at.x, f.bottom + kTickLength + 0.95 * canvas.size}, tick.label,
+    const double x = on_surface(f, tick.position, 0, false).x;
+    add_text(canvas.list, {x, f.bottom + kTickLength + 0.95 * canvas.size}, tick.label,
              {canvas.colours.ink, canvas.size, Align::centre, false, tick.is_unit});
   }
 }
@@ -137,7 +144,7 @@ void draw_y_axis(Canvas& canvas, const Axis& axis, bool right, Colour colour) {
     }
     add_line(canvas.list, {edge, y}, {edge + out * kTickLength, y}, {canvas.colours.ink});
   }
-  const double per_value = (f.bottom - f.top) / axis.to;
+  const double per_value = (f.bottom - f.top) / (axis.to - axis.from);
   for (const Tick& tick : labelled(axis, per_value, 1.1 * canvas.size)) {
     const double y = on_surface(f, 0, tick.position, right).y;
     add_text(canvas.list, {edge + out * (kTickLength + kLabelGap), y + kBaseline * canvas.size}, tick.label,
@@ -172,6 +179,24 @@ void draw_series(Canvas& canvas, const Series& series) {
       add_circle(canvas.list, piece.front(), width, series.colour, true);
     }
   }
+}
+
+void draw_corner_note(Canvas& canvas, LabelPlacer& placer, const std::string& text) {
+  const LabelBox& bounds = placer.bounds;
+  const double width = std::min(canvas.measure(text) + 8, bounds.right - bounds.left);
+  const double height = std::min(1.5 * canvas.size, bounds.bottom - bounds.top);
+  std::vector<LabelBox> corners;
+  for (const double top : {bounds.top, bounds.bottom - height}) {
+    for (const double left : {bounds.left, bounds.right - width}) {
+      corners.push_back({left, top, left + width, top + height});
+    }
+  }
+  const LabelBox box = placer.place(corners).value_or(corners.front());
+  Colour paper = canvas.colours.paper;
+  paper.a = 215;
+  add_band(canvas.list, {box.left, box.top}, {box.right, box.bottom}, paper);
+  add_text(canvas.list, {(box.left + box.right) / 2, (box.top + box.bottom) / 2 + kBaseline * canvas.size},
+           text, {canvas.colours.ink, fitting_size(canvas, text, width - 6), Align::centre, false, true});
 }
 
 void draw_banner(Canvas& canvas, const std::string& text, Colour colour) {
@@ -235,6 +260,18 @@ LegendPlan plan_legend(const Canvas& canvas, const std::vector<Series>& series, 
   return plan.rows == 1 ? plan : flow_legend(canvas, series, note, x_title, kEdge);
 }
 
+// Stands for the line of a hidden curve.
+static void draw_empty_sample(Canvas& canvas, double x, double middle, double length) {
+  const double half = 0.3 * canvas.size;
+  add_polyline(canvas.list,
+               {{x, middle - half},
+                {x + length, middle - half},
+                {x + length, middle + half},
+                {x, middle + half},
+                {x, middle - half}},
+               {canvas.colours.stale});
+}
+
 std::vector<LegendEntry> draw_legend(Canvas& canvas, const LegendPlan& plan, const std::string& x_title) {
   const DiagramFrame& f = canvas.frame;
   std::vector<LegendEntry> entries;
@@ -253,12 +290,17 @@ std::vector<LegendEntry> draw_legend(Canvas& canvas, const LegendPlan& plan, con
     }
     const Series& series = *cell.series;
     const double sample = sample_length(canvas), middle = y - kBaseline * canvas.size;
-    add_line(canvas.list, {cell.x, middle}, {cell.x + sample, middle},
-             {series.colour, canvas.line_width * (series.bold ? 1.8 : 1), series.style});
-    add_text(canvas.list, {cell.x + sample + 0.4 * canvas.size, y}, cell.text,
-             {canvas.colours.ink, cell.size, Align::left, series.bold});
-    const double top = top_of(cell.row);
-    entries.push_back({cell.x, top, cell.x + cell.width, top + canvas.row, series.number});
+    if (series.hidden) {
+      draw_empty_sample(canvas, cell.x, middle, sample);
+    } else {
+      add_line(canvas.list, {cell.x, middle}, {cell.x + sample, middle},
+               {series.colour, canvas.line_width * (series.bold ? 1.8 : 1), series.style});
+    }
+    const double text_from = cell.x + sample + 0.4 * canvas.size, top = top_of(cell.row);
+    add_text(
+        canvas.list, {text_from, y}, cell.text,
+        {series.hidden ? canvas.colours.stale : canvas.colours.ink, cell.size, Align::left, series.bold});
+    entries.push_back({cell.x, top, cell.x + cell.width, top + canvas.row, cell.x + sample, series.number});
   }
   return entries;
 }

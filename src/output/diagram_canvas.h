@@ -16,6 +16,7 @@ struct Series {
   Colour colour;
   LineStyle style = LineStyle::solid;
   bool bold = false;
+  bool hidden = false;
   bool right_scale = false;
   std::vector<std::vector<Point>> pieces;  // on the surface; a gap wherever a point cannot be drawn
 };
@@ -43,7 +44,11 @@ double fitting_size(const Canvas& canvas, const std::string& text, double width,
 std::vector<std::string> wrapped(const Canvas& canvas, const std::string& text, double width, double size,
                                  bool bold);
 
+// Where a value stands, also beyond the frame.
+Point projected(const DiagramFrame& frame, double x, double y, bool right_scale);
+// The same, but what lies beyond the frame stands at its edge.
 Point on_surface(const DiagramFrame& frame, double x, double y, bool right_scale);
+LabelBox plot_box(const DiagramFrame& frame);
 
 // The steps, each one onto the canvas' list.
 void draw_frame(Canvas& canvas);
@@ -52,6 +57,8 @@ void draw_y_axis(Canvas& canvas, const Axis& axis, bool right, Colour colour);
 void draw_axis_titles(Canvas& canvas, const Axis& left, const Axis* right, Colour left_colour,
                       Colour right_colour);
 void draw_series(Canvas& canvas, const Series& series);
+// Tells in the emptiest corner of the plot that it shows a section.
+void draw_corner_note(Canvas& canvas, LabelPlacer& placer, const std::string& text);
 // A line of text in the middle of the canvas over everything else, in as many rows as it needs.
 void draw_banner(Canvas& canvas, const std::string& text, Colour colour);
 

@@ -1,4 +1,5 @@
-// Finds room for labels in a picture: inside its bounds, off each other, and off the curves where it can.
+// Finds room for labels in a picture: inside its bounds, off each other, and off the curves where it can;
+// cuts lines at a box.
 #pragma once
 
 #include <optional>
@@ -12,7 +13,10 @@ struct LabelBox {
   double left = 0, top = 0, right = 0, bottom = 0;
 };
 bool overlap(const LabelBox& a, const LabelBox& b);
+bool contains(const LabelBox& box, Point at);
 bool crosses(const LabelBox& box, Point from, Point to);  // a line from point to point touches the box
+// The pieces of a line that lie in the box; points inside stay what they are.
+std::vector<std::vector<Point>> clipped(const LabelBox& box, const std::vector<Point>& line);
 
 struct LabelPlacer {
   LabelBox bounds;

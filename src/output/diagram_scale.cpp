@@ -82,6 +82,8 @@ Axis exact_axis(double from, double to, double span, double offset, const std::s
   axis.unit = unit;
   axis.from = from;
   axis.to = is_drawable(to) && to > from ? to : from + 1;
+  axis.low = axis.from;
+  axis.high = axis.to;
   axis.offset = offset;
   axis.tick = sound_tick(axis.to - axis.from, NiceTick(is_drawable(span) && span > 0 ? span : 1));
   axis.pattern = tick_pattern(axis.tick, unit == "ms");
@@ -96,8 +98,20 @@ Axis value_axis(double largest, double reach, const std::string& unit) {
     axis.tick = sound_tick(need, NiceTick(need));
     axis.to = std::ceil(need / axis.tick * (1 - 1e-12)) * axis.tick;
   }
+  axis.high = axis.to;
   axis.pattern = tick_pattern(axis.tick, false);
   return axis;
+}
+
+Axis section_of(const Axis& axis, const ViewRange& range) {
+  if (range == ViewRange{}) return axis;
+  Axis section = axis;
+  const double length = axis.high - axis.low;
+  section.from = axis.low + range.from * length;
+  section.to = axis.low + range.to * length;
+  section.tick = sound_tick(section.to - section.from, NiceTick(section.to - section.from));
+  section.pattern = tick_pattern(section.tick, axis.unit == "ms");
+  return section;
 }
 
 std::vector<Tick> ticks_of(const Axis& axis) {
@@ -116,8 +130,12 @@ std::vector<Tick> ticks_of(const Axis& axis) {
 double x_value(const DiagramFrame& f, double x) {
   return f.x_from + share(x, f.left, f.right) * (f.x_to - f.x_from);
 }
-double y1_value(const DiagramFrame& f, double y) { return share(y, f.bottom, f.top) * f.y1_to; }
-double y2_value(const DiagramFrame& f, double y) { return share(y, f.bottom, f.top) * f.y2_to; }
+double y1_value(const DiagramFrame& f, double y) {
+  return f.y1_from + share(y, f.bottom, f.top) * (f.y1_to - f.y1_from);
+}
+double y2_value(const DiagramFrame& f, double y) {
+  return f.y2_from + share(y, f.bottom, f.top) * (f.y2_to - f.y2_from);
+}
 
 bool is_drawable(double value) { return std::abs(value) <= kLargestShown; }  // false for NaN
 

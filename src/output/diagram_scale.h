@@ -15,8 +15,9 @@ inline bool shows_both(int type) { return type % 3 == 0; }
 
 struct Axis {
   std::string title, unit;
-  double from = 0, to = 1;  // the range drawn
-  double offset = 0;        // added to a position where it is told
+  double from = 0, to = 1;   // the range drawn
+  double low = 0, high = 1;  // the whole range; values beyond it stand at its ends
+  double offset = 0;         // added to a position where it is told
   double tick = 0.1;
   std::string pattern;  // of the tick labels
 };
@@ -32,6 +33,8 @@ Axis exact_axis(double from, double to, double span, double offset, const std::s
 // An axis from 0 to the smallest multiple of its tick that is neither below 1.02 times the largest value nor
 // below `reach`.
 Axis value_axis(double largest, double reach, const std::string& unit);
+// The section of a whole axis that is on show, with ticks of its own.
+Axis section_of(const Axis& axis, const ViewRange& range);
 std::vector<Tick> ticks_of(const Axis& axis);
 
 // The value under a point of the surface.

@@ -151,10 +151,12 @@ void changed(S s) {
 template <bool Options::*Flag>
 void flip_mark(S s, C) {
   s.options.*Flag = !(s.options.*Flag);
+  if (Flag == &Options::maxshw) show_whole_diagram(s);  // the axis reaches the limit or only the curve
   write_option(s, Flag == &Options::pcolor ? "pcolor" : Flag == &Options::maxshw ? "maxshw" : "actshw");
   changed(s);
 }
 void x_axis(S s, C c) {
+  if (s.options.gbrlen != c.value) show_whole_diagram(s);
   s.options.gbrlen = c.value;
   write_option(s, "gbrlen");
   changed(s);
@@ -175,6 +177,7 @@ bool direction_checked(CS s, C c) { return s.sort.ascending == (c.value != 0); }
 bool powder_table_shown(CS s, C) { return s.options.grftyp == -2; }
 void toggle_units(S s, C) {
   s.imperial_view = !s.imperial_view;
+  show_whole_diagram(s);
   changed(s);
 }
 bool imperial(CS s, C) { return s.imperial_view; }
@@ -184,6 +187,22 @@ void line_width(S s, C c) {
 }
 bool line_width_checked(CS s, C c) { return s.line_width == c.value; }
 void redraw(S s, C) { changed(s); }
+constexpr double kMenuZoom = 3;  // steps of the wheel
+void zoom_diagram(S s, C c) {
+  if (c.value == 0)
+    show_whole_diagram(s);
+  else
+    zoom_output(s, kMenuZoom * c.value);
+  changed(s);
+}
+bool zoomable(CS s, C) { return diagram_shown(s); }
+bool section_shown(CS s, C) { return diagram_shown(s) && !is_whole(s.diagram_view); }
+void flip_curve(S s, C c) {
+  show_curve(s, c.value, s.hidden_curves[static_cast<std::size_t>(c.value - 1)]);
+  changed(s);
+}
+bool has_curve(CS s, C c) { return diagram_shown(s) && (c.value == 1 || s.options.grftyp % 3 == 0); }
+bool curve_shown(CS s, C c) { return !s.hidden_curves[static_cast<std::size_t>(c.value - 1)]; }
 
 bool exportable(CS s, C) {
   return s.options.excel_yes && s.resultsValid && !output_stale(s) && output_export(s).has_value();
@@ -314,6 +333,11 @@ constexpr Command kCommands[] = {
     {.name = "dia_menu", .section = kOut, .parent = nullptr},
     {.name = "toggleunits", .section = kOut, .parent = "dia_menu", .action = toggle_units, .toolbar = 16, .checked = imperial},
     {.name = "newpic", .section = kOut, .parent = "dia_menu", .action = redraw},
+    {.name = "viewin", .section = kOut, .parent = "dia_menu", .action = zoom_diagram, .shortcut = "Ctrl++", .enabled = zoomable, .value = 1, .separator_before = true},
+    {.name = "viewout", .section = kOut, .parent = "dia_menu", .action = zoom_diagram, .shortcut = "Ctrl+-", .enabled = section_shown, .value = -1},
+    {.name = "viewall", .section = kOut, .parent = "dia_menu", .action = zoom_diagram, .shortcut = "Ctrl+0", .enabled = section_shown, .value = 0},
+    {.name = "curve_l", .section = kOut, .parent = "dia_menu", .action = flip_curve, .enabled = has_curve, .checked = curve_shown, .value = 1, .separator_before = true},
+    {.name = "curve_r", .section = kOut, .parent = "dia_menu", .action = flip_curve, .enabled = has_curve, .checked = curve_shown, .value = 2},
     {.name = "marks_menu", .section = kOut, .parent = nullptr},
     {.name = "shozone", .section = kOut, .parent = "marks_menu", .action = flip_mark<&Options::pcolor>, .checked = is_set<&Options::pcolor>},
     {.name = "drawmax", .section = kOut, .parent = "marks_menu", .action = flip_mark<&Options::maxshw>, .checked = is_set<&Options::maxshw>},

@@ -326,7 +326,7 @@ bool choose(Session& s, std::string_view screen, std::string_view group, int n) 
 bool key(Session& s, std::string_view screen, std::string_view name) {
   const ScreenBehaviour* b = behaviour(screen);
   if (b && b->key && b->key(s, name)) return true;
-  if (name == "Escape") return restore_field(s) || close_screen(s, screen);
+  if (name == "Escape") return (s.focus.screen == screen && restore_field(s)) || close_screen(s, screen);
   for (const Command& command : commands())
     if (command.shortcut && name == command.shortcut) return run_command(s, command.name);
   return false;

@@ -1,5 +1,7 @@
 #include "screens/output_window.h"
 
+#include <algorithm>
+
 #include "screens/entry.h"
 #include "screens/screen_actions.h"
 #include "session/driver.h"
@@ -67,7 +69,14 @@ std::string output_caption(const Session& s) {
   return shows_table(s) ? view_text(s).caption : s.language.text("form7", "Form7");
 }
 
-std::string output_text(const Session& s) { return stale_head(s) + plain_breaks(view_text(s).text); }
+OutputText output_text_view(const Session& s) {
+  const TableText table = view_text(s);
+  const std::string head = stale_head(s);
+  const auto above = static_cast<int>(std::ranges::count(head, '\n'));
+  return {head + plain_breaks(table.text), above + table.head_line, table.head_lines};
+}
+
+std::string output_text(const Session& s) { return output_text_view(s).text; }
 
 std::string output_notes(const Session& s) {
   std::string notes;
@@ -107,6 +116,8 @@ DiagramOptions diagram_options(const Session& s, bool dark) {
   const bool velocity_left = o.type == 2 || o.type == 5;
   o.colours.velocity = (velocity_left ? s.colours.left : s.colours.right).value_or(o.colours.velocity);
   o.followed = s.followed_curve;
+  o.hidden = s.hidden_curves;
+  o.view = s.diagram_view;
   return o;
 }
 
@@ -138,6 +149,62 @@ bool click_output(Session& s, const DiagramFrame& frame, Point at) {
     leave_field(s, s.focus.screen, s.focus.field);  // Escape must not undo half of it
   FitChargeToTarget(s, click->value, click->mode);
   refresh_quick_start(s);
+  return true;
+}
+
+void show_curve(Session& s, int curve, bool shown) {
+  if (curve < 1 || curve > 2) return;
+  s.hidden_curves[curve == 1 ? 0 : 1] = !shown;
+  if (!shown && s.followed_curve == curve) s.followed_curve = 0;
+}
+
+void click_legend(Session& s, const LegendHit& hit) {
+  if (hit.curve < 1 || hit.curve > 2) return;
+  if (hit.sample) return show_curve(s, hit.curve, s.hidden_curves[hit.curve == 1 ? 0 : 1]);
+  s.followed_curve = s.followed_curve == hit.curve ? 0 : hit.curve;
+  if (s.followed_curve == hit.curve) show_curve(s, hit.curve, true);
+}
+
+bool diagram_shown(const Session& s) {
+  return s.options.grftyp > 0 && !output_shows_text(s) && s.shown.any && s.result.lastIdx >= 1;
+}
+
+void zoom_output(Session& s, const DiagramFrame& frame, Point at, double steps) {
+  if (diagram_shown(s)) s.diagram_view = zoom_at(frame, s.diagram_view, at, steps);
+}
+
+void zoom_output(Session& s, double steps) {
+  DiagramFrame any;  // the middle of any frame will do
+  any.right = any.bottom = any.label_bottom = 2;
+  zoom_output(s, any, {1, 1}, steps);
+}
+
+bool move_output(Session& s, double right, double up) {
+  if (!diagram_shown(s)) return false;
+  const DiagramView before = s.diagram_view;
+  s.diagram_view = {moved(before.x, right), moved(before.y, up)};
+  return s.diagram_view != before;
+}
+
+bool output_key(Session& s, std::string_view key) {
+  struct Key {
+    std::string_view name;
+    double zoom, right, up;  // all 0: the whole
+  };
+  constexpr double kMove = 0.1;
+  static constexpr Key kKeys[] = {{"+", 1, 0, 0},         {"=", 1, 0, 0},         {"-", -1, 0, 0},
+                                  {"Left", 0, -kMove, 0}, {"Right", 0, kMove, 0}, {"Up", 0, 0, kMove},
+                                  {"Down", 0, 0, -kMove}, {"Home", 0, 0, 0},      {"0", 0, 0, 0},
+                                  {"Escape", 0, 0, 0}};
+  const auto* at = std::ranges::find(kKeys, key, &Key::name);
+  if (at == std::end(kKeys) || !diagram_shown(s)) return false;
+  if (key == "Escape" && is_whole(s.diagram_view)) return false;  // closes the window
+  if (at->zoom != 0)
+    zoom_output(s, at->zoom);
+  else if (at->right != 0 || at->up != 0)
+    move_output(s, at->right, at->up);
+  else
+    s.diagram_view = {};
   return true;
 }
 

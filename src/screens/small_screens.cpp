@@ -6,6 +6,7 @@
 #include "engine/shot.h"
 #include "geometry/dimensions.h"
 #include "screens/entry.h"
+#include "screens/output_window.h"
 #include "screens/screen_actions.h"
 #include "session/driver.h"
 #include "session/files.h"
@@ -282,6 +283,7 @@ constexpr ScreenBehaviour kBehaviours[] = {
     {"FormBorefrict", open_friction, close_friction, nullptr},
     {"frmFast", open_quick, nullptr, nullptr},
     {"FormPsel", open_criteria, cancel_criteria, nullptr},
+    {"Form7", nullptr, nullptr, output_key},
 };
 
 }  // namespace

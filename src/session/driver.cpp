@@ -71,6 +71,7 @@ void tell_end(Session& s, const ShotOutcome& outcome) {
 void show_end(Session& s, const ShotOutcome& outcome) {
   if (outcome.end == ShotEnd::no_space) return;
   note_inputs_of_run(s, outcome);
+  show_whole_diagram(s);
   show_panel(s);
   if (outcome.ok()) s.screens.find("Form5")->second.paper = Paper::grey;
 }
@@ -219,6 +220,7 @@ void set_unit_mode(Session& s, UnitMode mode) {
   take_shown_start_pressure(s);
   s.unit_mode = mode;
   s.imperial_view = mode == UnitMode::imperial;
+  show_whole_diagram(s);
   s.options.metyes = mode == UnitMode::metric;
   write_option(s, "metyes");
   field(s, "frmFast", "met_eng").checked = s.options.metyes;
@@ -230,6 +232,7 @@ void set_pressure_unit(Session& s, bool MPa) {
   take_shown_start_pressure(s);
   s.state.pressure_unit_factor = MPa ? 1 : 10;
   s.options.mpayes = MPa;
+  show_whole_diagram(s);
   write_option(s, "mpayes");
   refresh_pressure_fields(s);
   if (s.shown.any) {
@@ -239,8 +242,14 @@ void set_pressure_unit(Session& s, bool MPa) {
   if (s.outputs_changed) s.outputs_changed(s);
 }
 
+void show_whole_diagram(Session& s) { s.diagram_view = {}; }
+
 void SetDisplayMode(Session& s, int type) {
   s.output_as_text = false;
+  if (type != s.options.grftyp) {
+    s.hidden_curves = {};
+    show_whole_diagram(s);
+  }
   s.options.grftyp = type;
   s.state.tableKind = type == -2 ? 1 : 0;
   s.state.tableMode = type == -1 ? 1 : 0;

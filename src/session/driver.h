@@ -57,6 +57,8 @@ void show_panel(Session& s);
 
 // Display mode of the output window: -2 powder table, -1 load table, 0 point list, 1 to 6 diagrams.
 void SetDisplayMode(Session& s, int type);
+// A section of a diagram belongs to its axes: with other axes or another shot the whole is on show again.
+void show_whole_diagram(Session& s);
 
 // Single load to a target from a click beside an axis. mode 0 pressure, 1 velocity, 2 barrel time (ms), 3
 // travel, 4 barrel length; value in the units of the axis.

@@ -14,6 +14,7 @@
 #include "engine/calc_state.h"
 #include "engine/results.h"
 #include "engine/shot.h"
+#include "output/diagram_view.h"
 #include "output/draw_list.h"
 #include "session/fields.h"
 #include "session/user.h"
@@ -120,12 +121,14 @@ struct Session {
   FitUndo fit_undo;
   std::string fit_note;  // what the last fit changed, for the status line
 
-  std::vector<std::string> recent;  // loads, less extension
-  bool imperial_view = false;       // of the output window; starts from the unit mode
-  bool output_as_text = false;      // of a diagram: its point list is on show
-  ChosenColours colours;            // of the diagrams
-  double line_width = 2;            // of the curves, 1 to 5
-  int followed_curve = 0;           // that the read-out follows: 0 all
+  std::vector<std::string> recent;      // loads, less extension
+  bool imperial_view = false;           // of the output window; starts from the unit mode
+  bool output_as_text = false;          // of a diagram: its point list is on show
+  ChosenColours colours;                // of the diagrams
+  double line_width = 2;                // of the curves, 1 to 5
+  int followed_curve = 0;               // that the read-out follows: 0 all
+  std::array<bool, 2> hidden_curves{};  // first and second curve of the diagram
+  DiagramView diagram_view;             // the section on show
 
   std::string picture;         // file name of the cartridge's picture, empty if none
   bool notice_agreed = false;  // the safety notice, this time

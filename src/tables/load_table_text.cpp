@@ -33,8 +33,8 @@ void heads(const View& v, TableWriter& out) {
   out.line(say(3));
   if (!(t.inputs.zul_P > 0)) out.line(v.language.fastmsg("fwarn3"));
   out.line();
-  out.line(say(v.ratio() ? 4 : 5) + (v.times() ? " " + v.language.fastmsg("fbtim") : ""));
-  out.line(units_line(v));
+  out.column_head(say(v.ratio() ? 4 : 5) + (v.times() ? " " + v.language.fastmsg("fbtim") : ""));
+  out.column_head(units_line(v));
   out.line();
 
   const std::string unit = pressure_unit_name(v.units);
@@ -103,11 +103,11 @@ void row(const View& v, std::size_t i, TableWriter& out) {
   out.end_row();
 }
 
-std::string draw(const View& v, TableWriter::Form form) {
+TableWriter draw(const View& v, TableWriter::Form form) {
   TableWriter out(form);
   heads(v, out);
   for (std::size_t i = 0; i <= static_cast<std::size_t>(v.table.row_count); ++i) row(v, i, out);
-  return out.text();
+  return out;
 }
 
 }  // namespace
@@ -128,12 +128,12 @@ TableText DrawLoadTableText(const LoadTable& table, const Language& language, co
   if (table.row_count == 0)
     view.text = language.fastmsg("fcrgvar", 6) + " ";
   else
-    view.text = draw({table, language, units}, TableWriter::Form::columns);
+    draw({table, language, units}, TableWriter::Form::columns).give(view);
   return view;
 }
 
 std::string load_table_tsv(const LoadTable& table, const Language& language, const ViewUnits& units) {
-  return table.row_count == 0 ? "" : draw({table, language, units}, TableWriter::Form::tabs);
+  return table.row_count == 0 ? "" : draw({table, language, units}, TableWriter::Form::tabs).text();
 }
 
 }  // namespace tv

@@ -11,9 +11,9 @@ void heads(const PointListRun& run, const Language& language, const ViewUnits& u
   out.block(CartridgeDataBlock(run.block, BlockKind::point_list, language));
   out.line(language.fastmsg("ftabpoc"));
   // The heads stand literally; they are not quite in line with the columns.
-  out.line((units.imperial ? std::string("   NR.:   x(in.)     Z(%)    v(fps)   p(psi)")
-                           : "   NR.:   x(mm)      Z(%)    v(m/s)   p(" + unit + ")") +
-           (times ? "    t (ms)" : ""));
+  out.column_head((units.imperial ? std::string("   NR.:   x(in.)     Z(%)    v(fps)   p(psi)")
+                                  : "   NR.:   x(mm)      Z(%)    v(m/s)   p(" + unit + ")") +
+                  (times ? "    t (ms)" : ""));
   out.head("NR.");
   out.head(units.imperial ? "X (in.)" : "X (mm)");
   out.head("Z (%)");
@@ -39,7 +39,7 @@ void point(const PointListRun& run, std::size_t i, const ViewUnits& units, Table
   if (run.schrit < 2) out.number((c.t[i] - c.t[0]) * 1000, "0.0000", 10);
 }
 
-std::string draw(const PointListRun& run, const Language& language, const ViewUnits& units,
+TableWriter draw(const PointListRun& run, const Language& language, const ViewUnits& units,
                  TableWriter::Form form) {
   TableWriter out(form);
   heads(run, language, units, out);
@@ -53,17 +53,19 @@ std::string draw(const PointListRun& run, const Language& language, const ViewUn
     if (i == last && run.exits) out.plain(" Muzzle");
     out.end_row();
   }
-  return out.text();
+  return out;
 }
 
 }  // namespace
 
 TableText DrawPointList(const PointListRun& run, const Language& language, const ViewUnits& units) {
-  return {language.fastmsg("ftable") + " Ternovale", draw(run, language, units, TableWriter::Form::columns)};
+  TableText view{language.fastmsg("ftable") + " Ternovale", {}};
+  draw(run, language, units, TableWriter::Form::columns).give(view);
+  return view;
 }
 
 std::string point_list_tsv(const PointListRun& run, const Language& language, const ViewUnits& units) {
-  return draw(run, language, units, TableWriter::Form::tabs);
+  return draw(run, language, units, TableWriter::Form::tabs).text();
 }
 
 }  // namespace tv

@@ -102,9 +102,9 @@ constexpr Heads kOthers{
 void column_heads(const View& v, TableWriter& out) {
   const Heads& heads = v.strategy() == 3 ? kSecondLevel : v.strategy() == 8 ? kChamber : kOthers;
   const bool times = heads.times && v.times();
-  out.line(v.say(heads.titles) + (times ? "  " + v.word("fbtim") : ""));
-  out.line(std::string(v.imperial ? heads.imperial : heads.metric) + (times ? " ms" : ""));
-  out.line(std::string(kRule) + heads.rule + (times ? "--------" : ""));
+  out.column_head(v.say(heads.titles) + (times ? "  " + v.word("fbtim") : ""));
+  out.column_head(std::string(v.imperial ? heads.imperial : heads.metric) + (times ? " ms" : ""));
+  out.column_head(std::string(kRule) + heads.rule + (times ? "--------" : ""));
 }
 
 void copy_heads(const View& v, TableWriter& out) {
@@ -194,11 +194,11 @@ void write_row(const View& v, const PowderRow& row, TableWriter& out) {
   out.end_row();
 }
 
-std::string draw(const View& v, TableWriter::Form form) {
+TableWriter draw(const View& v, TableWriter::Form form) {
   TableWriter out(form);
   heads(v, out);
   for (const PowderRow& row : v.table.rows) write_row(v, row, out);
-  return out.text();
+  return out;
 }
 
 }  // namespace
@@ -212,14 +212,14 @@ bool shows_figures(const PowderTable& table, const PowderRow& row) {
 TableText DrawPowderTableText(const PowderTable& table, const Language& language, bool imperial) {
   TableText view{language.fastmsg("fproptab", 0) + " Ternovale", {}};
   if (!table.rows.empty())
-    view.text = draw({table, language, imperial}, TableWriter::Form::columns);
+    draw({table, language, imperial}, TableWriter::Form::columns).give(view);
   else
     view.text = (table.finished ? language.fastmsg("fproptab", 29) : language.fastmsg("fcrgvar", 6)) + " ";
   return view;
 }
 
 std::string powder_table_tsv(const PowderTable& table, const Language& language, bool imperial) {
-  return table.rows.empty() ? "" : draw({table, language, imperial}, TableWriter::Form::tabs);
+  return table.rows.empty() ? "" : draw({table, language, imperial}, TableWriter::Form::tabs).text();
 }
 
 }  // namespace tv

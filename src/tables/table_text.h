@@ -11,8 +11,9 @@
 namespace tv {
 
 struct TableText {
-  std::string caption;  // of the window
-  std::string text;     // lines end in CR LF
+  std::string caption;                // of the window
+  std::string text;                   // lines end in CR LF
+  int head_line = 0, head_lines = 0;  // the lines that head the columns: the first, from 0, and their number
 };
 
 // A table that was never run gives one short text instead.

@@ -1,9 +1,11 @@
 // One row of a view: as columns of a fixed width, or as tab-separated text for copying.
 #pragma once
 
+#include <algorithm>
 #include <string>
 #include <string_view>
 
+#include "tables/table_text.h"
 #include "text/codepage.h"
 #include "text/number.h"
 
@@ -21,6 +23,11 @@ public:
   // Lines with their ends, of the view only.
   void block(std::string_view lines) {
     if (form_ == Form::columns) text_.append(lines);
+  }
+  // A line above the columns, of the view only.
+  void column_head(std::string_view text) {
+    if (head_lines_++ == 0) head_line_ = static_cast<int>(std::ranges::count(text_, '\n'));
+    line(text);
   }
   // Heads of the copy only.
   void head(std::string_view text) {
@@ -47,6 +54,11 @@ public:
   }
 
   const std::string& text() const { return text_; }
+  void give(TableText& view) const {
+    view.text = text_;
+    view.head_line = head_line_;
+    view.head_lines = head_lines_;
+  }
 
 private:
   void tabbed(std::string_view text) {
@@ -58,6 +70,7 @@ private:
   Form form_;
   bool first_ = true;
   std::string text_;
+  int head_line_ = 0, head_lines_ = 0;
 };
 
 // Burnt fraction in percent, cut (not rounded) to two places.

@@ -1,5 +1,3 @@
-#include "output/diagram.h"
-
 #include <fmt/format.h>
 #include <gtest/gtest.h>
 
@@ -7,11 +5,9 @@
 #include <cmath>
 #include <fstream>
 #include <limits>
-#include <memory>
 #include <sstream>
 
-#include "engine/shot.h"
-#include "example_loads.h"
+#include "output/diagram_shot.h"
 #include "output/svg.h"
 #include "text/number.h"
 
@@ -19,60 +15,6 @@ namespace tv {
 namespace {
 
 constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
-
-// A finished shot: a magnum rifle, 180 grains of bullet, maximum 430 MPa.
-struct Shot {
-  CalcState state;
-  std::unique_ptr<ShotCurve> curve = std::make_unique<ShotCurve>();
-  ShotResult result;
-  DiagramRun run() const { return {&state, curve.get(), &result}; }
-};
-
-Shot magnum() {
-  Shot shot;
-  CalcState& s = shot.state;
-  s = test::worked_load();
-  s.dim.Llen = 24;
-  s.dim.zul_P = 430;
-  convertUnits(s);
-  EXPECT_EQ(prepareShot(s), SetUp::ok);
-  EXPECT_TRUE(runShot(s, *shot.curve, shot.result).ok());
-  return shot;
-}
-
-const Language& english() {
-  static const Language language = [] {
-    Language l;
-    EXPECT_TRUE(l.read(TV_SHARE_DIR "/lan/tn_english.lan"));
-    return l;
-  }();
-  return language;
-}
-
-DiagramOptions of_type(int type) {
-  DiagramOptions options;
-  options.type = type;
-  return options;
-}
-
-Diagram draw(const Shot& shot, const DiagramOptions& options, double width = 640, double height = 480) {
-  return draw_diagram(shot.run(), options, english(), width, height, estimated_text_width);
-}
-
-const DrawItem* text_item(const DrawList& list, const std::string& text) {
-  for (const DrawItem& item : list.items) {
-    if (item.kind == DrawKind::text && item.text == text) return &item;
-  }
-  return nullptr;
-}
-
-std::vector<const DrawItem*> items_of(const DrawList& list, DrawKind kind) {
-  std::vector<const DrawItem*> out;
-  for (const DrawItem& item : list.items) {
-    if (item.kind == kind) out.push_back(&item);
-  }
-  return out;
-}
 
 // What a text covers, from the line of the letters up.
 struct Area {
@@ -327,9 +269,12 @@ TEST(Layout, TwoCurvesDifferWithoutColour) {
   EXPECT_GT(curves[1]->width, curves[0]->width);  // the followed one is bold
   ASSERT_EQ(d.legend.size(), 2U);
   for (const LegendEntry& entry : d.legend) {
-    EXPECT_EQ(legend_curve(d, {entry.left + 3, entry.top + 3}), entry.curve);
+    const LegendHit sample = legend_hit(d, {entry.left + 3, entry.top + 3});
+    const LegendHit name = legend_hit(d, {entry.right - 3, entry.top + 3});
+    EXPECT_TRUE(sample.curve == entry.curve && sample.sample);
+    EXPECT_TRUE(name.curve == entry.curve && !name.sample);
   }
-  EXPECT_EQ(legend_curve(d, {d.frame.left + 50, d.frame.top + 50}), 0);
+  EXPECT_EQ(legend_hit(d, {d.frame.left + 50, d.frame.top + 50}).curve, 0);
 }
 
 // Curves and inputs that no gun gives must not put anything into the list that a painter cannot draw.

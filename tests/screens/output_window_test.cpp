@@ -117,5 +117,62 @@ TEST_F(OutputWindow, ChosenColoursStandForThoseOfThePalette) {
   EXPECT_EQ(diagram_options(s).colours.velocity, green);
 }
 
+TEST_F(OutputWindow, ASectionEndsWithItsShotAndItsAxes) {
+  load("308_winchester_168");
+  ASSERT_EQ(recalculate(s), -1);
+  const DiagramView part{{0.2, 0.5}, {0.3, 0.9}};
+  const struct {
+    const char* what;
+    std::function<void()> change;
+    bool stays;
+  } cases[] = {{"calculation", [&] { recalculate(s); }, false},
+               {"type", [&] { SetDisplayMode(s, s.options.grftyp == 4 ? 5 : 4); }, false},
+               {"barrel", [&] { run_command(s, "rax_llen"); }, false},
+               {"units of the window", [&] { run_command(s, "toggleunits"); }, false},
+               {"pressure unit", [&] { set_pressure_unit(s, false); }, false},
+               {"limit", [&] { run_command(s, "drawmax"); }, false},
+               {"zones", [&] { run_command(s, "shozone"); }, true},
+               {"same type", [&] { SetDisplayMode(s, s.options.grftyp); }, true},
+               {"input", [&] { type("Form4", "MPgn", "40"); }, true}};
+  SetDisplayMode(s, 3);
+  for (const auto& c : cases) {
+    s.diagram_view = part;
+    c.change();
+    EXPECT_EQ(s.diagram_view == part, c.stays) << c.what;
+    EXPECT_EQ(is_whole(s.diagram_view), !c.stays) << c.what;
+  }
+  s.diagram_view = {};
+  EXPECT_FALSE(move_output(s, 0.1, 0.1));
+  zoom_output(s, 3);
+  EXPECT_NEAR(s.diagram_view.x.from + s.diagram_view.x.to, 1, 1e-12);
+  while (move_output(s, 0.1, 0.1)) continue;
+  EXPECT_EQ(s.diagram_view.x.to, 1);
+  const Diagram exported = output_diagram(s, 700, 500, estimated_text_width);
+  EXPECT_GT(exported.frame.x_from, 0) << "what is exported is what is seen";
+}
+
+TEST_F(OutputWindow, TellsWhichLinesHeadItsColumns) {
+  load("308_winchester_168");
+  s.options.bamint = 0.6, s.options.bamaxt = 0.72;
+  for (const int mode : {0, -1, -2}) {
+    SetDisplayMode(s, mode);
+    EXPECT_EQ(output_text_view(s).head_lines, 0) << mode << ": nothing there yet";
+    ASSERT_EQ(recalculate(s), -1);
+    for (const bool stale : {false, true}) {
+      s.resultsValid = s.load_table.table_valid = s.powder_table.table_valid = !stale;
+      const OutputText view = output_text_view(s);
+      std::vector<std::string> lines(1);
+      for (const char c : view.text) c == '\n' ? void(lines.emplace_back()) : void(lines.back() += c);
+      const auto first = static_cast<std::size_t>(view.head_line);
+      ASSERT_GT(view.head_lines, 0) << mode;
+      EXPECT_EQ(view.head_lines, mode == 0 ? 1 : mode == -1 ? 2 : 3);
+      const char* words[] = {"p(MPa)", "Pmax", "Pmax"};
+      EXPECT_NE(lines.at(first).find(words[-mode]), std::string::npos) << lines.at(first);
+      const std::string& row = lines.at(first + static_cast<std::size_t>(view.head_lines) + (mode == -1));
+      EXPECT_NE(row.find_first_of("0123456789"), std::string::npos) << row;
+    }
+  }
+}
+
 }  // namespace
 }  // namespace tv_test
