@@ -115,10 +115,12 @@ int main(int argc, char** argv) {
     program.session.picture = "308win.png";
   });
   program.run("arrng_wins");
-  for (const char* language : {"english", "german", "french", "russian"}) {
-    if (argc > 2 && std::string_view(argv[2]) != language) continue;
-    tv::language_switch(program.session, language);
-    for (const tv::Look& look : looks) tv::shoot_all(program, folder, look);
-  }
+  // One look after the other: windows keep the colour of their title bars from the palette before.
+  for (const tv::Look& look : looks)
+    for (const char* language : {"english", "german", "french", "russian"}) {
+      if (argc > 2 && std::string_view(argv[2]) != language) continue;
+      tv::language_switch(program.session, language);
+      tv::shoot_all(program, folder, look);
+    }
   return 0;
 }
