@@ -31,7 +31,7 @@ NoticeLine parse_line(const std::string& value) {
   if (y == std::string::npos) return line;
   line.y = read_number(value.substr(y + 1));
   if (const std::size_t colour = value.find(',', y + 1); colour != std::string::npos)
-    line.colour = static_cast<int>(read_number(value.substr(colour + 1)));
+    line.colour = to_int(read_number(value.substr(colour + 1)));
   return line;
 }
 
