@@ -279,10 +279,8 @@ constexpr ControlAction kActions[] = {
 };
 
 constexpr ScreenBehaviour kBehaviours[] = {
-    {"Form2", open_notice, nullptr, nullptr},
-    {"FormBorefrict", open_friction, close_friction, nullptr},
-    {"frmFast", open_quick, nullptr, nullptr},
-    {"FormPsel", open_criteria, cancel_criteria, nullptr},
+    {"Form2", open_notice, nullptr, nullptr},  {"FormBorefrict", open_friction, close_friction, nullptr},
+    {"frmFast", open_quick, nullptr, nullptr}, {"FormPsel", open_criteria, cancel_criteria, nullptr},
     {"Form7", nullptr, nullptr, output_key},
 };
 

@@ -217,16 +217,20 @@ TEST(Layout, TextsKeepApartAndInsideAtEverySize) {
   const struct { double width, height; } sizes[] = {{300, 250}, {640, 480}, {1000, 300}, {2000, 1400}};
   for (const auto& size : sizes) {
     for (const double text_size : {9.0, 12.0, 24.0}) {
-      for (int type = 1; type <= 6; ++type) {
+      for (int n = 0; n < 18; ++n) {
+        const int type = 1 + n % 6;
         DiagramOptions options = of_type(type);
         options.text_size = text_size;
+        options.view = std::array{DiagramView{}, DiagramView{{0, 0.4}, {0.5, 1}},
+                                  DiagramView{{0.3, 0.5}, {0, 0.7}}}[static_cast<std::size_t>(n / 6)];
         const DrawList list = draw(shot, options, size.width, size.height).list;
         expect_sound(list);
         const auto texts = items_of(list, DrawKind::text);
         for (std::size_t i = 0; i < texts.size(); ++i) {
           const Area a = area_of(*texts[i], list.font);
-          const std::string where = fmt::format("{} in {}x{} at {} type {}", texts[i]->text, size.width,
-                                                size.height, text_size, type);
+          const std::string where =
+              fmt::format("{} in {}x{} at {} type {} from {}", texts[i]->text, size.width, size.height,
+                          text_size, type, options.view.x.from);
           EXPECT_TRUE(a.left >= 0 && a.right <= size.width && a.top >= 0 && a.bottom <= size.height) << where;
           EXPECT_GE(texts[i]->size, 8.5) << where;
           for (std::size_t j = i + 1; j < texts.size(); ++j) {
@@ -285,6 +289,7 @@ TEST(Hostile, NothingThatIsNotFiniteIsDrawn) {
       for (const bool barrel : {false, true}) {
         DiagramOptions options = of_type(type);
         options.barrel_axis = barrel;
+        if (barrel) options.view = {{0.2, 0.6}, {0.3, 0.5}};
         const Diagram d = draw(shot, options);
         expect_sound(d.list);
         EXPECT_LT(d.list.items.size(), 600U);
