@@ -8,7 +8,7 @@
 namespace tv {
 
 DrawSurface::DrawSurface(QWidget* parent) : QWidget(parent) {
-  setMinimumSize(240, 130);
+  setMinimumSize(240, 115);
   setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
 }
 

@@ -9,7 +9,8 @@ namespace tv {
 namespace {
 
 constexpr double kMost = 100;  // inch: nothing of a cartridge is larger
-constexpr double kTextSize = 11, kRow = 15, kMargin = 10;
+constexpr double kTextSize = 11, kNoteSize = 10, kRow = 15, kMargin = 10;
+constexpr double kLow = 115;  // logical units
 constexpr double kKneeWidth = 0.6, kOutline = 1.3;
 
 bool known(double inch) { return std::isfinite(inch) && inch > 0 && inch < kMost; }
@@ -144,24 +145,26 @@ public:
 
   void notes() {
     double y = list_.height - 4;
-    for (const auto& [text, colour] :
-         {std::pair{&words_.note, colours_.ink}, {&words_.warning, colours_.warning}}) {
+    for (const auto& [text, look] :
+         {std::pair{&words_.note, TextLook{colours_.ink, kNoteSize}},
+          {&words_.warning, TextLook{colours_.warning, kNoteSize, Align::left, true}}}) {
       if (text->empty()) continue;
-      const double size = fitting_size(*text);
-      add_text(list_, {kMargin, y}, *text, {colour, size, Align::left, colour == colours_.warning});
+      add_fitting({kMargin, y}, *text, look);
       y -= kRow;
     }
   }
 
   void missing() {
-    add_text(list_, {list_.width / 2, list_.height / 2}, words_.missing,
-             {colours_.ink, fitting_size(words_.missing), Align::centre});
+    add_fitting({list_.width / 2, list_.height / 2}, words_.missing,
+                {colours_.ink, kNoteSize, Align::centre});
   }
 
 private:
-  double fitting_size(const std::string& text) const {
-    const double wide = text_width_(text, kTextSize, true, false, list_.font);
-    return wide > 0 ? std::min(kTextSize, kTextSize * (list_.width - 2 * kMargin) / wide) : kTextSize;
+  // Smaller where there is no room for its size.
+  void add_fitting(Point anchor, const std::string& text, TextLook look) {
+    const double wide = text_width_(text, look.size, look.bold, false, list_.font);
+    if (wide > 0) look.size *= std::clamp((list_.width - 2 * kMargin) / wide, 0.1, 1.0);
+    add_text(list_, anchor, text, look);
   }
 
   // Scale and place, so that everything has room between the rows of lengths and notes.
@@ -174,7 +177,8 @@ private:
         least_ = std::min(least_, point.x);
         most_ = std::max(most_, point.x);
       }
-    const double above = kRow + 6, below = 2 * kRow + 6 + kRow * (words_.warning.empty() ? 1 : 2);
+    const double above = kRow + 6;
+    const double below = kRow * ((low() ? 1 : 2) + (words_.warning.empty() ? 1 : 2)) + 6;
     const double wide = std::max(1.0, list_.width - 2 * kMargin);
     const double high = std::max(1.0, list_.height - above - below);
     scale_ = std::min(wide / (most_ - least_), high / (2 * radius));
@@ -232,11 +236,15 @@ private:
     }
   }
 
+  // A low drawing leaves out the length of the case, for the cartridge to keep some height.
+  bool low() const { return list_.height < kLow; }
   void lengths() {
-    length_line(std::min(d_.Hlen - d_.Bsd, d_.Hlen), std::max(d_.Hlen - d_.Bsd, d_.Hlen), d_.Bsd,
-                middle_ - reach_ - 9, -reach_);
-    length_line(0, d_.Hlen, d_.Hlen, middle_ + reach_ + 10, reach_);
-    if (known(d_.Plen)) length_line(0, d_.Plen, d_.Plen, middle_ + reach_ + 10 + kRow, reach_);
+    const double base = d_.Hlen - d_.Bsd;
+    length_line(std::min(base, d_.Hlen), std::max(base, d_.Hlen), d_.Bsd, middle_ - reach_ - 9, -reach_);
+    double y = middle_ + reach_ + 10;
+    if (!low()) length_line(0, d_.Hlen, d_.Hlen, y, reach_);
+    if (!low()) y += kRow;
+    if (known(d_.Plen)) length_line(0, d_.Plen, d_.Plen, y, reach_);
   }
   // The line of a length with its ends and the figure, in the line where there is room, else behind it.
   void length_line(double from, double to, double inch, double y, double edge) {
@@ -245,7 +253,7 @@ private:
     for (const double x : {x1, x2})
       add_line(list_, {x, middle_ + edge}, {x, y + (edge > 0 ? 4 : -4)}, {colours_.faint, 0.5});
     const std::string text =
-        format_number(words_.metric ? inch * kMmPerInch : inch, words_.metric ? "0.00" : "0.000") +
+        format_pattern(words_.metric ? inch * kMmPerInch : inch, words_.metric ? "0.00" : "0.000") +
         words_.unit;
     const double half = text_width_(text, kTextSize, false, false, list_.font) / 2 + 4;
     const bool inside = x2 - x1 > 2 * half + 10;
