@@ -86,7 +86,7 @@ void Desk::show_visibility(const std::string& screen, View& view) {
     view.window->setVisible(wanted);
 }
 
-// The texts of Qt's own dialogs, where the system has them.
+// The texts of Qt's own dialogs.
 void Desk::translate_toolkit() {
   static constexpr std::pair<const char*, const char*> kCodes[] = {
       {"german", "de"}, {"french", "fr"}, {"russian", "ru"}};
