@@ -54,6 +54,7 @@ void run_load_table(Session& s);
 void run_powder_table(Session& s);
 // Fills the results panel and status line from the last run.
 void show_panel(Session& s);
+void clear_panel(Session& s);  // all figures and colours; the unit of pressure stays
 
 // Display mode of the output window: -2 powder table, -1 load table, 0 point list, 1 to 6 diagrams.
 void SetDisplayMode(Session& s, int type);

@@ -91,16 +91,8 @@ void select_by_name(Session& s, const char* screen, const char* list, RecordKind
 
 // A load that has just been read has no results: figures of another one must not stand beside it.
 void clear_results(Session& s) {
+  clear_panel(s);
   s.shown.any = false;
-  for (const Control& control : screen_info("Form5")->controls) {
-    if (std::string_view(control.name) == "zulp_nam") continue;
-    Field& f = field(s, "Form5", control.name);
-    f.text.clear();
-    f.reason.clear();
-    f.ink = Ink::black;
-    f.paper = Paper::white;
-    f.stale = false;
-  }
   s.fit_undo = {};
   s.fit_note.clear();
   set_text(s, "frmMAIN", "status_line", "");

@@ -25,6 +25,16 @@ std::string burn_caption_text(const Session& s) {
 
 // A walk that did not end has no figures, only the note of it.
 void show_no_figures(Session& s) {
+  clear_panel(s);
+  Field& line = field(s, "Form5", "merker");
+  line.ink = Ink::red;
+  line.text = s.language.fastmsg("fwarn5") + run_notes_text(s.result.runNotes, s.language) + "\n" +
+              s.language.notice();
+}
+
+}  // namespace
+
+void clear_panel(Session& s) {
   for (const Control& control : screen_info("Form5")->controls) {
     if (std::string_view(control.name) == "zulp_nam") continue;
     Field& f = field(s, "Form5", control.name);
@@ -33,13 +43,7 @@ void show_no_figures(Session& s) {
     f.ink = Ink::black;
     f.paper = Paper::white;
   }
-  Field& line = field(s, "Form5", "merker");
-  line.ink = Ink::red;
-  line.text = s.language.fastmsg("fwarn5") + run_notes_text(s.result.runNotes, s.language) + "\n" +
-              s.language.notice();
 }
-
-}  // namespace
 
 void show_panel(Session& s) {
   const ShownRun& run = s.shown;
