@@ -32,20 +32,19 @@ int ProgramStyle::styleHint(StyleHint hint, const QStyleOption* option, const QW
 void ProgramStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                                  const QWidget* widget) const {
   QProxyStyle::drawPrimitive(element, option, painter, widget);
-  const bool radio = element == PE_IndicatorRadioButton;
-  if (!radio && element != PE_IndicatorCheckBox && element != PE_FrameLineEdit) return;
-  if (option->state & State_HasFocus || !too_dark(option->palette)) return;
+  const bool radio = element == PE_IndicatorRadioButton, line = element == PE_FrameLineEdit;
+  if ((!radio && !line && element != PE_IndicatorCheckBox) || !too_dark(option->palette)) return;
+  if (line && option->state & State_HasFocus) return;  // has a bright frame of its own
   painter->save();
   painter->setRenderHint(QPainter::Antialiasing);
-  const double part = option->state & State_Enabled ? (element == PE_FrameLineEdit ? 0.3 : 0.5) : 0.2;
+  const double part = option->state & State_Enabled ? (line ? 0.3 : 0.5) : 0.2;
   painter->setPen(
       between(option->palette.color(QPalette::Window), option->palette.color(QPalette::WindowText), part));
   const QRectF outline = QRectF(option->rect).adjusted(0.5, 0.5, -0.5, -0.5);
   if (radio)
     painter->drawEllipse(outline);
   else
-    painter->drawRoundedRect(outline, element == PE_FrameLineEdit ? 2 : 0,
-                             element == PE_FrameLineEdit ? 2 : 0);
+    painter->drawRoundedRect(outline, line ? 2 : 0, line ? 2 : 0);
   painter->restore();
 }
 
