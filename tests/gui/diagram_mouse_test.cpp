@@ -8,24 +8,18 @@
 #include <QTextBlock>
 #include <QWheelEvent>
 
+#include "gui/open_program.h"
 #include "gui/painter.h"
-#include "gui/program.h"
 #include "screens/output_window.h"
 
 namespace tv {
 namespace {
 
-class DiagramMouse : public testing::Test {
+class DiagramMouse : public OpenProgram {
 protected:
-  DiagramMouse() : program(home), s(program.session) {
-    s.sound = false;
-    s.options.intro_off = true;
-    program.open();
-    program.desk->act([&] {
-      open_load(s, std::string(TV_SHARE_DIR) + "/data/loads/308_winchester_168.dat");
-      press(s, "Form4", "CalcAll");
-    });
-    EXPECT_TRUE(s.resultsValid);
+  DiagramMouse() {
+    open_example();
+    calculate();
     program.run("diagra");
     program.desk->view("Form7")->window->setGeometry(0, 0, 520, 420);
     QApplication::processEvents();
@@ -53,9 +47,6 @@ protected:
   }
   QString shown(const char* label) { return program.find<QLabel>("Form7", label)->text(); }
 
-  Home home;
-  Program program;
-  Session& s;
   QWidget* surface = nullptr;
   double charge = 0;
 };

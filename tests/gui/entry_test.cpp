@@ -11,22 +11,14 @@
 
 #include "gui/modal.h"
 #include "gui/number_edit.h"
-#include "gui/program.h"
+#include "gui/open_program.h"
 
 namespace tv {
 namespace {
 
-class Entry : public testing::Test {
+class Entry : public OpenProgram {
 protected:
-  Entry() : program(home) {
-    program.session.sound = false;
-    program.session.options.intro_off = true;
-    program.open();
-    EXPECT_TRUE(QTest::qWaitForWindowActive(program.desk->frame()));
-    program.desk->act([&] {
-      open_load(program.session, std::string(TV_SHARE_DIR) + "/data/loads/308_winchester_168.dat");
-    });
-  }
+  Entry() { open_example(); }
   FieldEdit* edit(const char* screen, const char* name) { return program.find<FieldEdit>(screen, name); }
   FieldEdit* enter(const char* screen, const char* name) {
     auto* field = edit(screen, name);
@@ -36,13 +28,6 @@ protected:
     return field;
   }
   bool calculated() const { return program.session.resultsValid; }
-  void calculate() {
-    program.desk->act([&] { press(program.session, "Form4", "CalcAll"); });
-    ASSERT_TRUE(calculated());
-  }
-
-  Home home;
-  Program program;
 };
 
 TEST_F(Entry, TypingReplacesTurnsCommasAndDropsRubbish) {

@@ -6,23 +6,17 @@
 #include <QTest>
 #include <QTimer>
 
-#include "gui/program.h"
+#include "gui/open_program.h"
 #include "screens/output_window.h"
 
 namespace tv {
 namespace {
 
-class LongRun : public testing::Test {
+class LongRun : public OpenProgram {
 protected:
-  LongRun() : program(home), s(program.session) {
-    s.sound = false;
-    program.open();
-    EXPECT_TRUE(QTest::qWaitForWindowActive(program.desk->frame()));
-    program.desk->act([&] {
-      open_load(s, std::string(TV_SHARE_DIR) + "/data/loads/308_winchester_168.dat");
-      press(s, "Form4", "CalcAll");
-    });
-    EXPECT_TRUE(s.resultsValid);
+  LongRun() {
+    open_example();
+    calculate();
     auto& powders = s.set(RecordKind::powders).file.table.rows;
     for (std::size_t i = 0; powders.size() < 2000; ++i) powders.push_back(powders[i]);
     s.options.bamint = 0;
@@ -33,10 +27,6 @@ protected:
     program.run("pp_tab");
     program.desk->act([&] { press(s, "Form4", "CalcAll"); });
   }
-
-  Home home;
-  Program program;
-  Session& s;
 };
 
 TEST_F(LongRun, TellsThePowderAndEndsAtEscape) {

@@ -10,27 +10,19 @@
 #include <QTest>
 
 #include "gui/modal.h"
+#include "gui/open_program.h"
 #include "gui/print_view.h"
-#include "gui/program.h"
 #include "screens/print_pages.h"
 #include "session/driver.h"
 
 namespace tv {
 namespace {
 
-class Print : public testing::Test {
+class Print : public OpenProgram {
 protected:
-  Print() : program(home) {
-    program.session.sound = false;
-    program.session.options.intro_off = true;
-    program.open();
-  }
   void calculate() {
-    program.desk->act([&] {
-      open_load(program.session, std::string(TV_SHARE_DIR) + "/data/loads/308_winchester_168.dat");
-      press(program.session, "Form4", "CalcAll");
-    });
-    ASSERT_TRUE(program.session.resultsValid);
+    open_example();
+    OpenProgram::calculate();
   }
   // Each page as text; without the reader's program only their number is known.
   QStringList printed() {
@@ -51,8 +43,6 @@ protected:
 
   const bool can_read = !QStandardPaths::findExecutable("pdftotext").isEmpty();
   QPageLayout::Orientation orientation = QPageLayout::Portrait;
-  Home home;
-  Program program;
 };
 
 // Blanks do not count: the notes are broken into lines anew. Neither do ligatures.
@@ -62,7 +52,6 @@ QString packed(const QString& text) {
 
 TEST_F(Print, EveryPageTellsTheLoadTheNotesAndTheNotice) {
   calculate();
-  Session& s = program.session;
   s.options.nowarn = true;
   const QString notice = packed(qt(s.language.notice()));
   // The inputs of now are another load's.
@@ -93,7 +82,6 @@ TEST_F(Print, EveryPageTellsTheLoadTheNotesAndTheNotice) {
 
 TEST_F(Print, TheLimitIsToldInWords) {
   calculate();
-  Session& s = program.session;
   program.desk->act([&] {
     type_text(s, "Form3", "zul_P0", "100");
     press(s, "Form4", "CalcAll");
@@ -106,7 +94,6 @@ TEST_F(Print, TheLimitIsToldInWords) {
 
 TEST_F(Print, WideTextTurnsThePaperAndNoRoomPrintsNothing) {
   calculate();
-  Session& s = program.session;
   SetDisplayMode(s, 0);
   printed();
   const PrintArea narrow{180, 900, "monospace", estimated_text_width};

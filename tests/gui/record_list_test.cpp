@@ -9,20 +9,14 @@
 #include <QUrl>
 #include <QWheelEvent>
 
-#include "gui/program.h"
+#include "gui/open_program.h"
 #include "gui/record_list.h"
 
 namespace tv {
 namespace {
 
-class Lists : public testing::Test {
+class Lists : public OpenProgram {
 protected:
-  Lists() : program(home) {
-    program.session.sound = false;
-    program.open();
-    EXPECT_TRUE(QTest::qWaitForWindowActive(program.desk->frame()));
-    list = program.find<RecordList>("Form4", "PulvDat");
-  }
   const Field& record() { return field(program.session, "Form4", "PulvDat"); }
   int entry(const std::string& name) {
     for (std::size_t i = 0; i < record().items.size(); ++i)
@@ -56,9 +50,7 @@ protected:
     return names;
   }
 
-  Home home;
-  Program program;
-  RecordList* list = nullptr;
+  RecordList* list = program.find<RecordList>("Form4", "PulvDat");
 };
 
 constexpr const char* kSlow = "Example M-06 slow magnum rifle";

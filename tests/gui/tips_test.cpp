@@ -7,18 +7,14 @@
 #include <QToolTip>
 
 #include "gui/modal.h"
-#include "gui/program.h"
+#include "gui/open_program.h"
 
 namespace tv {
 namespace {
 
-class TipsShown : public testing::Test {
+class TipsShown : public OpenProgram {
 protected:
-  TipsShown() : program(home) {
-    program.session.sound = false;
-    program.open();
-    app().session = &program.session;
-  }
+  TipsShown() { app().session = &s; }
   ~TipsShown() override {
     QToolTip::hideText();
     app().session = nullptr;
@@ -31,9 +27,6 @@ protected:
     QApplication::sendEvent(widget, &event);
     return QToolTip::isVisible() ? QToolTip::text() : QString();
   }
-
-  Home home;
-  Program program;
 };
 
 TEST_F(TipsShown, AreWrappedAndEditedByCtrl) {

@@ -20,37 +20,23 @@
 #include "gui/file_dialog.h"
 #include "gui/input_box.h"
 #include "gui/modal.h"
+#include "gui/open_program.h"
 #include "gui/painter.h"
-#include "gui/program.h"
 #include "screens/output_window.h"
 
 namespace tv {
 namespace {
 
-std::string load_file() { return std::string(TV_SHARE_DIR) + "/data/loads/308_winchester_168.dat"; }
-
-class Windows : public testing::Test {
+class Windows : public OpenProgram {
 protected:
-  Windows() : program(home) {
-    program.session.sound = false;
-    program.session.options.intro_off = true;
-    program.open();
-    EXPECT_TRUE(QTest::qWaitForWindowActive(program.desk->frame()));
-  }
   void calculate() {
-    program.desk->act([&] {
-      open_load(program.session, load_file());
-      press(program.session, "Form4", "CalcAll");
-    });
-    ASSERT_TRUE(program.session.resultsValid);
+    open_example();
+    OpenProgram::calculate();
     program.run("diagra");
     program.desk->view("Form7")->window->setGeometry(0, 0, 500, 400);
     QApplication::processEvents();
   }
   QWidget* root(const char* screen) { return program.desk->view(screen)->root; }
-
-  Home home;
-  Program program;
 };
 
 TEST_F(Windows, ABareHomeReachesTheMainWindow) {
@@ -119,7 +105,6 @@ TEST_F(Windows, TheDiagramReadsOutSwitchesToTextAndIsSaved) {
 
 TEST_F(Windows, TheViewIsSavedUnderANameThatIsTested) {
   calculate();
-  Session& s = program.session;
   const std::string target = home.folder() + "docs/view.";
   const auto answer_with = [&](const std::string& file, int type) {
     return [file, type](QDialog* shown) {
