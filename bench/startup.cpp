@@ -12,7 +12,8 @@
 #include "gui/app.h"
 #include "gui/desk.h"
 #include "gui/gui_user.h"
-#include "session/files.h"
+#include "screens/all.h"
+#include "session/start.h"
 
 namespace {
 
@@ -61,7 +62,7 @@ int main(int argc, char** argv) {
   QApplication::processEvents();
   const double bare = cpu_ms();
   tv::GuiUser user;
-  tv::Session session(user);
+  tv::Session session(user, tv::the_program());
   user.attach(&session, nullptr);
   tv::PlaceHints hints;
   hints.program_folder = "/bin/";

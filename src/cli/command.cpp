@@ -3,8 +3,9 @@
 #include <ostream>
 
 #include "cli/places.h"
-#include "session/driver.h"
-#include "session/files.h"
+#include "session/file_names.h"
+#include "session/language_switch.h"
+#include "session/start.h"
 #include "text/file.h"
 
 namespace tv {

@@ -61,14 +61,14 @@ Json answer_head(const Session& s);
 // the box, and a line that names stage and field.
 int tell_refusal(const Session& s, const CliUser& user, const Console& console, const LoadArgs& args);
 
-int run_shot(Session& s, CliUser& user, const Console& console, const LoadArgs& args);
+int shot_command(Session& s, CliUser& user, const Console& console, const LoadArgs& args);
 
 struct LoadTableArgs {
   LoadArgs load;
   double step_percent = 0, step_grains = 0;  // 0: as in the settings
   int ba_tolerance = 0;
 };
-int run_load_table(Session& s, CliUser& user, const Console& console, const LoadTableArgs& args);
+int load_table_command(Session& s, CliUser& user, const Console& console, const LoadTableArgs& args);
 
 struct PowderTableArgs {
   LoadArgs load;
@@ -76,11 +76,11 @@ struct PowderTableArgs {
   int strategy = 0;
   bool descending = false;
 };
-int run_powder_table(Session& s, CliUser& user, const Console& console, const PowderTableArgs& args);
+int powder_table_command(Session& s, CliUser& user, const Console& console, const PowderTableArgs& args);
 
-int run_records(Session& s, const Console& console, const std::string& file, const std::string& format,
-                const std::string& output);
+int records_command(Session& s, const Console& console, const std::string& file, const std::string& format,
+                    const std::string& output);
 
-int run_play(Session& s, CliUser& user, const Console& console, const std::string& script);
+int play_command(Session& s, CliUser& user, const Console& console, const std::string& script);
 
 }  // namespace tv

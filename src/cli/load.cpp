@@ -4,9 +4,10 @@
 #include "cli/command.h"
 #include "data/load_keys.h"
 #include "data/settings_keys.h"
-#include "screens/screen_actions.h"
-#include "session/driver.h"
-#include "session/files.h"
+#include "session/dimensions.h"
+#include "session/loads.h"
+#include "session/numbers.h"
+#include "session/run.h"
 
 namespace tv {
 namespace {
@@ -22,12 +23,10 @@ const OptionKey* criterion(std::string_view key) {
   return at == keys.end() ? nullptr : &*at;
 }
 
-// The number field behind the key; its pair is null if the key has none that can be typed in.
-PairSide field_of(Session& s, const LoadKey& key) {
+// The number field behind the key; its number is null if the key has none that can be typed in.
+NumberPlace field_of(Session& s, const LoadKey& key) {
   const double* value = key.dim ? &(s.state.dim.*key.dim) : key.state ? &(s.state.*key.state) : nullptr;
-  for (const NumberPair& pair : number_pairs())
-    if (value && pair.value && !pair.read_only && &pair.value(s) == value) return {&pair, true};
-  return {nullptr, true};
+  return value ? find_number(s, *value) : NumberPlace{};
 }
 
 void set_criterion(Session& s, const OptionKey& key, const std::string& text, const std::string& set) {
@@ -41,13 +40,10 @@ void set_criterion(Session& s, const OptionKey& key, const std::string& text, co
 }
 
 void set_load_key(Session& s, const LoadKey& key, const std::string& text, const std::string& set) {
-  s.held = s.state;
+  const NumberPlace at = field_of(s, key);
+  if (at.number) hold_state(s, at.screen);
   if (!set_load_value(key, text, s.state, s.load)) throw Stop{kWrongUsage, "the value is no number: " + set};
-  if (const PairSide side = field_of(s, key); side.pair) {
-    const double value = side.pair->value(s);
-    s.state.dim = s.held.dim;
-    number_changed(s, side, value);
-  }
+  if (at.number) apply_number(s, at, at.value(s));
   if (key.state_flag && s.state.frictionOn) setStep(s, 1);
   if (key.dim_int || key.dim_flag) recompute_dimensions(s, 0);
   refresh_all_fields(s);

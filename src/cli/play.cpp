@@ -7,8 +7,8 @@
 #include "cli/script.h"
 #include "cli/show.h"
 #include "screens/commands.h"
-#include "screens/entry.h"
-#include "session/files.h"
+#include "session/entry.h"
+#include "session/loads.h"
 
 namespace tv {
 namespace {
@@ -45,8 +45,8 @@ Screen& screen_of(Player& p, const std::string& name) {
 ControlPlace place_of(Player& p, const Word& word) {
   ControlPlace place = control_place(word.text);
   if (place.screen.empty()) throw ScriptError{"not SCREEN.CONTROL: " + word.text};
-  screen_of(p, place.screen);
-  if (!control_info(place.screen, place.control)) throw ScriptError{"no such control: " + word.text};
+  if (!screen_of(p, place.screen).fields.contains(place.control))
+    throw ScriptError{"no such control: " + word.text};
   return place;
 }
 
@@ -61,6 +61,15 @@ int whole_number(const std::string& text) {
     throw ScriptError{"not a whole number: " + text};
   return value;
 }
+
+double real_number(const std::string& text) {
+  double value = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+  if (error != std::errc() || end != text.data() + text.size()) throw ScriptError{"not a number: " + text};
+  return value;
+}
+
+Extent extent_of(const Surface& surface) { return {surface.width, surface.height}; }
 
 // By "#N", or by its text, blanks at the ends aside.
 int list_index(const Field& list, const Word& word) {
@@ -135,6 +144,7 @@ void do_answer(Player& p, const Words& w) {
 
 void do_show(Player& p, const Words& w) {
   screen_of(p, w[1].text);
+  refresh_screens(p.s);
   answer(p, screen_json(p.s, w[1].text));
 }
 
@@ -149,9 +159,25 @@ void do_focus(Player& p, const Words&) {
 
 void do_draw(Player& p, const Words& w) {
   const ControlPlace at = place_of(p, w[1]);
-  const Json json = draw_json(p.s, at.screen, at.control);
-  if (json.is_null()) throw ScriptError{"no drawing surface: " + w[1].text};
-  answer(p, json);
+  const Surface* surface = find_surface(p.s, at.screen, at.control);
+  if (!surface) throw ScriptError{"no drawing surface: " + w[1].text};
+  answer(p, draw_json(surface->draw(p.s, extent_of(*surface))));
+}
+
+// Press at the first point, move, release at the last; one point is a click.
+void do_drag(Player& p, const Words& w) {
+  const ControlPlace at = place_of(p, w[1]);
+  const Surface* surface = find_surface(p.s, at.screen, at.control);
+  if (!surface || !surface->pointer) throw ScriptError{"nothing to drag on: " + w[1].text};
+  if (w.size() % 2 != 0) throw ScriptError{"a point has two coordinates: " + w.back().text};
+  const auto send = [&](Pointer::What what, std::size_t i) {
+    point_at(p.s, at.screen, at.control, {what, {real_number(w[i].text), real_number(w[i + 1].text)}},
+             extent_of(*surface));
+  };
+  send(Pointer::What::move, 2);
+  send(Pointer::What::press, 2);
+  for (std::size_t i = 4; i < w.size(); i += 2) send(Pointer::What::drag, i);
+  send(Pointer::What::release, w.size() - 2);
 }
 
 void do_text(Player& p, const Words& w) {
@@ -170,6 +196,7 @@ constexpr ScriptCommand kCommands[] = {
     {"choose", 2, 2, do_choose},  {"key", 2, 2, do_key},     {"menu", 1, 1, do_menu},
     {"answer", 1, 99, do_answer}, {"show", 1, 1, do_show},   {"boxes", 0, 0, do_boxes},
     {"focus", 0, 0, do_focus},    {"draw", 1, 1, do_draw},   {"text", 1, 1, do_text},
+    {"drag", 3, 200, do_drag},
 };
 
 void run_line(Player& p, const std::string& line) {
@@ -214,7 +241,7 @@ void window_command(std::string_view name) {
 }
 
 void attach(Player& p) {
-  p.s.window_command = [](Session&, std::string_view name) { window_command(name); };
+  p.s.hooks.window_command = [](Session&, std::string_view name) { window_command(name); };
   p.user.scripted = true;
   p.user.on_dialog = [&p](std::string_view screen) { run_modal(p, screen); };
   p.user.on_focus = [&p](std::string_view screen, std::string_view name) { focus_field(p.s, screen, name); };
@@ -231,7 +258,7 @@ int fail(Player& p, const Console& console, const std::string& message) {
 
 }  // namespace
 
-int run_play(Session& s, CliUser& user, const Console& console, const std::string& script) {
+int play_command(Session& s, CliUser& user, const Console& console, const std::string& script) {
   std::ifstream file;
   if (script != "-") {
     file.open(script);
@@ -239,7 +266,8 @@ int run_play(Session& s, CliUser& user, const Console& console, const std::strin
   }
   Player p{s, user, script == "-" ? console.in : file, console.out};
   attach(p);
-  for (const char* screen : {"Form3", "Form4", "Form5", "Form7"}) open_screen(s, screen);
+  for (const ScreenSpec* spec : s.program.screens)
+    if (spec->shape == ScreenShape::child) open_screen(s, spec->name);
   try {
     while (next_line(p)) {
     }

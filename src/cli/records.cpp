@@ -45,8 +45,8 @@ std::string records_text(const RecordFile& file) {
 
 }  // namespace
 
-int run_records(Session& s, const Console& console, const std::string& file, const std::string& format,
-                const std::string& output) {
+int records_command(Session& s, const Console& console, const std::string& file, const std::string& format,
+                    const std::string& output) {
   const RecordKindInfo* kind = record_kind_of_file(file);
   if (!kind) throw Stop{kWrongUsage, file + ": not the extension of a record file"};
   const RecordRead read = read_records(file, kind->kind, s.language.page(), s.options.sortvol);

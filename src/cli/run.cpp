@@ -2,6 +2,7 @@
 #include <CLI/CLI.hpp>
 
 #include "cli/command.h"
+#include "screens/all.h"
 
 namespace tv {
 namespace {
@@ -88,14 +89,14 @@ CLI::App* add_play(CLI::App& app, std::string& script) {
 
 int run_command_line(const Commands& commands, const Arguments& args, const Console& console) {
   CliUser user(console.err);
-  Session session(user);
+  Session session(user, the_program());
   begin_session(session, user, args.common, commands.play->parsed());
-  if (commands.shot->parsed()) return run_shot(session, user, console, args.shot);
-  if (commands.load_table->parsed()) return run_load_table(session, user, console, args.load_table);
-  if (commands.powder_table->parsed()) return run_powder_table(session, user, console, args.powder_table);
+  if (commands.shot->parsed()) return shot_command(session, user, console, args.shot);
+  if (commands.load_table->parsed()) return load_table_command(session, user, console, args.load_table);
+  if (commands.powder_table->parsed()) return powder_table_command(session, user, console, args.powder_table);
   if (commands.records->parsed())
-    return run_records(session, console, args.records, args.records_format, args.records_output);
-  return run_play(session, user, console, args.script);
+    return records_command(session, console, args.records, args.records_format, args.records_output);
+  return play_command(session, user, console, args.script);
 }
 
 }  // namespace

@@ -6,7 +6,8 @@
 
 #include "cli/command.h"
 #include "screens/output_window.h"
-#include "session/driver.h"
+#include "session/entry.h"
+#include "session/run.h"
 #include "text/codepage.h"
 
 namespace tv {
@@ -26,8 +27,9 @@ Json result_json(const ShotResult& r) {
 
 Json panel_json(const Session& s) {
   Json json = Json::object();
-  for (const Control& control : screen_info("Form5")->controls)
-    json[control.name] = field(s, "Form5", control.name).text;
+  const Screen& results = s.screens.find(screen_name(s, Role::results))->second;
+  for (const Control& control : controls_of(*results.spec))
+    json[control.name] = results.fields.find(control.name)->second.text;
   return json;
 }
 
@@ -124,7 +126,7 @@ std::string joined(std::initializer_list<std::string> parts) {
 }
 
 std::string panel_text(const Session& s) {
-  const auto figure = [&](const char* name) { return field(s, "Form5", name).text; };
+  const auto figure = [&](const char* name) { return field(s, screen_name(s, Role::results), name).text; };
   const DataBlock& block = s.shown.block;
   std::string text =
       joined({block.cartridge, block.bullet}) + "\n" + joined({block.powder, block.MPgn + " gr"}) + "\n\n";
@@ -148,8 +150,8 @@ std::string shot_text(Session& s, bool curve) {
 
 // Where a calculation stopped, by the field that the user was sent to.
 std::string refusal_stage(const Session& s, const CliUser& user) {
-  if (user.focus_screen == "Form3") return "transferInputs";
-  if (user.focus_screen == "Form4")
+  if (user.focus_screen == screen_name(s, Role::dimensions)) return "transferInputs";
+  if (user.focus_screen == screen_name(s, Role::powder))
     return user.focus_field == "ini_press1" ? "checkStartPressure" : "prepareShot";
   if (!user.focus_screen.empty()) return user.focus_screen;
   const std::string stage = stage_name(s.shown.outcome.stage);
@@ -170,10 +172,11 @@ int tell_refusal(const Session& s, const CliUser& user, const Console& console, 
   return kRefused;
 }
 
-int run_shot(Session& s, CliUser& user, const Console& console, const LoadArgs& args) {
+int shot_command(Session& s, CliUser& user, const Console& console, const LoadArgs& args) {
   take_load(s, args);
   if (s.options.grftyp < 1) SetDisplayMode(s, 6);
   if (recalculate(s) == 0) return tell_refusal(s, user, console, args);
+  refresh_screens(s);
   const std::string text = args.format == "json"  ? json_text(shot_json(s, user, args.curve))
                            : args.format == "csv" ? curve_csv(s)
                                                   : shot_text(s, args.curve);

@@ -7,8 +7,6 @@
 namespace tv {
 namespace {
 
-constexpr double kSurfaceWidth = 800, kSurfaceHeight = 520;  // logical units, of a usual output window
-
 constexpr const char* kInks[] = {"black", "red", "magenta", "grey"};
 constexpr const char* kPapers[] = {"white", "red", "magenta", "yellow", "grey", "failed"};
 constexpr const char* kDrawKinds[] = {"line", "polyline", "circle", "band", "text"};
@@ -66,10 +64,6 @@ Json item_json(const DrawItem& item) {
   return json;
 }
 
-bool is_output(std::string_view screen, std::string_view control, std::string_view name) {
-  return screen == "Form7" && control == name;
-}
-
 }  // namespace
 
 Json screen_json(const Session& s, std::string_view name) {
@@ -77,8 +71,8 @@ Json screen_json(const Session& s, std::string_view name) {
   Json json{{"screen", name}, {"visible", screen.visible}};
   if (!screen.hint.empty()) json["hint"] = {{"field", screen.hint_field}, {"text", screen.hint}};
   json["fields"] = Json::object();
-  for (const Control& control : screen_info(name)->controls)
-    json["fields"][control.name] = field_json(field(s, name, control.name), control.kind);
+  for (const Control& control : controls_of(*screen.spec))
+    json["fields"][control.name] = field_json(screen.fields.find(control.name)->second, control.kind);
   return json;
 }
 
@@ -93,16 +87,15 @@ Json boxes_json(const std::vector<ShownBox>& boxes) {
   return {{"boxes", std::move(list)}};
 }
 
-Json draw_json(const Session& s, std::string_view screen, std::string_view surface) {
-  if (!is_output(screen, surface, "Pict1")) return nullptr;
-  const Diagram diagram = output_diagram(s, kSurfaceWidth, kSurfaceHeight, estimated_text_width);
-  Json json{{"width", diagram.list.width}, {"height", diagram.list.height}, {"items", Json::array()}};
-  for (const DrawItem& item : diagram.list.items) json["items"].push_back(item_json(item));
+Json draw_json(const DrawList& list) {
+  Json json{{"width", list.width}, {"height", list.height}, {"items", Json::array()}};
+  for (const DrawItem& item : list.items) json["items"].push_back(item_json(item));
   return json;
 }
 
 std::string bare_text(const Session& s, std::string_view screen, std::string_view control) {
-  if (is_output(screen, control, "Text1")) return output_text(s);
+  const ControlKind kind = *control_kind(*s.screens.find(screen)->second.spec, control);
+  if (kind == ControlKind::view && screen == screen_name(s, Role::output)) return output_text(s);
   return field(s, screen, control).text;
 }
 

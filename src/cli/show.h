@@ -9,8 +9,8 @@ namespace tv {
 
 Json screen_json(const Session& s, std::string_view screen);
 Json boxes_json(const std::vector<ShownBox>& boxes);
-// The draw list of a drawing surface; null if there is none of that name.
-Json draw_json(const Session& s, std::string_view screen, std::string_view surface);
+// A draw list.
+Json draw_json(const DrawList& list);
 // The bare text of a text view or a field.
 std::string bare_text(const Session& s, std::string_view screen, std::string_view control);
 

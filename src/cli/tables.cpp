@@ -5,11 +5,11 @@
 
 #include "cli/command.h"
 #include "output/spreadsheet.h"
-#include "screens/entry.h"
 #include "screens/output_window.h"
-#include "session/driver.h"
-#include "session/files.h"
+#include "session/data_sets.h"
+#include "session/entry.h"
 #include "session/load_steps.h"
+#include "session/run.h"
 #include "tables/sort_table.h"
 #include "text/file.h"
 #include "text/number.h"
@@ -23,7 +23,7 @@ std::string label(const LoadTable& table, int row) {
 }
 
 Json load_table_json(const Session& s, const CliUser& user) {
-  const LoadTable& t = s.load_table;
+  const LoadTable& t = s.tables.load;
   Json rows = Json::array();
   for (int i = 0; i <= t.row_count; ++i) {
     const auto at = static_cast<std::size_t>(i);
@@ -46,15 +46,15 @@ Json load_table_json(const Session& s, const CliUser& user) {
 
 Json powder_table_json(const Session& s, const CliUser& user) {
   Json rows = Json::array();
-  for (const PowderRow& row : s.powder_table.rows) {
+  for (const PowderRow& row : s.tables.powder.rows) {
     Json cells = Json::array({row.name});
     for (int column = 1; column < 13; ++column) cells.push_back(row.cell(column));
     rows.push_back({{"cells", std::move(cells)}, {"status", status_name(row.status)}});
   }
   Json json = answer_head(s);
-  json["strategy"] = s.powder_table.criteria.strategy;
+  json["strategy"] = s.tables.powder.criteria.strategy;
   json["rows"] = std::move(rows);
-  json["rejected_count"] = s.powder_table.rejected_count;
+  json["rejected_count"] = s.tables.powder.rejected_count;
   json["warnings"] = user.warning_keys();
   return json;
 }
@@ -80,7 +80,7 @@ void set_steps(Session& s, const LoadTableArgs& args) {
   if (args.step_grains > 0) {
     s.options.ldweight = true;
     s.options.ldperc = false;
-    s.weight_step = args.step_grains;
+    s.tables.weight_step = args.step_grains;
   }
   if (args.ba_tolerance > 0) SetBaTolerance(s, args.ba_tolerance);
 }
@@ -96,7 +96,7 @@ int sort_column(const std::string& text) {
 
 }  // namespace
 
-int run_load_table(Session& s, CliUser& user, const Console& console, const LoadTableArgs& args) {
+int load_table_command(Session& s, CliUser& user, const Console& console, const LoadTableArgs& args) {
   need_a_file(args.load);
   take_load(s, args.load);
   set_steps(s, args);
@@ -106,17 +106,17 @@ int run_load_table(Session& s, CliUser& user, const Console& console, const Load
   return kDone;
 }
 
-int run_powder_table(Session& s, CliUser& user, const Console& console, const PowderTableArgs& args) {
+int powder_table_command(Session& s, CliUser& user, const Console& console, const PowderTableArgs& args) {
   need_a_file(args.load);
-  if (!args.sort.empty()) s.sort.column = sort_column(args.sort);
-  if (!args.sort.empty() || args.descending) s.sort.ascending = !args.descending;
+  if (!args.sort.empty()) s.tables.sort.column = sort_column(args.sort);
+  if (!args.sort.empty() || args.descending) s.tables.sort.ascending = !args.descending;
   take_load(s, args.load);
   if (!read_data_set(s, RecordKind::powders, args.powders, true))
     throw Stop{kFileTrouble, args.powders + ": could not be read"};
-  s.strategy = args.strategy;
+  s.tables.strategy = args.strategy;
   // The criteria's own button checks them and calculates.
   press(s, "FormPsel", "okproptab");
-  if (!s.powder_table.finished) return tell_refusal(s, user, console, args.load);
+  if (!s.tables.powder.finished) return tell_refusal(s, user, console, args.load);
   deliver_table(s, console, args.load, powder_table_json, user);
   return kDone;
 }

@@ -80,8 +80,8 @@ bool tail_is_possible(const CartridgeDimensions& d) {
          d.tail_dia_large - bullet_mm <= 0.02 && d.tail_dia_small <= d.tail_dia_large;
 }
 
-bool recompute_dimensions(CartridgeDimensions& d, int kind, double Zkalm_shown,
-                          const std::function<void(Dimension)>& wrote) try {
+bool move_dimensions(CartridgeDimensions& d, int kind, double Zkalm_shown,
+                     const std::function<void(Dimension)>& wrote) try {
   Recompute r{d, wrote};
   if (d.Hlen > 0 && d.Plen > 0 && d.Glen > 0) r.propagate(kind);
   r.volumes(Zkalm_shown);

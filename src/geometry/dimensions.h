@@ -24,8 +24,8 @@ enum DimensionEdit : int {
 // bullet out: false when an overflow abandoned the operation; the values so far stand why: the displaced
 // volume's constant 198.23 holds pi/4 and the conversion of cubic inches to grains of water; the
 //      further division by the density of water is meant so
-bool recompute_dimensions(CartridgeDimensions& d, int kind, double Zkalm_shown,
-                          const std::function<void(Dimension)>& wrote);
+bool move_dimensions(CartridgeDimensions& d, int kind, double Zkalm_shown,
+                     const std::function<void(Dimension)>& wrote);
 
 // The band seating depth from the seating depth, and back: a boat tail shortens the full-diameter body.
 double ssd_of_Bsd(const CartridgeDimensions& d);

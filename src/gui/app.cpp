@@ -13,8 +13,10 @@
 #include "gui/icons.h"
 #include "gui/program_style.h"
 #include "gui/windows.h"
-#include "screens/entry.h"
-#include "session/files.h"
+#include "screens/all.h"
+#include "session/entry.h"
+#include "session/loads.h"
+#include "session/start.h"
 
 namespace tv {
 namespace {
@@ -85,7 +87,7 @@ PlaceHints place_hints() {
 
 int run_program(App& app, const PlaceHints& hints, const QStringList& loads) {
   GuiUser user;
-  Session session(user);
+  Session session(user, the_program());
   user.attach(&session, nullptr);
   app.setStyle(new ProgramStyle(session));
   app.session = &session;

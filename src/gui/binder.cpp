@@ -19,8 +19,8 @@
 #include "gui/number_edit.h"
 #include "gui/record_list.h"
 #include "screens/commands.h"
-#include "screens/entry.h"
-#include "session/used_records.h"
+#include "session/entry.h"
+#include "session/record_lists.h"
 
 namespace tv {
 namespace {
@@ -39,13 +39,8 @@ std::pair<std::string, int> split_index(const std::string& name) {
 
 }  // namespace
 
-Binder::Binder(Session& session, Act act, std::string screen, QWidget* root, std::string default_button)
-    : QObject(root),
-      session_(session),
-      act_(std::move(act)),
-      screen_(std::move(screen)),
-      root_(root),
-      default_button_(std::move(default_button)) {
+Binder::Binder(Session& session, Act act, const ScreenSpec& spec, QWidget* root)
+    : QObject(root), session_(session), act_(std::move(act)), spec_(spec), screen_(spec.name), root_(root) {
   for (const auto& [name, field] : session_.screens[screen_].fields)
     if (auto* widget = bound(name)) connect_widget(name, widget);
   for (QWidget* child : root_->findChildren<QWidget*>())
@@ -110,8 +105,7 @@ bool Binder::has_session_focus(std::string_view name) const {
 
 void Binder::focus_in(const std::string& name, QWidget* widget) {
   act_([this, &name] {
-    const Focus before = session_.focus;
-    if (!before.field.empty() && !has_session_focus(name)) leave_field(session_, before.screen, before.field);
+    if (!has_session_focus(name)) leave_focus(session_);
     focus_field(session_, screen_, name);
   });
   // After the press of the mouse, which would set the cursor.
@@ -151,8 +145,8 @@ bool Binder::key_pressed(const std::string& name, QWidget* widget, int pressed,
     }
     return true;
   }
-  if (enter && !modifiers && qobject_cast<QLineEdit*>(widget) && !default_button_.empty()) {
-    act_([this] { press(session_, screen_, default_button_); });
+  if (enter && !modifiers && qobject_cast<QLineEdit*>(widget) && spec_.default_button) {
+    act_([this] { press(session_, screen_, spec_.default_button); });
     return true;
   }
   if (enter)
@@ -213,6 +207,7 @@ bool Binder::refresh() {
   const Screen& screen = session_.screens[screen_];
   for (const auto& [name, field] : screen.fields)
     if (auto* widget = bound(name)) show(name, field, widget);
+  show_groups();
   show_units();
   show_sources();
   show_hint(screen);
@@ -267,7 +262,11 @@ void Binder::show_list(const std::string& name, const Field& field, RecordList* 
   for (const ListItem& item : field.items) texts << qt(item.text);
   const bool typing = records->lineEdit()->isModified();
   const QString typed = records->lineEdit()->text();
-  records->show_entries(texts, used_entries(session_, name, field.items));
+  std::vector<int> used;
+  for (const Control& control : controls_of(spec_))
+    if (control.name == name && control.place->list == ListOf::load_records)
+      used = used_entries(session_, control.place->records, field.items);
+  records->show_entries(texts, used);
   records->show_selected(field.selected);
   const QString text = typing ? typed : qt(field.text);
   if (records->lineEdit()->text() == text) return;
@@ -293,27 +292,34 @@ void Binder::show_rows(const std::string& name, const Field& field, QListWidget*
 
 // The file or the selection that a list shows.
 void Binder::show_sources() {
-  static constexpr std::pair<const char*, RecordKind> kSources[] = {
-      {"source_HVolDat", RecordKind::cartridges},
-      {"source_Bnam", RecordKind::bullets},
-      {"source_PulvDat", RecordKind::powders}};
-  for (const auto& [name, kind] : kSources) {
-    auto* label = root_->findChild<QLabel*>(name);
+  for (const Control& control : controls_of(spec_)) {
+    if (!control.place || control.place->list == ListOf::texts) continue;
+    auto* label = root_->findChild<QLabel*>("source_" + qt(control.name));
     if (!label) continue;
-    const QString caption = qt(session_.set(kind).caption);
+    const QString caption = qt(session_.set(control.place->records).caption);
     if (label->text() != caption) label->setText(caption);
     if (label->toolTip() != caption) label->setToolTip(caption);
   }
 }
 
+// Groups that come and go with a mode of the screen.
+void Binder::show_groups() {
+  for (QWidget* box : root_->findChildren<QWidget*>()) {
+    const QVariant group = box->property(kGroup);
+    if (!group.isValid()) continue;
+    const bool shown = spec_.form[static_cast<std::size_t>(group.toInt())].shown(session_);
+    if (box->isHidden() == shown) box->setVisible(shown);
+  }
+}
+
 // Units that follow the choice of the pressure unit or a screen's own unit system.
 void Binder::show_units() {
-  const bool imperial =
-      session_.screens[screen_].fields.contains("met_eng") && !field(session_, screen_, "met_eng").checked;
+  const bool imperial = spec_.imperial && spec_.imperial(session_);
   for (QLabel* label : root_->findChildren<QLabel*>()) {
     QString unit;
-    if (label->property("pressure_unit").toBool())
-      unit = qt(chosen_pressure_unit(session_));
+    if (const QVariant pressure = label->property("pressure_unit"); pressure.isValid())
+      unit =
+          qt(pressure.toString() == "mode" ? mode_pressure_unit(session_) : chosen_pressure_unit(session_));
     else if (const QStringList units = label->property("local_units").toStringList(); units.size() == 2)
       unit = qt(session_.language.text("units", utf8(units[imperial ? 1 : 0])));
     if (!unit.isEmpty()) show_label(label, unit);

@@ -24,8 +24,8 @@ using Act = std::function<void(const std::function<void()>&)>;
 
 class Binder : public QObject {
 public:
-  // Binds all children of root that are controls of the screen. Enter in a field presses default_button.
-  Binder(Session& session, Act act, std::string screen, QWidget* root, std::string default_button);
+  // Binds all children of root that are controls of the screen. Enter in a field presses its default button.
+  Binder(Session& session, Act act, const ScreenSpec& spec, QWidget* root);
 
   // Record to widgets. True: a label has changed and may need more room.
   bool refresh();
@@ -46,6 +46,7 @@ private:
   void show_rows(const std::string& name, const Field& field, QListWidget* list);
   void show_label(QLabel* label, const QString& text);
   void show_look(const Field& field, QWidget* widget);
+  void show_groups();
   void show_units();
   void show_sources();
   void show_hint(const Screen& screen);
@@ -53,9 +54,9 @@ private:
 
   Session& session_;
   Act act_;
+  const ScreenSpec& spec_;
   std::string screen_;
   QWidget* root_;
-  std::string default_button_;
   QLabel* hint_ = nullptr;
   bool relabelled_ = false;
   std::map<std::string, std::vector<std::string>> shown_items_;

@@ -100,6 +100,8 @@ private:
       spoken = text(label.toString());
       const QString unit = widget.property("unit_key").toString();
       if (!unit.isEmpty()) spoken += ' ' + qt(s_.language.text("units", utf8(unit)));
+      if (const QVariant index = widget.property("label_index"); index.isValid())
+        spoken += ' ' + index.toString();
     }
     if (!spoken.isEmpty()) widget.setAccessibleName(plain_caption(spoken));
     widget.setToolTip(tv::tip_text(s_, &widget));

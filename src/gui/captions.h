@@ -33,6 +33,7 @@ inline constexpr const char* kPageKeys = "page_keys";  // property: keys of tab 
 inline constexpr const char* kFixedText = "fixed";     // property: text that no language changes
 inline constexpr const char* kOwn = "own";             // property: its window draws it, the binder does not
 inline constexpr const char* kReason = "reason";       // property: why the field is marked
+inline constexpr const char* kGroup = "group";         // property: number of a group that its screen may hide
 inline constexpr const char* kOwnSection = "own_section";  // property: the walk stops before this widget
 
 }  // namespace tv

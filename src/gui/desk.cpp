@@ -12,23 +12,24 @@
 #include "gui/captions.h"
 #include "gui/form_builder.h"
 #include "gui/main_frame.h"
+#include "gui/surface_view.h"
 #include "gui/window_commands.h"
 #include "gui/windows.h"
-#include "screens/entry.h"
+#include "session/entry.h"
+#include "session/message.h"
 
 namespace tv {
 
 Desk::Desk(Session& session) : session_(session) {
-  session_.outputs_changed = [this](Session&) { refresh(); };
-  session_.language_changed = [this](Session&) { recaption(); };
-  session_.window_command = [this](Session&, std::string_view name) { run_window_command(*this, name); };
+  session_.hooks.language_changed = [this](Session&) { recaption(); };
+  session_.hooks.window_command = [this](Session&, std::string_view name) {
+    run_window_command(*this, name);
+  };
 }
 
 Desk::~Desk() {
   closing_ = true;  // a widget that dies with the focus on it still tells so
-  session_.outputs_changed = nullptr;
-  session_.language_changed = nullptr;
-  session_.window_command = nullptr;
+  session_.hooks = {};
   for (auto& [screen, view] : views_)
     if (!view.window->parent()) delete view.window;  // the notice, made before the frame
   frame_.reset();
@@ -38,22 +39,26 @@ void Desk::open_frame() {
   translate_toolkit();
   frame_ = std::make_unique<MainFrame>(*this);
   act([this] {
-    for (const char* screen : {"Form3", "Form4", "Form5", "Form7"}) open_screen(session_, screen);
+    for (const ScreenSpec* spec : session_.program.screens)
+      if (spec->shape == ScreenShape::child) open_screen(session_, spec->name);
   });
   frame_->restore_places();
   frame_->show();
-  act([this] { session_.user->focus("Form3", "HVolDat"); });
+  act([this] { focus_list(session_, RecordKind::cartridges); });
 }
 
 void Desk::act(const std::function<void()>& action) {
   if (closing_) return;
+  ++depth_;
   try {
+    const Action whole(session_);
     action();
   } catch (const std::exception& fault) {
     show_fault(fault.what());
   } catch (...) {
     show_fault({});
   }
+  if (--depth_ > 0) return;
   refresh();
   if (session_.end_requested && frame_ && !ending_) {
     ending_ = true;
@@ -65,11 +70,13 @@ void Desk::refresh() {
   again_ = true;
   if (refreshing_ || closing_) return;
   refreshing_ = true;
+  ++refreshes_;
+  refresh_screens(session_);
   // A widget that loses the focus because it was disabled changes the record once more.
   for (int round = 0; again_ && round < 4; ++round) {
     again_ = false;
     for (auto& [screen, view] : views_) {
-      show_visibility(screen, view);
+      show_visibility(screen);
       if (session_.screens[screen].visible) view.refresh();
     }
     if (frame_) frame_->refresh();
@@ -77,13 +84,16 @@ void Desk::refresh() {
   refreshing_ = false;
 }
 
-void Desk::show_visibility(const std::string& screen, View& view) {
-  const bool wanted = session_.screens[screen].visible;
-  if (wanted == !view.window->isHidden()) return;
-  if (auto* dialog = qobject_cast<QDialog*>(view.window); dialog && dialog->isModal() && !wanted)
+void Desk::show_visibility(std::string_view screen) {
+  const auto at = views_.find(screen);
+  if (at == views_.end()) return;
+  QWidget* window = at->second.window;
+  const bool wanted = session_.screens.find(screen)->second.visible;
+  if (wanted == !window->isHidden()) return;
+  if (auto* dialog = qobject_cast<QDialog*>(window); dialog && dialog->isModal() && !wanted)
     dialog->done(QDialog::Rejected);
   else
-    view.window->setVisible(wanted);
+    window->setVisible(wanted);
 }
 
 // The texts of Qt's own dialogs.
@@ -117,69 +127,84 @@ static void settle_layouts(QWidget* window) {
 View* Desk::view(std::string_view screen) {
   const auto at = views_.find(screen);
   if (at != views_.end()) return &at->second;
-  const ScreenInfo* info = screen_info(screen);
-  if (!info || info->shape == ScreenShape::frame) return nullptr;
-  View view = make_view(*info);
+  const auto known = session_.screens.find(screen);
+  if (known == session_.screens.end() || known->second.spec->shape == ScreenShape::frame) return nullptr;
+  View view = make_view(*known->second.spec);
   if (!view.window) return nullptr;
-  View& kept = views_[info->name] = std::move(view);
+  View& kept = views_[known->first] = std::move(view);
   kept.recaption();
   kept.refresh();
   return &kept;
 }
 
-View Desk::make_view(const ScreenInfo& info) {
-  const std::string screen = info.name;
-  QWidget* parent = frame_.get();
-  if (screen == "Form2") return make_notice_view(*this, parent);
-  if (screen == "frmPic") return make_picture_view(*this, parent);
-  if (screen == "frmHelp") return make_about_view(*this, parent);
+namespace {
+
+struct OwnWindow {
+  std::string_view screen;
+  View (*make)(Desk&, const ScreenSpec&, QWidget* parent);
+};
+constexpr OwnWindow kOwnWindows[] = {
+    {"Form2", make_notice_view},
+    {"Form7", make_output_view},
+    {"frmHelp", make_about_view},
+    {"frmPic", make_picture_view},
+};
+
+}  // namespace
+
+View Desk::make_view(const ScreenSpec& spec) {
+  const auto* own = std::ranges::find(kOwnWindows, spec.name, &OwnWindow::screen);
   View view;
-  std::string default_button;
-  if (screen == "Form7") {
-    view = make_output_view(*this);
-  } else if (const FormLayout* layout = form_layout(screen)) {
-    view.root = build_form(*layout, nullptr);
-    if (screen == "Form3") view.refresh = make_cartridge_view(*this, view.root);
-    default_button = layout->default_button ? layout->default_button : "";
-  } else {
-    return {};
-  }
+  if (own != std::end(kOwnWindows))
+    view = own->make(*this, spec, frame_.get());
+  else
+    view.root = build_form(*this, spec, nullptr);
+  if (!view.window) give_window(spec, view);
+  return view;
+}
+
+// A child of the frame, a dialog or a floating window around the root, and what keeps it up to date.
+void Desk::give_window(const ScreenSpec& spec, View& view) {
+  const std::string screen = spec.name;
   auto* binder = new Binder(
-      session_, [this](const auto& action) { act(action); }, screen, view.root, default_button);
-  if (info.shape == ScreenShape::child && frame_) {
+      session_, [this](const auto& action) { act(action); }, spec, view.root);
+  if (spec.shape == ScreenShape::child && frame_) {
     auto* child = new ChildWindow(*this, screen);
     child->setWidget(view.root);
     frame_->area().addSubWindow(child);
     view.window = child;
   } else {
-    auto* dialog = new ScreenDialog(*this, screen, parent);
+    auto* dialog = new ScreenDialog(*this, screen, frame_.get());
     auto* layout = new QVBoxLayout(dialog);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSizeConstraint(QLayout::SetMinimumSize);
     layout->addWidget(view.root);
-    if (info.shape == ScreenShape::floating) dialog->setWindowFlag(Qt::Tool);
+    if (spec.shape == ScreenShape::floating) dialog->setWindowFlag(Qt::Tool);
     view.window = dialog;
   }
-  view.window->setObjectName(screen);
+  view.window->setObjectName(spec.name);
   view.window->setProperty(kOwnSection, true);
+  std::vector<SurfaceView*> surfaces;
+  for (QWidget* widget : view.root->findChildren<QWidget*>())
+    if (auto* surface = dynamic_cast<SurfaceView*>(widget)) surfaces.push_back(surface);
   // New captions and units may need more room, also in a window that is hidden now.
   const auto fit = [window = view.window, root = view.root] {
     align_form(root);
     settle_layouts(window);
     window->resize(window->size().expandedTo(window->minimumSizeHint()));
   };
-  view.refresh = [binder, fit, own = view.refresh] {
+  view.refresh = [binder, fit, surfaces, own = view.refresh] {
     if (binder->refresh()) fit();
     if (own) own();
+    for (SurfaceView* surface : surfaces) surface->refresh();
   };
-  view.recaption = [this, screen, section = std::string(info.section), window = view.window, root = view.root,
-                    fit, own = view.recaption] {
-    apply_captions(root, session_, section);
+  view.recaption = [this, &spec, window = view.window, root = view.root, fit, own = view.recaption] {
+    apply_captions(root, session_, spec.section);
     fit();
-    window->setWindowTitle(plain_caption(qt(session_.language.text(section, screen))) + " - " + kProgramName);
+    window->setWindowTitle(plain_caption(qt(session_.language.text(spec.section, spec.name))) + " - " +
+                           kProgramName);
     if (own) own();
   };
-  return view;
 }
 
 std::string Desk::active_screen() const {
@@ -197,8 +222,10 @@ void Desk::run_dialog(std::string_view screen) {
   if (!dialog) return;
   session_.screens[std::string(screen)].visible = true;
   dialog->setModal(true);
+  const int depth = set_depth(0);
   refresh();
   if (session_.screens[std::string(screen)].visible) dialog->exec();
+  set_depth(depth);
   session_.screens[std::string(screen)].visible = false;
   dialog->setModal(false);
 }

@@ -9,6 +9,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "session/session.h"
 
@@ -35,27 +36,32 @@ public:
   // The main frame and the screens that stand open from the start.
   void open_frame();
 
-  // Every reaction to a person passes here: runs it, survives what it throws, and draws all windows anew.
+  // Every reaction to a person passes here: runs it, survives what it throws, and when the outermost has
+  // ended draws all windows anew.
   void act(const std::function<void()>& action);
-  void refresh();    // records to windows
+  // State to records to windows, in the middle of an action: before a box, a dialog, progress.
+  void refresh();
+  int refreshes() const { return refreshes_; }                       // so far
+  int set_depth(int depth) { return std::exchange(depth_, depth); }  // a modal window begins anew
   void recaption();  // all captions and tips anew, after a change of language
 
   // The view of a screen, made at its first use; null if the screen has no window.
   View* view(std::string_view screen);
+  void show_visibility(std::string_view screen);  // its window comes and goes as its record says
   // Where the focus is: the screen whose window is active; "frmMAIN" if none.
   std::string active_screen() const;
   // A modal screen: returns when it was closed.
   void run_dialog(std::string_view screen);
 
 private:
-  View make_view(const ScreenInfo& info);
+  View make_view(const ScreenSpec& spec);
+  void give_window(const ScreenSpec& spec, View& view);
   void translate_toolkit();
-  void show_visibility(const std::string& screen, View& view);
-
   Session& session_;
   QTranslator translator_;
   std::unique_ptr<MainFrame> frame_;
   std::map<std::string, View, std::less<>> views_;
+  int depth_ = 0, refreshes_ = 0;
   bool refreshing_ = false, again_ = false, ending_ = false, closing_ = false;
 };
 

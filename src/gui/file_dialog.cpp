@@ -13,7 +13,7 @@
 #include <QPushButton>
 
 #include "gui/captions.h"
-#include "session/files.h"
+#include "session/file_names.h"
 
 namespace tv {
 namespace {

@@ -15,9 +15,10 @@
 #include <map>
 
 #include "gui/captions.h"
-#include "gui/draw_surface.h"
 #include "gui/number_edit.h"
 #include "gui/record_list.h"
+#include "gui/surface_view.h"
+#include "session/entry.h"
 
 namespace tv {
 namespace {
@@ -54,16 +55,15 @@ private:
 
 class Builder {
 public:
-  Builder(const FormLayout& layout, QWidget* root, std::vector<std::string>* unknown)
-      : layout_(layout), root_(root), unknown_(unknown) {}
+  Builder(Desk& desk, const ScreenSpec& spec, QWidget* root) : desk_(desk), spec_(spec), root_(root) {}
 
   void build() {
     auto* grid = new QGridLayout(root_);
     std::map<int, QVBoxLayout*> columns;
     int count = 1;
-    for (const Group& group : layout_.groups) count = std::max(count, group.column + 1);
+    for (const Group& group : spec_.form) count = std::max(count, group.column + 1);
     int below = 1;
-    for (const Group& group : layout_.groups) {
+    for (const Group& group : spec_.form) {
       if (group.column < 0) {  // over the whole width
         add_group(group, [&](QWidget* box) { grid->addWidget(box, below++, 0, 1, count); });
         continue;
@@ -80,7 +80,7 @@ public:
       add_group(group, [&](QWidget* box) { column->addWidget(box, grows ? 100 : 0); });
     }
     for (auto& [number, column] : columns) column->addStretch(1);
-    if (auto* button = root_->findChild<QPushButton*>(QString(layout_.default_button)))
+    if (auto* button = root_->findChild<QPushButton*>(QString(spec_.default_button)))
       button->setDefault(true);
   }
 
@@ -89,6 +89,7 @@ private:
   void add_group(const Group& group, Add add) {
     auto* box = group.title ? static_cast<QWidget*>(new QGroupBox(root_)) : new QWidget(root_);
     if (group.title) box->setObjectName(group.title);
+    if (group.shown) box->setProperty(kGroup, static_cast<int>(&group - spec_.form.data()));
     auto* grid = new QGridLayout(box);
     if (!group.title) grid->setContentsMargins(0, 0, 0, 0);
     grid->setVerticalSpacing(3);
@@ -108,11 +109,11 @@ private:
     switch (row.shape) {
       case RowShape::pair:
         return add_pair(grid, at, row, box);
-      case RowShape::wide:
-        if (QWidget* widget = control(row.places[0], row, box)) {
-          add_label(grid, at, row.label, widget, box);
-          grid.addWidget(widget, at, 1, 1, 4);
-        }
+      case RowShape::wide: {
+        QWidget* widget = control(row.places[0], row, box);
+        add_label(grid, at, row.label, widget, box);
+        grid.addWidget(widget, at, 1, 1, 4);
+      }
         return;
       case RowShape::source: {
         auto* label = new SourceLabel(&box);
@@ -125,37 +126,61 @@ private:
       case RowShape::bare:
       case RowShape::buttons:
         return add_line(grid, at, row, box);
-      case RowShape::block:
-        if (QWidget* widget = control(row.places[0], row, box)) {
-          if (row.label) grid.addWidget(make_label(row.label, widget, box), at, 0, 1, 5);
-          grid.addWidget(widget, at + 1, 0, 1, 5);
-          grid.setRowStretch(at + 1, 1);
-        }
+      case RowShape::block: {
+        QWidget* widget = control(row.places[0], row, box);
+        if (row.label) grid.addWidget(make_label(row.label, widget, box), at, 0, 1, 5);
+        grid.addWidget(widget, at + 1, 0, 1, 5);
+        grid.setRowStretch(at + 1, 1);
+      }
         return;
       case RowShape::note:
         grid.addWidget(make_label(row.label, nullptr, box), at, 0, 1, 5);
         return;
+      case RowShape::grid:
+        return add_table(grid, at, row, box);
     }
   }
 
   void add_pair(QGridLayout& grid, int at, const Row& row, QWidget& box) {
     QWidget* first = nullptr;
-    for (int i = 0; i < 2; ++i) {
-      const Place& place = row.places[i];
-      QWidget* widget = place.control ? control(place, row, box) : nullptr;
-      if (!widget) continue;
+    int column = 1;
+    for (const Place& place : row.places) {
+      if (!place.control) continue;
+      QWidget* widget = control(place, row, box);
       if (!first) first = widget;
-      grid.addWidget(widget, at, 1 + 2 * i);
-      if (place.unit) grid.addWidget(make_unit(place.unit, box), at, 2 + 2 * i);
+      grid.addWidget(widget, at, column);
+      if (const char* unit = unit_of(place)) grid.addWidget(make_unit(unit, box), at, column + 1);
+      column += 2;
     }
-    if (first) add_label(grid, at, row.label, first, box);
+    if (first && row.label) add_label(grid, at, row.label, first, box);
+  }
+
+  // A head of captions, then numbered rows of fields.
+  void add_table(QGridLayout& grid, int at, const Row& row, QWidget& box) {
+    auto* table = new QGridLayout;
+    table->setVerticalSpacing(2);
+    int column = 1;
+    for (const Place& place : row.places) {
+      if (!place.control) continue;
+      table->addWidget(make_label(place.control, nullptr, box), 0, column);
+      for (int i = 1; i <= row.count; ++i) {
+        QWidget* widget = make_control(place, place.control + std::to_string(i), &box);
+        widget->setProperty("label_key", QString(place.control));
+        widget->setProperty("label_index", i);
+        table->addWidget(widget, i, column);
+      }
+      ++column;
+    }
+    for (int i = 1; i <= row.count; ++i) {
+      auto* number = new QLabel(QString::number(i), &box);
+      number->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+      table->addWidget(number, i, 0);
+    }
+    grid.addLayout(table, at, 0, 1, 5);
   }
 
   void add_slider(QGridLayout& grid, int at, const Row& row, QWidget& box) {
-    auto* bar = new QSlider(Qt::Horizontal, &box);
-    bar->setObjectName(row.places[0].control);
-    bar->setProperty("label_key", QString(row.label));
-    grid.addWidget(bar, at, 1, 1, 4);
+    grid.addWidget(control(row.places[0], row, box), at, 1, 1, 4);
   }
 
   void add_line(QGridLayout& grid, int at, const Row& row, QWidget& box) {
@@ -164,20 +189,69 @@ private:
                      (row.shape == RowShape::bare ? 3 : 1));  // boxes stand further apart than buttons
     if (row.shape == RowShape::buttons) line->addStretch(1);
     for (const Place& place : row.places)
-      if (place.control)
-        if (QWidget* widget = control(place, row, box)) line->addWidget(widget);
+      if (place.control) line->addWidget(control(place, row, box));
     if (row.shape == RowShape::bare) line->addStretch(1);
     grid.addLayout(line, at, 0, 1, 5);
   }
 
+  // The unit behind a control: its own, else that of the number it shows.
+  const char* unit_of(const Place& place) const {
+    if (place.unit) return place.unit;
+    for (const NumberField& number : spec_.numbers)
+      for (const NumberSide& side : number.sides)
+        if (side.field && std::string_view(side.field) == place.control) return side.unit->caption;
+    return nullptr;
+  }
+
   QWidget* control(const Place& place, const Row& row, QWidget& box) {
-    QWidget* widget = make_control(layout_.screen, place.control, &box);
-    if (!widget) {
-      if (unknown_) unknown_->emplace_back(place.control);
-      return nullptr;
-    }
+    QWidget* widget = make_control(place, place.control, &box);
     if (row.label && row.label[0] != '@') widget->setProperty("label_key", QString(row.label));
-    if (place.unit && place.unit[0] == 'u') widget->setProperty("unit_key", QString(place.unit));
+    if (const char* unit = unit_of(place); unit && unit[0] == 'u')
+      widget->setProperty("unit_key", QString(unit));
+    return widget;
+  }
+
+  QWidget* make_control(const Place& place, const std::string& name, QWidget* parent) {
+    QWidget* widget = nullptr;
+    switch (place.kind) {
+      case ControlKind::number:
+      case ControlKind::text:
+      case ControlKind::display:
+        widget = new FieldEdit(place.kind, parent);
+        break;
+      case ControlKind::list:
+        widget = new QListWidget(parent);
+        break;
+      case ControlKind::combo:
+        widget = new RecordList(parent);
+        break;
+      case ControlKind::check:
+        widget = new QCheckBox(parent);
+        break;
+      case ControlKind::option:
+        widget = new QRadioButton(parent);
+        break;
+      case ControlKind::button: {
+        auto* button = new QPushButton(parent);
+        button->setAutoDefault(false);
+        widget = button;
+        break;
+      }
+      case ControlKind::memo:
+      case ControlKind::view: {
+        auto* text = new QPlainTextEdit(parent);
+        text->setReadOnly(place.kind == ControlKind::view);
+        text->setTabChangesFocus(true);
+        widget = text;
+        break;
+      }
+      case ControlKind::bar:
+        widget = new QSlider(Qt::Horizontal, parent);
+        break;
+      case ControlKind::surface:
+        return new SurfaceView(desk_, spec_.name, *find_surface(desk_.session(), spec_.name, name), parent);
+    }
+    widget->setObjectName(QString::fromStdString(name));
     return widget;
   }
 
@@ -202,7 +276,7 @@ private:
     if (unit[0] == '@')
       label->setObjectName(unit + 1);
     else if (unit[0] == '*')
-      label->setProperty("pressure_unit", true);
+      label->setProperty("pressure_unit", unit[1] == '*' ? "mode" : "chosen");
     else if (unit[0] == '%')
       label->setProperty("local_units", QString(unit + 1).split('|'));
     else
@@ -210,9 +284,9 @@ private:
     return label;
   }
 
-  const FormLayout& layout_;
+  Desk& desk_;
+  const ScreenSpec& spec_;
   QWidget* root_;
-  std::vector<std::string>* unknown_;
 };
 
 }  // namespace
@@ -235,53 +309,9 @@ void align_form(QWidget* root) {
     for (const int part : {0, 2, 4}) grid->setColumnMinimumWidth(part, widest[{column, part}]);
 }
 
-QWidget* make_control(std::string_view screen, std::string_view name, QWidget* parent) {
-  const Control* control = control_info(screen, name);
-  if (!control) return nullptr;
-  QWidget* widget = nullptr;
-  switch (control->kind) {
-    case ControlKind::number:
-    case ControlKind::text:
-    case ControlKind::display:
-      widget = new FieldEdit(control->kind, parent);
-      break;
-    case ControlKind::list:
-      widget = new QListWidget(parent);
-      break;
-    case ControlKind::combo:
-      widget = new RecordList(parent);
-      break;
-    case ControlKind::check:
-      widget = new QCheckBox(parent);
-      break;
-    case ControlKind::option:
-      widget = new QRadioButton(parent);
-      break;
-    case ControlKind::button: {
-      auto* button = new QPushButton(parent);
-      button->setAutoDefault(false);
-      widget = button;
-      break;
-    }
-    case ControlKind::memo:
-    case ControlKind::view: {
-      auto* text = new QPlainTextEdit(parent);
-      text->setReadOnly(control->kind == ControlKind::view);
-      text->setTabChangesFocus(true);
-      widget = text;
-      break;
-    }
-    case ControlKind::surface:
-      widget = new DrawSurface(parent);
-      break;
-  }
-  widget->setObjectName(control->name);
-  return widget;
-}
-
-QWidget* build_form(const FormLayout& layout, QWidget* parent, std::vector<std::string>* unknown) {
+QWidget* build_form(Desk& desk, const ScreenSpec& spec, QWidget* parent) {
   auto* root = new QWidget(parent);
-  Builder(layout, root, unknown).build();
+  Builder(desk, spec, root).build();
   return root;
 }
 

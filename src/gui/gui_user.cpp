@@ -120,7 +120,7 @@ void GuiUser::bring_to_front(std::string_view screen) {
   View* view = desk_->view(screen);
   if (!view) return;
   set_visible(screen, true);
-  refresh();
+  desk_->show_visibility(screen);
   if (auto* child = qobject_cast<QMdiSubWindow*>(view->window)) {
     if (child->isMinimized()) child->showNormal();
     // A window with nothing to type into does not take the focus from the entry at hand.
@@ -140,6 +140,7 @@ void GuiUser::bring_to_front(std::string_view screen) {
 void GuiUser::focus(std::string_view screen, std::string_view field) {
   if (!desk_ || !desk_->frame()) return;
   bring_to_front(screen);
+  refresh();
   View* view = desk_->view(screen);
   auto* widget = view ? view->root->findChild<QWidget*>(qt(field)) : nullptr;
   if (!widget) return;
@@ -150,7 +151,7 @@ void GuiUser::focus(std::string_view screen, std::string_view field) {
 
 void GuiUser::hide(std::string_view screen) {
   set_visible(screen, false);
-  refresh();
+  if (desk_) desk_->show_visibility(screen);
 }
 
 void GuiUser::run_dialog(std::string_view screen) {
@@ -165,7 +166,6 @@ void GuiUser::busy(bool on) {
   } else if (!on && busy_ > 0 && --busy_ == 0) {
     QApplication::restoreOverrideCursor();
     if (desk_ && desk_->frame()) desk_->frame()->show_progress({}, -1);
-    refresh();
   }
 }
 

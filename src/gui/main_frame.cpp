@@ -19,7 +19,8 @@
 #include "gui/captions.h"
 #include "gui/icons.h"
 #include "gui/window_commands.h"
-#include "session/files.h"
+#include "session/loads.h"
+#include "session/start.h"
 #include "text/file.h"
 #include "text/number.h"
 
@@ -128,7 +129,7 @@ void MainFrame::refresh() {
   menus_.refresh();
   buttons_->refresh();
   setWindowTitle(qt(load_caption(s)));
-  const QString status = qt(field(s, "frmMAIN", "status_line").text).simplified();
+  const QString status = qt(s.status).simplified();
   if (status_->text() != status) status_->setText(status);
   QString notice = qt(s.language.fastmsg("agreeit1") + s.language.notice());
   notice = ' ' + notice.replace('\n', ' ').trimmed() + ' ';

@@ -11,7 +11,7 @@
 #include "gui/captions.h"
 #include "gui/main_frame.h"
 #include "gui/windows.h"
-#include "session/files.h"
+#include "session/file_names.h"
 
 namespace tv {
 namespace {

@@ -4,7 +4,7 @@
 
 #include "gui/captions.h"
 #include "gui/icons.h"
-#include "session/files.h"
+#include "session/loads.h"
 #include "text/file.h"
 
 namespace tv {

@@ -132,12 +132,13 @@ void Notice::recaption(const Session& s) {
 
 }  // namespace
 
-View make_notice_view(Desk& desk, QWidget* parent) {
+View make_notice_view(Desk& desk, const ScreenSpec& spec, QWidget* parent) {
   auto* notice = new Notice(desk, parent);
   notice->setObjectName("Form2");
   notice->setProperty(kOwnSection, true);
   Session& s = desk.session();
-  auto* binder = new Binder(s, [&desk](const auto& action) { desk.act(action); }, "Form2", notice, {});
+  auto* binder = new Binder(
+      s, [&desk](const auto& action) { desk.act(action); }, spec, notice);
   View view;
   view.window = view.root = notice;
   view.refresh = [binder] { binder->refresh(); };

@@ -6,7 +6,7 @@
 
 #include "gui/captions.h"
 #include "gui/icons.h"
-#include "screens/entry.h"
+#include "session/entry.h"
 
 namespace tv {
 namespace {

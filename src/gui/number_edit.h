@@ -5,7 +5,7 @@
 #include <QAction>
 #include <QLineEdit>
 
-#include "session/fields.h"
+#include "session/screen.h"
 
 namespace tv {
 

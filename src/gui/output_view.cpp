@@ -4,20 +4,19 @@
 #include <QVBoxLayout>
 
 #include "gui/captions.h"
-#include "gui/diagram_surface.h"
 #include "gui/menus.h"
+#include "gui/surface_view.h"
 #include "gui/table_view.h"
 #include "gui/windows.h"
 #include "screens/output_window.h"
+#include "session/entry.h"
 
 namespace tv {
 namespace {
 
-constexpr const char* kScreen = "Form7";
-
-class OutputView : public QWidget {
+class OutputWindow : public QWidget {
 public:
-  explicit OutputView(Desk& desk);
+  OutputWindow(Desk& desk, const ScreenSpec& spec);
   void refresh();
   void recaption() { menus_->recaption(); }
 
@@ -27,12 +26,13 @@ private:
   Desk& desk_;
   std::unique_ptr<Menus> menus_;
   QStackedLayout* place_;
-  DiagramSurface* surface_;
+  SurfaceView* surface_;
   TableView* text_;
-  QLabel* read_outs_[3];
+  unsigned shown_ = 0;  // revision of the text on show
+  bool shows_text_ = false;
 };
 
-OutputView::OutputView(Desk& desk) : desk_(desk) {
+OutputWindow::OutputWindow(Desk& desk, const ScreenSpec& spec) : desk_(desk) {
   auto* bar = new QMenuBar(this);
   menus_ = std::make_unique<Menus>(desk, *bar, "form7");
   auto* layout = new QVBoxLayout(this);
@@ -41,7 +41,9 @@ OutputView::OutputView(Desk& desk) : desk_(desk) {
   layout->setMenuBar(bar);
   place_ = new QStackedLayout;
   layout->addLayout(place_, 1);
-  surface_ = new DiagramSurface(desk, this);
+  surface_ = new SurfaceView(desk, spec.name, *find_surface(desk.session(), spec.name, "Pict1"), this);
+  surface_->setFocusPolicy(Qt::StrongFocus);
+  surface_->setMinimumSize(227, 200);  // 3400 x 3000 twips
   text_ = new TableView(this);
   text_->setObjectName("Text1");
   text_->setProperty(kOwn, true);
@@ -49,21 +51,18 @@ OutputView::OutputView(Desk& desk) : desk_(desk) {
   place_->addWidget(text_);
   auto* strip = new QHBoxLayout;
   strip->setContentsMargins(6, 1, 6, 1);
-  for (int i = 0; i < 3; ++i) {
-    read_outs_[i] = new QLabel(this);
-    read_outs_[i]->setObjectName(QStringList{"x1", "y1", "y2"}[i]);
-    strip->addWidget(read_outs_[i], 1);
+  for (const char* name : {"x1", "y1", "y2"}) {
+    auto* read_out = new QLabel(this);
+    read_out->setObjectName(name);
+    strip->addWidget(read_out, 1);
   }
   layout->addLayout(strip);
-  surface_->on_read_out = [this](const std::optional<ReadOut>& at) {
-    const std::string texts[] = {at ? at->x : "", at ? at->y1 : "", at ? at->y2 : ""};
-    for (int i = 0; i < 3; ++i) {
-      set_text(session(), kScreen, utf8(read_outs_[i]->objectName()), texts[i]);
-      read_outs_[i]->setText(qt(texts[i]));
-    }
+  text_->on_double_click = [this] {
+    desk_.act([this] {
+      output_switch(session());
+      outputs_changed(session());
+    });
   };
-  surface_->on_double_click =
-      text_->on_double_click = [this] { desk_.act([this] { output_switch(session()); }); };
   for (QWidget* widget : {static_cast<QWidget*>(surface_), static_cast<QWidget*>(text_->viewport())}) {
     widget->setContextMenuPolicy(Qt::CustomContextMenu);
     connect(widget, &QWidget::customContextMenuRequested, this, [bar, widget](const QPoint& at) {
@@ -74,18 +73,20 @@ OutputView::OutputView(Desk& desk) : desk_(desk) {
   }
 }
 
-void OutputView::refresh() {
+void OutputWindow::refresh() {
   menus_->refresh();
   const bool as_text = output_shows_text(session());
-  if (as_text) text_->show_text(output_text_view(session()));
+  if (as_text && (!shows_text_ || shown_ != session().output.revision))
+    text_->show_text(output_text_view(session()));
+  shows_text_ = as_text;
+  shown_ = session().output.revision;
   place_->setCurrentWidget(as_text ? static_cast<QWidget*>(text_) : surface_);
-  surface_->redraw();
 }
 
 }  // namespace
 
-View make_output_view(Desk& desk) {
-  auto* output = new OutputView(desk);
+View make_output_view(Desk& desk, const ScreenSpec& spec, QWidget*) {
+  auto* output = new OutputWindow(desk, spec);
   View view;
   view.root = output;
   view.refresh = [output, &desk] {

@@ -11,6 +11,7 @@
 #include "gui/main_frame.h"
 #include "gui/painter.h"
 #include "screens/print_pages.h"
+#include "session/message.h"
 
 namespace tv {
 namespace {

@@ -15,7 +15,7 @@
 #include "gui/icons.h"
 #include "gui/main_frame.h"
 #include "gui/windows.h"
-#include "session/files.h"
+#include "session/file_names.h"
 #include "text/file.h"
 
 namespace tv {
@@ -169,7 +169,7 @@ private:
 
 }  // namespace
 
-View make_picture_view(Desk& desk, QWidget* parent) {
+View make_picture_view(Desk& desk, const ScreenSpec&, QWidget* parent) {
   auto* viewer = new PictureViewer(desk, parent);
   Session& s = desk.session();
   viewer->setObjectName("frmPic");
@@ -186,7 +186,7 @@ View make_picture_view(Desk& desk, QWidget* parent) {
   return view;
 }
 
-View make_about_view(Desk& desk, QWidget* parent) {
+View make_about_view(Desk& desk, const ScreenSpec&, QWidget* parent) {
   auto* box = new AboutBox(desk, parent);
   Session& s = desk.session();
   box->setObjectName("frmHelp");

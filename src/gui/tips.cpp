@@ -14,9 +14,9 @@ namespace {
 constexpr double kTwips = 15;
 
 // The widget a tip is about: the one under the mouse or the control that it is a part of.
-QWidget* tip_owner(QWidget* widget) {
+QWidget* tip_owner(const Session& s, QWidget* widget) {
   for (; widget; widget = widget->isWindow() ? nullptr : widget->parentWidget())
-    if (!widget->toolTip().isEmpty() || control_exists(utf8(widget->objectName()))) return widget;
+    if (!widget->toolTip().isEmpty() || control_exists(s, utf8(widget->objectName()))) return widget;
   return nullptr;
 }
 
@@ -44,7 +44,7 @@ QString wrapped(const QString& text, int width) {
 bool Tips::show(Session& s, QWidget* under_mouse, const QHelpEvent& event) {
   if (!s.options.toltip) return true;
   if (qobject_cast<QMenu*>(under_mouse)) return false;  // shows those of its entries
-  owner_ = tip_owner(under_mouse);
+  owner_ = tip_owner(s, under_mouse);
   if (!owner_) return false;
   QString tip = owner_->toolTip();
   if (tip.isEmpty()) {
@@ -60,7 +60,7 @@ bool Tips::show(Session& s, QWidget* under_mouse, const QHelpEvent& event) {
 bool Tips::edit(Session& s) {
   if (!owner_ || !QToolTip::isVisible() || QGuiApplication::overrideCursor()) return false;
   const std::string key = tip_key(s, owner_);
-  if (s.language.tip(key).empty() && !control_exists(key)) return false;
+  if (s.language.tip(key).empty() && !control_exists(s, key)) return false;
   QToolTip::hideText();
   edit_tip(s, key);
   return true;

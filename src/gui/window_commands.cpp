@@ -16,7 +16,10 @@
 #include "gui/print_view.h"
 #include "gui/windows.h"
 #include "screens/output_window.h"
-#include "session/files.h"
+#include "session/file_names.h"
+#include "session/loads.h"
+#include "session/message.h"
+#include "session/settings.h"
 #include "text/file.h"
 
 namespace tv {
@@ -36,7 +39,7 @@ void store_zoom(Desk& desk, double width, double height, bool resize) {
   options.wisizx = std::clamp(width, kLeastWidth, kMostWidth);
   options.wisizy = std::clamp(height, kLeastHeight, kMostHeight);
   options.resize = resize;
-  write_options(desk.session(), {"wisizx", "wisizy", "resize"});
+  store_options(desk.session(), {"wisizx", "wisizy", "resize"});
   apply_fonts(desk);
   const double by_x = options.wisizx / before_x, by_y = options.wisizy / before_y;
   MainFrame& frame = *desk.frame();
@@ -71,7 +74,7 @@ void choose_screen_font(Desk& desk) {
   options.scrsiz = font.pointSizeF();
   options.scrbld = font.bold();
   options.scrita = font.italic();
-  write_options(desk.session(), {"scrfon", "scrsiz", "scrbld", "scrita"});
+  store_options(desk.session(), {"scrfon", "scrsiz", "scrbld", "scrita"});
   apply_fonts(desk);
 }
 
@@ -84,7 +87,7 @@ void choose_print_font(Desk& desk) {
   if (!chosen) return;
   options.pri_font_nam = utf8(font.family());
   options.pri_font_siz = font.pointSizeF();
-  write_options(desk.session(), {"pri_font_nam", "pri_font_siz"});
+  store_options(desk.session(), {"pri_font_nam", "pri_font_siz"});
 }
 
 void choose_diagram_font(Desk& desk) {
@@ -93,12 +96,12 @@ void choose_diagram_font(Desk& desk) {
   const QFont font = QFontDialog::getFont(&chosen, QFont(qt(options.pict_font_nam)), desk.frame());
   if (!chosen) return;
   options.pict_font_nam = utf8(font.family());
-  write_option(desk.session(), "pict_font_nam");
+  store_option(desk.session(), "pict_font_nam");
 }
 
 template <std::optional<Colour> ChosenColours::*Which>
 void choose_colour(Desk& desk) {
-  std::optional<Colour>& held = desk.session().colours.*Which;
+  std::optional<Colour>& held = desk.session().output.colours.*Which;
   const Colour now = held.value_or(Colour{});
   const QColor chosen = QColorDialog::getColor(QColor(now.r, now.g, now.b), desk.frame());
   if (!chosen.isValid()) return;
@@ -144,7 +147,7 @@ void save_output(Desk& desk) {
 
 void arrange(Desk& desk, bool tiled) {
   desk.session().options.atiles = tiled;
-  write_option(desk.session(), "atiles");
+  store_option(desk.session(), "atiles");
   tiled ? tile(desk) : cascade(desk);
 }
 

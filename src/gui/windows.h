@@ -34,12 +34,11 @@ private:
   std::string screen_;
 };
 
-View make_output_view(Desk& desk);                    // Form7
-View make_picture_view(Desk& desk, QWidget* parent);  // frmPic
-View make_about_view(Desk& desk, QWidget* parent);    // frmHelp
-View make_notice_view(Desk& desk, QWidget* parent);   // Form2
-// Fills the drawing on Form3; gives what renews it.
-std::function<void()> make_cartridge_view(Desk& desk, QWidget* root);
+// Windows with widgets of their own. One that gives a root only gets its window as the others do.
+View make_output_view(Desk& desk, const ScreenSpec& spec, QWidget* parent);
+View make_picture_view(Desk& desk, const ScreenSpec& spec, QWidget* parent);
+View make_about_view(Desk& desk, const ScreenSpec& spec, QWidget* parent);
+View make_notice_view(Desk& desk, const ScreenSpec& spec, QWidget* parent);
 // The page of the manual about a screen.
 void show_manual(Desk& desk, const std::string& screen);
 

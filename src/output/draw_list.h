@@ -20,6 +20,7 @@ enum class Align : std::uint8_t { left, centre, right };
 
 struct Point {
   double x = 0, y = 0;
+  friend bool operator==(const Point&, const Point&) = default;
 };
 
 struct DrawItem {
@@ -36,6 +37,7 @@ struct DrawItem {
   bool bold = false, italic = false;
   Align align = Align::left;
   double angle = 0;  // degrees, counter-clockwise about the anchor
+  friend bool operator==(const DrawItem&, const DrawItem&) = default;
 };
 
 struct DrawList {
@@ -43,6 +45,7 @@ struct DrawList {
   Colour background{255, 255, 255, 255};
   std::string font = "Arial";
   std::vector<DrawItem> items;
+  friend bool operator==(const DrawList&, const DrawList&) = default;
 };
 
 // What the layout of a diagram needs to know of a text on the canvas at hand: its width in logical units.

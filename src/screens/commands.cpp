@@ -4,13 +4,20 @@
 #include <array>
 
 #include "output/spreadsheet.h"
-#include "screens/entry.h"
 #include "screens/output_window.h"
 #include "screens/print_pages.h"
-#include "screens/screen_actions.h"
-#include "session/driver.h"
-#include "session/files.h"
+#include "session/data_sets.h"
+#include "session/dimensions.h"
+#include "session/entry.h"
+#include "session/file_names.h"
+#include "session/language_switch.h"
 #include "session/load_steps.h"
+#include "session/loads.h"
+#include "session/message.h"
+#include "session/run.h"
+#include "session/settings.h"
+#include "session/start.h"
+#include "session/tables.h"
 #include "text/file.h"
 
 namespace tv {
@@ -26,8 +33,8 @@ constexpr const char* kOut = "form7";
 // --- file
 
 void calculate(S s, C) {
-  s.user->bring_to_front("Form3");
-  press(s, "Form3", "Patdef");
+  bring_to_front(s, Role::dimensions);
+  Patdef(s);
 }
 void save_load(S s, C) { lab_sav(s); }
 void open_load_file(S s, C) { lab_lod(s); }
@@ -53,7 +60,7 @@ constexpr int kCartridges = static_cast<int>(RecordKind::cartridges);
 void open_set(S s, C c) { open_records(s, kind_of(c)); }
 void new_set(S s, C c) { new_file(s, kind_of(c)); }
 void save_set(S s, C c) { save_as(s, kind_of(c)); }
-void collect_set(S s, C c) { collect_records(s, kind_of(c)); }
+void collect_set(S s, C c) { collect_calibre(s, kind_of(c)); }
 void filter_cartridges(S s, C) { filter_by_calibre(s); }
 void sort_set(S s, C c) { sort_cartridges(s, c.value != 0); }
 bool sort_checked(CS s, C c) { return s.options.sortvol == (c.value != 0); }
@@ -65,7 +72,7 @@ bool fit_to_undo(CS s, C) { return can_undo_fit(s); }
 
 void show_view(S s, C c) {
   SetDisplayMode(s, c.value);
-  s.user->bring_to_front("Form7");
+  bring_to_front(s, Role::output);
 }
 bool view_checked(CS s, C c) { return s.options.grftyp == c.value; }
 
@@ -107,7 +114,7 @@ bool sound_off(CS s, C) { return !s.sound; }
 template <bool Options::*Flag>
 void flip(S s, C c) {
   s.options.*Flag = !(s.options.*Flag);
-  write_option(s, c.name);
+  store_option(s, c.name);
 }
 template <bool Options::*Flag>
 bool is_set(CS s, C) {
@@ -117,75 +124,70 @@ bool is_set(CS s, C) {
 // --- windows
 
 void by_window(S s, C c) {
-  if (s.window_command) s.window_command(s, c.name);
+  if (s.hooks.window_command) s.hooks.window_command(s, c.name);
 }
-constexpr std::array kPlaces{"Form3", "Form4", "Form5", "Form7"};
 void place_child(S s, C c) {
-  open_screen(s, kPlaces[static_cast<std::size_t>(c.value)]);
+  open_screen(s, screen_name(s, static_cast<Role>(c.value)));
   by_window(s, c);
 }
 void quick_start(S s, C) {
-  if (s.screens.find("frmFast")->second.visible)
-    close_screen(s, "frmFast");
-  else
-    open_screen(s, "frmFast");
+  const auto name = screen_name(s, Role::quick_start);
+  is_visible(s, Role::quick_start) ? close_screen(s, name) : open_screen(s, name);
 }
-bool quick_start_open(CS s, C) { return s.screens.find("frmFast")->second.visible; }
+bool quick_start_open(CS s, C) { return is_visible(s, Role::quick_start); }
 void tips(S s, C) {
   s.options.toltip = !s.options.toltip;
-  write_option(s, "toltip");
-  if (s.window_command) s.window_command(s, "ttips");
+  store_option(s, "toltip");
+  if (s.hooks.window_command) s.hooks.window_command(s, "ttips");
 }
 void toolbar(S s, C) {
   s.options.symbol = !s.options.symbol;
-  write_option(s, "symbol");
-  if (s.window_command) s.window_command(s, "symbonoff");
+  store_option(s, "symbol");
+  if (s.hooks.window_command) s.hooks.window_command(s, "symbonoff");
 }
 void about(S s, C) { open_named(s, "frmHelp"); }
 
 // --- output window
 
-void changed(S s) {
-  if (s.outputs_changed) s.outputs_changed(s);
-}
+void changed(S s) { outputs_changed(s); }
 template <bool Options::*Flag>
 void flip_mark(S s, C) {
   s.options.*Flag = !(s.options.*Flag);
   if (Flag == &Options::maxshw) show_whole_diagram(s);  // the axis reaches the limit or only the curve
-  write_option(s, Flag == &Options::pcolor ? "pcolor" : Flag == &Options::maxshw ? "maxshw" : "actshw");
+  store_option(s, Flag == &Options::pcolor ? "pcolor" : Flag == &Options::maxshw ? "maxshw" : "actshw");
   changed(s);
 }
 void x_axis(S s, C c) {
   if (s.options.gbrlen != c.value) show_whole_diagram(s);
   s.options.gbrlen = c.value;
-  write_option(s, "gbrlen");
+  store_option(s, "gbrlen");
   changed(s);
 }
 bool x_axis_checked(CS s, C c) { return (s.options.gbrlen != 0) == (c.value != 0); }
 void sort_by(S s, C c) {
-  s.sort.column = c.value;
-  sort_powder_table(s.powder_table, s.sort);
+  s.tables.sort.column = c.value;
+  sort_powder_table(s.tables.powder, s.tables.sort);
   changed(s);
 }
-bool sorted_by(CS s, C c) { return s.sort.column == c.value; }
+bool sorted_by(CS s, C c) { return s.tables.sort.column == c.value; }
 void sort_direction(S s, C c) {
-  s.sort.ascending = c.value != 0;
-  sort_powder_table(s.powder_table, s.sort);
+  s.tables.sort.ascending = c.value != 0;
+  sort_powder_table(s.tables.powder, s.tables.sort);
   changed(s);
 }
-bool direction_checked(CS s, C c) { return s.sort.ascending == (c.value != 0); }
+bool direction_checked(CS s, C c) { return s.tables.sort.ascending == (c.value != 0); }
 bool powder_table_shown(CS s, C) { return s.options.grftyp == -2; }
 void toggle_units(S s, C) {
-  s.imperial_view = !s.imperial_view;
+  s.output.imperial = !s.output.imperial;
   show_whole_diagram(s);
   changed(s);
 }
-bool imperial(CS s, C) { return s.imperial_view; }
+bool imperial(CS s, C) { return s.output.imperial; }
 void line_width(S s, C c) {
-  s.line_width = c.value;
+  s.output.line_width = c.value;
   changed(s);
 }
-bool line_width_checked(CS s, C c) { return s.line_width == c.value; }
+bool line_width_checked(CS s, C c) { return s.output.line_width == c.value; }
 void redraw(S s, C) { changed(s); }
 constexpr double kMenuZoom = 3;  // steps of the wheel
 void zoom_diagram(S s, C c) {
@@ -196,16 +198,16 @@ void zoom_diagram(S s, C c) {
   changed(s);
 }
 bool zoomable(CS s, C) { return diagram_shown(s); }
-bool section_shown(CS s, C) { return diagram_shown(s) && !is_whole(s.diagram_view); }
+bool section_shown(CS s, C) { return diagram_shown(s) && !is_whole(s.output.view); }
 void flip_curve(S s, C c) {
-  show_curve(s, c.value, s.hidden_curves[static_cast<std::size_t>(c.value - 1)]);
+  show_curve(s, c.value, s.output.hidden[static_cast<std::size_t>(c.value - 1)]);
   changed(s);
 }
 bool has_curve(CS s, C c) { return diagram_shown(s) && (c.value == 1 || s.options.grftyp % 3 == 0); }
-bool curve_shown(CS s, C c) { return !s.hidden_curves[static_cast<std::size_t>(c.value - 1)]; }
+bool curve_shown(CS s, C c) { return !s.output.hidden[static_cast<std::size_t>(c.value - 1)]; }
 
 bool exportable(CS s, C) {
-  return s.options.excel_yes && s.resultsValid && !output_stale(s) && output_export(s).has_value();
+  return s.options.excel_yes && s.valid.results && !output_stale(s) && output_export(s).has_value();
 }
 void to_spreadsheet(S s, C) {
   const auto data = output_export(s);
@@ -221,7 +223,7 @@ void to_spreadsheet(S s, C) {
     warn(s, MessageText(s).msg(417).line().add(answer->file).line().add(s.language.failure(failure)));
 }
 bool printable(CS s, C) { return output_printable(s); }
-bool results_valid(CS s, C) { return s.resultsValid; }
+bool results_valid(CS s, C) { return s.valid.results; }
 
 // clang-format off
 constexpr Command kCommands[] = {
@@ -318,10 +320,10 @@ constexpr Command kCommands[] = {
     {.name = "zoominh", .section = kMain, .parent = "zoomin", .action = by_window},
     {.name = "zoominv", .section = kMain, .parent = "zoomin", .action = by_window},
     {.name = "zentral", .section = kMain, .parent = "fenst", .separator_before = true},
-    {.name = "metr", .section = kMain, .parent = "zentral", .action = place_child, .value = 0},
-    {.name = "powd", .section = kMain, .parent = "zentral", .action = place_child, .value = 1},
-    {.name = "result", .section = kMain, .parent = "zentral", .action = place_child, .value = 2},
-    {.name = "diagra", .section = kMain, .parent = "zentral", .action = place_child, .value = 3},
+    {.name = "metr", .section = kMain, .parent = "zentral", .action = place_child, .value = static_cast<int>(Role::dimensions)},
+    {.name = "powd", .section = kMain, .parent = "zentral", .action = place_child, .value = static_cast<int>(Role::powder)},
+    {.name = "result", .section = kMain, .parent = "zentral", .action = place_child, .value = static_cast<int>(Role::results)},
+    {.name = "diagra", .section = kMain, .parent = "zentral", .action = place_child, .value = static_cast<int>(Role::output)},
 
     {.name = "infbutton", .section = kMain, .parent = nullptr},
     {.name = "qstart", .section = kMain, .parent = "infbutton", .action = quick_start, .checked = quick_start_open},
@@ -406,11 +408,16 @@ bool command_checked(const Session& s, const Command& command) {
 bool run_command(Session& s, std::string_view name) {
   const Command* command = find_command(name);
   if (!command || !command->action || !command_enabled(s, *command)) return false;
-  if (!s.focus.field.empty()) leave_field(s, s.focus.screen, s.focus.field);
+  const Action action(s);
+  leave_focus(s);
   command->action(s, *command);
-  refresh_quick_start(s);
-  s.user->refresh();
   return true;
+}
+
+bool run_shortcut(Session& s, std::string_view key) {
+  for (const Command& command : kCommands)
+    if (command.shortcut && key == command.shortcut) return run_command(s, command.name);
+  return false;
 }
 
 }  // namespace tv

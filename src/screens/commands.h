@@ -30,5 +30,6 @@ bool command_enabled(const Session& s, const Command& command);
 bool command_checked(const Session& s, const Command& command);
 // False if there is none of that name or it is disabled now.
 bool run_command(Session& s, std::string_view name);
+bool run_shortcut(Session& s, std::string_view key);  // "F5": the command that has it
 
 }  // namespace tv

@@ -2,16 +2,16 @@
 
 #include <algorithm>
 
-#include "screens/entry.h"
-#include "screens/screen_actions.h"
-#include "session/driver.h"
+#include "session/entry.h"
+#include "session/run.h"
+#include "session/tables.h"
 #include "tables/point_list.h"
 #include "tables/table_text.h"
 
 namespace tv {
 namespace {
 
-ViewUnits view_units(const Session& s) { return {s.imperial_view, s.state.pressure_unit_factor}; }
+ViewUnits view_units(const Session& s) { return {s.output.imperial, s.state.pressure_unit_factor}; }
 
 PointListRun point_list_run(const Session& s) {
   return {s.shown.block, s.curve, s.result.lastIdx, s.shown.state.schrit, s.shown.outcome.ok()};
@@ -20,9 +20,9 @@ PointListRun point_list_run(const Session& s) {
 TableText view_text(const Session& s) {
   switch (s.options.grftyp) {
     case -1:
-      return DrawLoadTableText(s.load_table, s.language, view_units(s));
+      return DrawLoadTableText(s.tables.load, s.language, view_units(s));
     case -2:
-      return DrawPowderTableText(s.powder_table, s.language, s.imperial_view);
+      return DrawPowderTableText(s.tables.powder, s.language, s.output.imperial);
     default:
       if (!s.shown.any) return {s.language.text("form7", "Form7"), s.language.fastmsg("fcrgvar6")};
       return DrawPointList(point_list_run(s), s.language, view_units(s));
@@ -41,8 +41,8 @@ std::string stale_head(const Session& s) {
 }
 
 std::string cells_text(const Session& s) {
-  if (s.options.grftyp == -1) return load_table_tsv(s.load_table, s.language, view_units(s));
-  if (s.options.grftyp == -2) return powder_table_tsv(s.powder_table, s.language, s.imperial_view);
+  if (s.options.grftyp == -1) return load_table_tsv(s.tables.load, s.language, view_units(s));
+  if (s.options.grftyp == -2) return powder_table_tsv(s.tables.powder, s.language, s.output.imperial);
   return s.shown.any ? point_list_tsv(point_list_run(s), s.language, view_units(s)) : std::string();
 }
 
@@ -50,19 +50,19 @@ bool shows_table(const Session& s) { return s.options.grftyp < 0; }
 
 }  // namespace
 
-bool output_shows_text(const Session& s) { return s.options.grftyp <= 0 || s.output_as_text; }
+bool output_shows_text(const Session& s) { return s.options.grftyp <= 0 || s.output.as_text; }
 
 void output_switch(Session& s) {
-  if (s.options.grftyp > 0) s.output_as_text = !s.output_as_text;
+  if (s.options.grftyp > 0) s.output.as_text = !s.output.as_text;
 }
 
 bool output_stale(const Session& s) {
-  if (s.options.grftyp == -1) return s.load_table.row_count > 0 && !s.load_table.table_valid;
+  if (s.options.grftyp == -1) return s.tables.load.row_count > 0 && !s.valid.load_table;
   if (s.options.grftyp == -2) {
-    const PowderTable& table = s.powder_table;  // a run that no powder came out of is one too
-    return (table.finished || table.cancelled) && !table.table_valid;
+    const PowderTable& table = s.tables.powder;  // a run that no powder came out of is one too
+    return (table.finished || table.cancelled) && !s.valid.powder_table;
   }
-  return s.shown.any && !s.resultsValid;
+  return s.shown.any && !s.valid.results;
 }
 
 std::string output_caption(const Session& s) {
@@ -89,8 +89,8 @@ std::string output_tsv(const Session& s) { return stale_head(s) + cells_text(s);
 DiagramOptions diagram_options(const Session& s, bool dark) {
   DiagramOptions o;
   o.type = std::max(1, s.options.grftyp);
-  o.imperial = s.imperial_view;
-  if (s.imperial_view) {
+  o.imperial = s.output.imperial;
+  if (s.output.imperial) {
     o.pressure_factor = kPaPerPsi;
     o.velocity_factor = 1 / kFeetPerMetre;
     o.distance_factor = kMmPerInch;
@@ -107,17 +107,18 @@ DiagramOptions diagram_options(const Session& s, bool dark) {
   o.maximum = s.options.maxshw;
   o.marks = s.options.actshw;
   o.barrel_axis = s.options.gbrlen != 0;
-  o.line_width = s.line_width;
+  o.line_width = s.output.line_width;
   o.stale = output_stale(s);
   o.font = s.options.pict_font_nam;
   o.colours = dark ? dark_colours() : light_colours();
-  o.colours.paper = s.colours.paper.value_or(o.colours.paper);
-  o.colours.pressure = s.colours.left.value_or(o.colours.pressure);
+  o.colours.paper = s.output.colours.paper.value_or(o.colours.paper);
+  o.colours.pressure = s.output.colours.left.value_or(o.colours.pressure);
   const bool velocity_left = o.type == 2 || o.type == 5;
-  o.colours.velocity = (velocity_left ? s.colours.left : s.colours.right).value_or(o.colours.velocity);
-  o.followed = s.followed_curve;
-  o.hidden = s.hidden_curves;
-  o.view = s.diagram_view;
+  o.colours.velocity =
+      (velocity_left ? s.output.colours.left : s.output.colours.right).value_or(o.colours.velocity);
+  o.followed = s.output.followed;
+  o.hidden = s.output.hidden;
+  o.view = s.output.view;
   return o;
 }
 
@@ -131,38 +132,37 @@ Diagram output_diagram(const Session& s, double width, double height, TextWidth 
 
 std::optional<ExportData> output_export(const Session& s) {
   if (s.options.grftyp == -1)
-    return s.load_table.row_count > 0 ? std::optional(export_load_table(s.load_table, view_units(s)))
-                                      : std::nullopt;
+    return s.tables.load.row_count > 0 ? std::optional(export_load_table(s.tables.load, view_units(s)))
+                                       : std::nullopt;
   if (s.options.grftyp == -2)
-    return s.powder_table.rows.empty() ? std::nullopt
-                                       : std::optional(export_powder_table(s.powder_table, s.imperial_view));
+    return s.tables.powder.rows.empty()
+               ? std::nullopt
+               : std::optional(export_powder_table(s.tables.powder, s.output.imperial));
   if (!s.shown.any) return std::nullopt;
   if (s.options.grftyp == 0) return export_point_list(point_list_run(s), view_units(s));
   return export_diagram(s.options.grftyp, s.curve, s.result.lastIdx, view_units(s));
 }
 
 bool click_output(Session& s, const DiagramFrame& frame, Point at) {
-  if (!s.resultsValid || s.options.grftyp < 1) return false;
+  if (!s.valid.results || s.options.grftyp < 1) return false;
   const auto click = fit_click(frame, diagram_options(s), at);
   if (!click) return false;
-  if (!s.focus.field.empty())
-    leave_field(s, s.focus.screen, s.focus.field);  // Escape must not undo half of it
+  leave_focus(s);  // Escape must not undo half of it
   FitChargeToTarget(s, click->value, click->mode);
-  refresh_quick_start(s);
   return true;
 }
 
 void show_curve(Session& s, int curve, bool shown) {
   if (curve < 1 || curve > 2) return;
-  s.hidden_curves[curve == 1 ? 0 : 1] = !shown;
-  if (!shown && s.followed_curve == curve) s.followed_curve = 0;
+  s.output.hidden[curve == 1 ? 0 : 1] = !shown;
+  if (!shown && s.output.followed == curve) s.output.followed = 0;
 }
 
 void click_legend(Session& s, const LegendHit& hit) {
   if (hit.curve < 1 || hit.curve > 2) return;
-  if (hit.sample) return show_curve(s, hit.curve, s.hidden_curves[hit.curve == 1 ? 0 : 1]);
-  s.followed_curve = s.followed_curve == hit.curve ? 0 : hit.curve;
-  if (s.followed_curve == hit.curve) show_curve(s, hit.curve, true);
+  if (hit.sample) return show_curve(s, hit.curve, s.output.hidden[hit.curve == 1 ? 0 : 1]);
+  s.output.followed = s.output.followed == hit.curve ? 0 : hit.curve;
+  if (s.output.followed == hit.curve) show_curve(s, hit.curve, true);
 }
 
 bool diagram_shown(const Session& s) {
@@ -170,7 +170,7 @@ bool diagram_shown(const Session& s) {
 }
 
 void zoom_output(Session& s, const DiagramFrame& frame, Point at, double steps) {
-  if (diagram_shown(s)) s.diagram_view = zoom_at(frame, s.diagram_view, at, steps);
+  if (diagram_shown(s)) s.output.view = zoom_at(frame, s.output.view, at, steps);
 }
 
 void zoom_output(Session& s, double steps) {
@@ -181,9 +181,9 @@ void zoom_output(Session& s, double steps) {
 
 bool move_output(Session& s, double right, double up) {
   if (!diagram_shown(s)) return false;
-  const DiagramView before = s.diagram_view;
-  s.diagram_view = {moved(before.x, right), moved(before.y, up)};
-  return s.diagram_view != before;
+  const DiagramView before = s.output.view;
+  s.output.view = {moved(before.x, right), moved(before.y, up)};
+  return s.output.view != before;
 }
 
 bool output_key(Session& s, std::string_view key) {
@@ -198,13 +198,13 @@ bool output_key(Session& s, std::string_view key) {
                                   {"Escape", 0, 0, 0}};
   const auto* at = std::ranges::find(kKeys, key, &Key::name);
   if (at == std::end(kKeys) || !diagram_shown(s)) return false;
-  if (key == "Escape" && is_whole(s.diagram_view)) return false;  // closes the window
+  if (key == "Escape" && is_whole(s.output.view)) return false;  // closes the window
   if (at->zoom != 0)
     zoom_output(s, at->zoom);
   else if (at->right != 0 || at->up != 0)
     move_output(s, at->right, at->up);
   else
-    s.diagram_view = {};
+    s.output.view = {};
   return true;
 }
 

@@ -62,8 +62,8 @@ double text_size(const Session& s) { return std::clamp(s.options.pri_font_siz, 6
 // Of the load whose figures are on show, from the copy that its run made.
 std::string head_line(const Session& s) {
   const int mode = s.options.grftyp;
-  const DataBlock& block = mode == -1   ? s.load_table.inputs.block
-                           : mode == -2 ? s.powder_table.inputs.block
+  const DataBlock& block = mode == -1   ? s.tables.load.inputs.block
+                           : mode == -2 ? s.tables.powder.inputs.block
                                         : s.shown.block;
   const auto part = [&](const char* key, const std::string& value) {
     return s.language.fastmsg(key) + ": " + value;
@@ -147,10 +147,10 @@ std::vector<PrintPage> text_pages(const Session& s, const PrintArea& area, const
 
 bool output_printable(const Session& s) {
   const int mode = s.options.grftyp;
-  const bool any = mode == -1   ? s.load_table.row_count > 0
-                   : mode == -2 ? !s.powder_table.rows.empty()
+  const bool any = mode == -1   ? s.tables.load.row_count > 0
+                   : mode == -2 ? !s.tables.powder.rows.empty()
                                 : s.shown.any;
-  return any && s.resultsValid && !output_stale(s);
+  return any && s.valid.results && !output_stale(s);
 }
 
 bool wants_landscape(const Session& s, const PrintArea& area) {

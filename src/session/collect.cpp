@@ -1,10 +1,15 @@
 // All records of one calibre: collected from the files of a folder, or filtered out of the list on show; the
 // two sort orders of the cartridge list.
+#include "session/data_sets.h"
+
 #include <cmath>
 #include <optional>
 
-#include "session/driver.h"
-#include "session/files.h"
+#include "session/file_names.h"
+#include "session/message.h"
+#include "session/numbers.h"
+#include "session/record_lists.h"
+#include "session/settings.h"
 #include "text/file.h"
 #include "text/number.h"
 
@@ -20,10 +25,7 @@ std::optional<double> ask_calibre(Session& s, const char* title_key) {
   std::erase(title, '&');
   const auto answer = s.user->input({title, prompt, current});
   if (!answer || trim(*answer).empty()) return std::nullopt;
-  std::string text = *answer;
-  for (char& c : text)
-    if (c == ',') c = '.';
-  const double value = read_number(text);
+  const double value = read_number(with_points(*answer));
   return value >= 1 ? value / kMmPerInch : value;
 }
 
@@ -58,7 +60,7 @@ RecordTable collect_from(Session& s, RecordKind kind, const std::string& folder,
 
 }  // namespace
 
-void collect_records(Session& s, RecordKind kind) {
+void collect_calibre(Session& s, RecordKind kind) {
   const auto calibre = ask_calibre(s, kind == RecordKind::bullets ? "bul_collect" : "case_collect");
   if (!calibre) return;
   const auto chosen = s.user->choose_folder(MessageText(s).msg(404), data_folder(s, kind, FileMode::open));
@@ -77,7 +79,8 @@ void collect_records(Session& s, RecordKind kind) {
   sort_kind(result, kind, s.options.sortvol, s.language.page());
   set.file = {std::move(result), {}};
   set.collected = true;
-  set.collection = calibre_caption(s, *calibre);
+  set.collection = set.caption = calibre_caption(s, *calibre);
+  set.filter.reset();
   fill_lists(s, kind);
   if (ask_yes_no(s, MessageText(s).msg(407))) save_as(s, kind, calibre_file(*calibre, kind));
 }
@@ -85,26 +88,27 @@ void collect_records(Session& s, RecordKind kind) {
 void filter_by_calibre(Session& s) {
   DataSet& set = s.set(RecordKind::cartridges);
   const auto calibre = ask_calibre(s, "case_select");
+  set.filter.reset();
+  if (calibre) {
+    auto rows = rows_near(set.file.table, cartridge_field::Zkal, *calibre, s.options.srchtl);
+    if (rows.empty())
+      warn(s, MessageText(s).msg(409), false);
+    else
+      set.filter = std::move(rows);
+  }
   fill_lists(s, RecordKind::cartridges);
-  if (!calibre) return;
-  const auto rows = rows_near(set.file.table, cartridge_field::Zkal, *calibre, s.options.srchtl);
-  if (rows.empty()) return warn(s, MessageText(s).msg(409), false);
-  Field& list = field(s, "Form3", "HVolDat");
-  const std::string text = list.text;
-  list.items.clear();
-  list.top = 0;
-  for (const int row : rows) list.items.push_back({std::string(trim(set.file.table.cell(row, 0))), row});
-  select_row(s, "Form3", "HVolDat", set.file.table.find(text));
-  list.text = text;
-  copy_list(s, "Form3", "HVolDat", "frmFast", "HVolDat");
-  set.caption = calibre_caption(s, *calibre);
+  renew_caption(s, RecordKind::cartridges);
+  if (set.filter) set.caption = calibre_caption(s, *calibre);
 }
 
 void sort_cartridges(Session& s, bool by_name) {
   s.options.sortvol = by_name;
-  write_option(s, "sortvol");
-  sort_kind(s.set(RecordKind::cartridges).file.table, RecordKind::cartridges, by_name, s.language.page());
+  store_option(s, "sortvol");
+  DataSet& set = s.set(RecordKind::cartridges);
+  sort_kind(set.file.table, RecordKind::cartridges, by_name, s.language.page());
+  set.filter.reset();
   fill_lists(s, RecordKind::cartridges);
+  renew_caption(s, RecordKind::cartridges);
 }
 
 }  // namespace tv

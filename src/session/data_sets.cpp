@@ -1,10 +1,14 @@
-// Whole record files and the records in them: opening, saving, adding, deleting, and how their lists are on
-// show.
+#include "session/data_sets.h"
+
 #include <array>
+#include <functional>
+#include <optional>
 #include <utility>
 
-#include "session/driver.h"
-#include "session/files.h"
+#include "session/file_names.h"
+#include "session/message.h"
+#include "session/record_lists.h"
+#include "session/settings.h"
 #include "text/file.h"
 
 namespace tv {
@@ -31,17 +35,6 @@ const KindDialogs& dialogs(RecordKind kind) {
     if (d.kind == kind) return d;
   return kDialogs[0];
 }
-
-struct ListPlace {
-  RecordKind kind;
-  const char* screen;
-  const char* list;
-};
-constexpr ListPlace kLists[] = {
-    {RecordKind::cartridges, "Form3", "HVolDat"}, {RecordKind::bullets, "Form3", "Bnam"},
-    {RecordKind::powders, "Form4", "PulvDat"},    {RecordKind::cartridges, "frmFast", "HVolDat"},
-    {RecordKind::bullets, "frmFast", "Bnam"},     {RecordKind::powders, "frmFast", "PulvDat"},
-};
 
 std::string name_in_use(const Session& s, RecordKind kind) {
   return s.set(kind).stored_name + record_kind(kind).extension;
@@ -118,7 +111,7 @@ void store_name(Session& s, RecordKind kind, const std::string& file) {
   set.collection.clear();
   set.caption = caption_of(s, kind);
   s.options.*dialogs(kind).stored = set.stored_name;
-  write_option(s, record_kind(kind).settings_key);
+  store_option(s, record_kind(kind).settings_key);
   if (kind == RecordKind::bullets) write_bullet_file_mark(s, true);
 }
 
@@ -128,17 +121,6 @@ bool write_set(Session& s, RecordKind kind, const std::string& file) {
   if (failure == 0) return true;
   warn(s, MessageText(s).msg(420).line().add(file).line().add(s.language.failure(failure)));
   return false;
-}
-
-void renew_powder_range(DataSet& set) {
-  set.Ba0_least = 320;
-  set.Ba0_most = 0;
-  for (int row = 0; row <= set.file.table.last(); ++row) {
-    const double Ba0 = set.file.table.number(row, powder_field::Ba0);
-    set.Ba0_least = std::min(set.Ba0_least, Ba0);
-    set.Ba0_most = std::max(set.Ba0_most, Ba0);
-  }
-  set.Ba0_most = std::min(set.Ba0_most, 320.0);
 }
 
 // A table without a file needs one before it is changed, and so does a change of the delivered powders:
@@ -154,8 +136,10 @@ bool own_file_first(Session& s, RecordKind kind, const std::function<bool()>& ow
 
 // What is on show after a change of the table.
 void table_changed(Session& s, RecordKind kind) {
-  if (kind == RecordKind::powders) renew_powder_range(s.set(kind));
+  DataSet& set = s.set(kind);
+  set.filter.reset();
   fill_lists(s, kind);
+  set.caption = set.collected && !set.collection.empty() ? set.collection : caption_of(s, kind);
 }
 
 // Writes the table as it is now; on failure it is as before.
@@ -181,59 +165,11 @@ bool replace_agreed(Session& s, RecordKind kind, const std::string& name) {
                            .msg(30));
 }
 
-void show_row(Session& s, RecordKind kind, int row) {
-  for (const ListPlace& place : kLists) {
-    Field& list = field(s, place.screen, place.list);
-    for (std::size_t i = 0; place.kind == kind && i < list.items.size(); ++i)
-      if (list.items[i].row == row) list.top = static_cast<int>(i);
-  }
-}
-
 }  // namespace
 
-std::string data_path(const Session& s, std::string_view path) {
-  const std::string own = resolve_path(s.roots.root, path);
-  if (file_exists(own)) return own;
-  const std::string given = resolve_path(s.roots.delivered, path);
-  return file_exists(given) ? given : own;
-}
-
-std::string dialog_folder(const Session& s, const std::string& file, std::string_view otherwise,
-                          FileMode mode) {
-  const bool save = mode == FileMode::save;
-  if (!file.empty()) {
-    const std::string folder = file_folder(save ? resolve_path(s.roots.root, file) : data_path(s, file));
-    if (folder_exists(folder)) return folder;
-  }
-  const std::string own = s.roots.root + std::string(otherwise);
-  if (save && s.writes_files) make_folders(own);
-  const std::string given = s.roots.delivered + std::string(otherwise);
-  return !save && !folder_exists(own) && folder_exists(given) ? given : own;
-}
-
-std::string data_folder(const Session& s, RecordKind kind, FileMode mode) {
-  const bool named = !s.set(kind).stored_name.empty();
-  return dialog_folder(s, named ? name_in_use(s, kind) : "", record_kind(kind).folder, mode);
-}
-
-void fill_lists(Session& s, RecordKind kind) {
-  for (const ListPlace& place : kLists)
-    if (place.kind == kind) {
-      fill_list(s, place.screen, place.list, s.set(kind).file.table);
-      Field& list = field(s, place.screen, place.list);
-      const std::string text = list.text;
-      select_row(s, place.screen, place.list, s.set(kind).file.table.find(text));
-      list.text = text;
-    }
-  const DataSet& set = s.set(kind);
-  s.set(kind).caption = set.collected && !set.collection.empty() ? set.collection : caption_of(s, kind);
-}
-
 void renew_caption(Session& s, RecordKind kind) {
-  const DataSet& set = s.set(kind);
-  const bool filtered = kind == RecordKind::cartridges &&
-                        field(s, "Form3", "HVolDat").items.size() != set.file.table.rows.size();
-  if (set.collection.empty() && !filtered) s.set(kind).caption = caption_of(s, kind);
+  DataSet& set = s.set(kind);
+  if (set.collection.empty() && !set.filter) set.caption = caption_of(s, kind);
 }
 
 bool read_data_set(Session& s, RecordKind kind, const std::string& file, bool box_if_missing) {
@@ -325,6 +261,13 @@ bool delete_record(Session& s, RecordKind kind, int row, bool confirmed) {
   RecordFile before = file;
   erase_record(file.table, row);
   return keep_change(s, kind, std::move(before));
+}
+
+void write_bullet_file_mark(Session& s, bool open) {
+  if (!s.writes_files) return;
+  const std::string bfile = open ? data_path(s, s.set(RecordKind::bullets).stored_name + "bul") : "";
+  change_sectioned(s, s.transfer_file,
+                   [&](SectionedFile& file) { file.set_bytes("transfer", "bfile", bfile); });
 }
 
 }  // namespace tv

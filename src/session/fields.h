@@ -1,15 +1,17 @@
-// The screens as plain records: named fields with their text, colours and state. They exist without any
-// window.
+// The screens at run time, as plain records: named fields with their text, colours and state. They exist
+// without any window.
 #pragma once
 
+#include <any>
 #include <cstdint>
 #include <map>
-#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace tv {
+
+struct ScreenSpec;
 
 enum class Ink : std::uint8_t { black, red, magenta, grey };
 enum class Paper : std::uint8_t {
@@ -40,47 +42,17 @@ struct Field {
   int top = 0;        // first entry shown
 };
 
-enum class ControlKind : std::uint8_t {
-  number,
-  text,
-  display,
-  list,
-  combo,
-  check,
-  option,
-  button,
-  view,
-  surface,
-  memo
-};
-
-struct Control {
-  const char* name;
-  ControlKind kind;
-};
-
-enum class ScreenShape : std::uint8_t { frame, child, dialog, floating };
-
-struct ScreenInfo {
-  const char* name;     // "Form3"
-  const char* section;  // of the language file, "form3"
-  ScreenShape shape;
-  std::span<const Control> controls;
-};
-std::span<const ScreenInfo> screen_table();
-const ScreenInfo* screen_info(std::string_view screen);
-const Control* control_info(std::string_view screen, std::string_view control);
-
 struct Screen {
+  const ScreenSpec* spec = nullptr;
   std::map<std::string, Field, std::less<>> fields;
   bool visible = false;
   std::string hint;        // text of the hint box (grenzen), empty: hidden
   std::string hint_field;  // beside this field
   Paper paper = Paper::grey;
+  std::any own;  // state of the screen's own, known to its file alone; see own()
 };
 
 using Screens = std::map<std::string, Screen, std::less<>>;
-Screens make_screens();  // every screen of the table with its fields
 
 // "zul_P(0)" and "zul_P0" are the same control.
 std::string control_name(std::string_view name);

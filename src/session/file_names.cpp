@@ -1,7 +1,8 @@
-// The names that the file box gives: tested in one place, for whatever kind of file.
+#include "session/file_names.h"
+
 #include <algorithm>
 
-#include "session/files.h"
+#include "session/message.h"
 #include "text/file.h"
 
 namespace tv {
@@ -91,6 +92,32 @@ std::optional<FileAnswer> ask_file(Session& s, FileBox box, const std::vector<st
     if (const std::string folder = file_folder(typed); folder_exists(folder)) box.folder = folder;
     if (box.mode == FileMode::save) box.comment = answer->comment;
   }
+}
+
+std::string data_path(const Session& s, std::string_view path) {
+  const std::string own = resolve_path(s.roots.root, path);
+  if (file_exists(own)) return own;
+  const std::string given = resolve_path(s.roots.delivered, path);
+  return file_exists(given) ? given : own;
+}
+
+std::string dialog_folder(const Session& s, const std::string& file, std::string_view otherwise,
+                          FileMode mode) {
+  const bool save = mode == FileMode::save;
+  if (!file.empty()) {
+    const std::string folder = file_folder(save ? resolve_path(s.roots.root, file) : data_path(s, file));
+    if (folder_exists(folder)) return folder;
+  }
+  const std::string own = s.roots.root + std::string(otherwise);
+  if (save && s.writes_files) make_folders(own);
+  const std::string given = s.roots.delivered + std::string(otherwise);
+  return !save && !folder_exists(own) && folder_exists(given) ? given : own;
+}
+
+std::string data_folder(const Session& s, RecordKind kind, FileMode mode) {
+  const bool named = !s.set(kind).stored_name.empty();
+  return dialog_folder(s, named ? s.set(kind).stored_name + record_kind(kind).extension : "",
+                       record_kind(kind).folder, mode);
 }
 
 }  // namespace tv

@@ -1,7 +1,7 @@
 // What a data file says of itself, for the file dialog.
 #include "data/load_keys.h"
 #include "data/record_file.h"
-#include "session/files.h"
+#include "session/file_names.h"
 #include "text/file.h"
 
 namespace tv {

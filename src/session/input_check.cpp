@@ -1,45 +1,53 @@
-// Whether the data on the screens can be calculated. Each stage stops at the first refused value and puts the
-// focus into it; many findings only warn, and the run goes on.
+#include "session/input_check.h"
+
 #include <cmath>
 
+#include "engine/shot.h"
 #include "geometry/dimensions.h"
-#include "session/driver.h"
-#include "session/number_pairs.h"
+#include "session/dimensions.h"
+#include "session/message.h"
+#include "session/numbers.h"
+#include "session/units.h"
 #include "text/number.h"
 
 namespace tv {
 namespace {
 
 // One beep, whether a box tells why or not.
-void refuse(Session& s, std::string_view screen, std::string_view name, const Message* why = nullptr) {
+void refuse(Session& s, const Message* why = nullptr) {
   beep(s);
   if (why) warn(s, *why, false);
-  s.user->bring_to_front(screen);
-  s.user->focus(screen, name);
   s.inputsOk = false;
 }
 
-bool refuse_unless(Session& s, bool good, const char* name) {
-  if (!good) refuse(s, "Form3", name);
-  return good;
-}
-
-bool refuse_telling(Session& s, const char* name, const Message& why) {
-  refuse(s, "Form3", name, &why);
+bool refuse_unless(Session& s, bool good, const double& value, std::size_t side = 0) {
+  if (good) return true;
+  refuse(s);
+  focus_number(s, value, side);
   return false;
 }
 
-bool has_name(const Session& s, const char* list) {
-  const std::string name{trim(field(s, "Form3", list).text)};
-  return !name.empty() && name != trim(s.language.fastmsg("noname")) &&
-         !(std::string_view(list) == "Bnam" && name == trim(s.language.msg(193)));
+bool refuse_telling(Session& s, const double& value, std::size_t side, const Message& why) {
+  refuse(s, &why);
+  focus_number(s, value, side);
+  return false;
+}
+
+bool refuse_without_name(Session& s, RecordKind kind, std::string_view name) {
+  name = trim(name);
+  if (!name.empty() && name != trim(s.language.fastmsg("noname")) &&
+      !(kind == RecordKind::bullets && name == trim(s.language.msg(193))))
+    return true;
+  refuse(s);
+  focus_list(s, kind);
+  return false;
 }
 
 bool ask_stale_bore(Session& s) {
   if (!s.load.bore_area_stale || s.silent) return true;
   s.load.bore_area_stale = false;
   if (ask_yes_no(s, MessageText(s).msg(161).line().msg(162))) return true;
-  return refuse_unless(s, false, "qfqi");
+  return refuse_unless(s, false, s.state.dim.qfq, 1);
 }
 
 void check_bore_area(Session& s) {
@@ -53,7 +61,7 @@ void check_bore_area(Session& s) {
     warn(s, MessageText(s).msg(165).line().msg(166));
   } else if (!(d.qfq > 0)) {
     d.qfq = 0.985 * circle;
-    write_pair(s, "Form3", "qfqm", "#.00#", "#.000###");
+    write_number(s, d.qfq, {"#.00#", "#.000###"});
   }
 }
 
@@ -74,7 +82,6 @@ void drop_impossible_tail(Session& s) {
   if (tail_is_possible(d)) return;
   d.TAIL = false;
   d.tail_type = kFlatBase;
-  field(s, "Form3", "TAIL").checked = false;
 }
 
 void check_seating(Session& s) {
@@ -91,58 +98,69 @@ bool check_travel(Session& s) {
   const double travel = d.Llen - d.Hlen + d.Bsd;
   if (!(travel > 0)) {
     const std::string least = format_number(d.Plen - d.Glen, "0.0") + " in.";
-    return refuse_telling(s, "Llenz", MessageText(s).msg(178).line().msg(179).add(least));
+    return refuse_telling(s, d.Llen, 1, MessageText(s).msg(178).line().msg(179).add(least));
   }
   d.Wob = travel * kMmPerInch;
-  write_pair(s, "Form3", "Wobm", "##0.0#", "##0.0##");
+  write_number(s, d.Wob, {"##0.0#", "##0.0##"});
   if (d.Wob > 0 && std::isfinite(d.Wob)) return true;
-  return refuse_telling(s, "Llenm", MessageText(s).msg(178));
+  return refuse_telling(s, d.Llen, 0, MessageText(s).msg(178));
 }
 
 bool check_volume_and_bore(Session& s) {
   const auto& d = s.state.dim;
-  if (!(d.Veff > 0)) return refuse_telling(s, "Plenm", MessageText(s).msg(180));
-  write_pair(s, "Form3", "qfqm", "#.00#", "#.000###");
-  return d.qfq > 0 || refuse_telling(s, "qfqm", MessageText(s).msg(181));
+  if (!(d.Veff > 0)) return refuse_telling(s, d.Plen, 0, MessageText(s).msg(180));
+  write_number(s, d.qfq, {"#.00#", "#.000###"});
+  return d.qfq > 0 || refuse_telling(s, d.qfq, 0, MessageText(s).msg(181));
 }
 
-bool shown_above_zero(Session& s, const char* name) {
-  return refuse_unless(s, field_number(s, "Form3", name) > 0, name);
+bool shown_above_zero(Session& s, const double& value, int side) {
+  return refuse_unless(s, shown_number(s, value, side) > 0, value, static_cast<std::size_t>(side));
+}
+
+// The field to blame for a set-up that was refused.
+struct Blamed {
+  SetUp refused;
+  double CalcState::*value;
+};
+constexpr Blamed kBlamed[] = {{SetUp::Exw, &CalcState::Exw},     {SetUp::Ba0, &CalcState::Ba0},
+                              {SetUp::Kap, &CalcState::Kap},     {SetUp::PDko, &CalcState::PDko},
+                              {SetUp::Limz1, &CalcState::Limz1}, {SetUp::Pdens, &CalcState::Pdens}};
+
+void focus_blamed(Session& s, SetUp refused) {
+  for (const Blamed& row : kBlamed)
+    if (row.refused == refused) return focus_number(s, s.state.*row.value);
+  focus_number(s, s.state.chargeGr, 1);
 }
 
 }  // namespace
 
-// What is shown is what runs: a bullet without a start pressure of its own leaves the shown one in force.
+// A bullet without a start pressure of its own leaves the shown one in force.
 void take_shown_start_pressure(Session& s) {
-  const double shown = stored_value(Unit::mode_of_Pa, field_number(s, "Form4", "ini_press1"), s);
+  const double shown = units::mode_of_Pa.stored(shown_number(s, s.state.start_pressure), s);
   if (s.state.start_pressure < 1000000 && shown >= 1000000) s.state.start_pressure = shown;
 }
 
 void transferInputs(Session& s) {
   take_shown_start_pressure(s);
   s.inputsOk = true;
-  s.field_min = -9999999;
-  s.field_max = 9999999;
   const auto& d = s.state.dim;
-  if (!refuse_unless(s, has_name(s, "HVolDat"), "HVolDat")) return;
-  if (!refuse_unless(s, has_name(s, "Bnam"), "Bnam")) return;
-  if (!refuse_unless(s, d.Bwg > 0, "Bwgm")) return;
-  if (!refuse_unless(s, d.sebf >= 0 && d.sebf <= 12, "sebf")) return;
+  if (!refuse_without_name(s, RecordKind::cartridges, s.load.pattyp)) return;
+  if (!refuse_without_name(s, RecordKind::bullets, s.load.bultyp)) return;
+  if (!refuse_unless(s, d.Bwg > 0, d.Bwg)) return;
+  if (!refuse_unless(s, d.sebf >= 0 && d.sebf <= 12, d.sebf)) return;
   if (!ask_stale_bore(s)) return;
   check_bore_area(s);
-  for (const char* name : {"Llenm", "Plenm", "Glenm", "Hlenm", "Zkalm"})
-    if (!shown_above_zero(s, name)) return;
+  for (const double* value : {&d.Llen, &d.Plen, &d.Glen, &d.Hlen, &d.Zkal})
+    if (!shown_above_zero(s, *value, 0)) return;
   check_bullet_diameter(s);
-  if (!shown_above_zero(s, "Volfgn")) return;
-  s.update_suspended = true;
+  if (!shown_above_zero(s, d.Volf, 1)) return;
   drop_impossible_tail(s);
-  s.update_suspended = false;
   recompute_dimensions(s, kNothingMoved);
   check_seating(s);
   if (check_travel(s)) check_volume_and_bore(s);
 }
 
-void prepareShotChecked(Session& s) {
+void prepare_shot_checked(Session& s) {
   s.inputsOk = true;
   const SetUp refused = prepareShot(s.state);
   if (refused == SetUp::ok) return;
@@ -152,14 +170,14 @@ void prepareShotChecked(Session& s) {
   else
     text.fast("fpow").add(": ").msg(156);
   warn(s, text, false, std::string(kProgramName) + ": " + s.language.fastmsg("fehlEG"));
-  refuse(s, "Form4", set_up_field(refused));
+  refuse(s);
+  focus_blamed(s, refused);
 }
 
-bool checkStartPressureAsked(Session& s) {
+bool start_pressure_accepted(Session& s) {
   if (s.state.start_pressure <= start_pressure_bound(s.state)) return true;
   warn(s, MessageText(s).msg(144), false);
-  s.user->bring_to_front("Form4");
-  s.user->focus("Form4", "ini_press1");
+  focus_number(s, s.state.start_pressure);
   return false;
 }
 

@@ -2,19 +2,16 @@
 
 #include <algorithm>
 
-#include "session/driver.h"
-#include "session/files.h"
+#include "session/message.h"
+#include "session/numbers.h"
+#include "session/run.h"
+#include "session/settings.h"
 #include "text/number.h"
 
 namespace tv {
 namespace {
 
-std::string with_points(std::string text) {
-  std::ranges::replace(text, ',', '.');
-  return text;
-}
-
-void save_steps(Session& s) { write_options(s, {"ldstep", "ldweight", "ldperc"}); }
+void save_steps(Session& s) { store_options(s, {"ldstep", "ldweight", "ldperc"}); }
 
 }  // namespace
 
@@ -23,15 +20,15 @@ void SetLoadTableStep(Session& s, double percent) {
   s.options.ldweight = false;
   if (s.options.ldstep != percent) setResultsValid(s, false);
   s.options.ldstep = percent;
-  s.weight_step = percent * s.state.chargeGr / 100;
+  s.tables.weight_step = percent * s.state.chargeGr / 100;
   save_steps(s);
 }
 
 void SetBaTolerance(Session& s, int percent) {
   // No single shot depends on it, but the last rows of the table do.
-  if (s.options.batols != percent) s.load_table.table_valid = false;
+  if (s.options.batols != percent) s.valid.load_table = false;
   s.options.batols = percent;
-  write_option(s, "batols");
+  store_option(s, "batols");
 }
 
 void ask_percent_step(Session& s) {
@@ -49,15 +46,15 @@ void ask_weight_step(Session& s) {
   prompt.caption("frmMAIN", "fldtsteps").add(format_number(0.1 / unit, "0.0#"));
   prompt.caption("frmMAIN", "fldtto").add(format_number(5.0 / unit, "0.0#")).add(" ");
   prompt.fast(grains ? "fgrains" : "fgramm").caption("frmMAIN", "fldtreduc");
-  const auto answer = s.user->input(
-      {s.language.text("frmMAIN", "fldtabinp"), prompt, format_number(s.weight_step / unit, "0.0###")});
+  const auto answer = s.user->input({s.language.text("frmMAIN", "fldtabinp"), prompt,
+                                     format_number(s.tables.weight_step / unit, "0.0###")});
   if (!answer) return;
   const double weight = read_number(with_points(*answer)) * unit;
   if (!(weight >= 0.1 && weight <= 5.0)) return;
-  if (weight != s.weight_step) setResultsValid(s, false);
+  if (weight != s.tables.weight_step) setResultsValid(s, false);
   s.options.ldweight = true;
   s.options.ldperc = false;
-  s.weight_step = weight;
+  s.tables.weight_step = weight;
   save_steps(s);
 }
 

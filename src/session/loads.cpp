@@ -1,42 +1,57 @@
-// Loads: everything the user has entered for one calculation, in a file of its own or in the settings file.
+#include "session/loads.h"
+
+#include <algorithm>
 #include <cmath>
 #include <utility>
 
 #include "geometry/dimensions.h"
-#include "session/driver.h"
-#include "session/files.h"
-#include "session/number_pairs.h"
+#include "session/dimensions.h"
+#include "session/file_names.h"
+#include "session/input_check.h"
+#include "session/message.h"
+#include "session/numbers.h"
+#include "session/record_lists.h"
+#include "session/results_panel.h"
+#include "session/run.h"
+#include "session/settings.h"
 #include "text/file.h"
 #include "text/number.h"
 
 namespace tv {
 namespace {
 
-struct PairFormat {
-  const char* screen;
-  const char* field;
-  const char* metric;
-  const char* imperial;
-};
-
 // How a load's values are shown when it has been read.
-constexpr PairFormat kLoadFormats[] = {
-    {"Form3", "Llenm", "####0.0#", "##0.0##"},   {"Form3", "Plenm", "###0.00", "#0.000"},
-    {"Form3", "Bsdm", "0.00", "0.000"},          {"Form3", "ssdm", "0.00", "0.000"},
-    {"Form3", "Hlenm", "###0.00", "#0.000"},     {"Form3", "Zkalm", "##0.00", "0.000"},
-    {"Form3", "sebf", "#0.0#", nullptr},         {"Form3", "Volfml", "####0.000", "0.00"},
-    {"Form3", "qfqm", "#.00#", "#.000###"},      {"Form3", "Veffm", "0.000", "0.000"},
-    {"Form3", "Vvgm", "0.000", "0.000"},         {"Form3", "Wobm", "##0.0##", "#0.0#"},
-    {"Form3", "Bwgm", "###0.0##", "####0.0"},    {"Form3", "Glenm", "##0.00", "#0.000"},
-    {"Form3", "buldinmm", "#0.00", "0.000"},     {"Form4", "Limz1", "0.000", nullptr},
-    {"Form4", "Ba0", "0.0000", nullptr},         {"Form4", "Ba1", "#0.0000", nullptr},
-    {"Form4", "Exw", "####0", nullptr},          {"Form4", "Kap", "0.0000", nullptr},
-    {"Form4", "Pdens", "0.000", nullptr},        {"Form4", "PDko", "#0.0000", nullptr},
-    {"Form4", "bulkdn", "0.000", nullptr},       {"Form4", "MPgm", "##0.00#", "##0.0#"},
-    {"FormPsel", "sugg_V0", nullptr, nullptr},   {"FormPsel", "lratio", nullptr, nullptr},
-    {"FormPsel", "lminratio", nullptr, nullptr}, {"FormPsel", "hfill", nullptr, nullptr},
-    {"FormPsel", "lowpress", nullptr, nullptr},  {"FormPsel", "tbamin", nullptr, nullptr},
-    {"FormPsel", "tbamax", nullptr, nullptr},
+struct LoadFormat {
+  double& (*value)(Session&, int);
+  Patterns patterns;
+};
+using D = CartridgeDimensions;
+using C = CalcState;
+constexpr LoadFormat kLoadFormats[] = {
+    {dim<&D::Llen>, {"####0.0#", "##0.0##"}},
+    {dim<&D::Plen>, {"###0.00", "#0.000"}},
+    {dim<&D::Bsd>, {"0.00", "0.000"}},
+    {dim<&D::ssd>, {"0.00", "0.000"}},
+    {dim<&D::Hlen>, {"###0.00", "#0.000"}},
+    {dim<&D::Zkal>, {"##0.00", "0.000"}},
+    {dim<&D::sebf>, {"#0.0#"}},
+    {dim<&D::Volf>, {"####0.000", "0.00"}},
+    {dim<&D::qfq>, {"#.00#", "#.000###"}},
+    {dim<&D::Veff>, {"0.000", "0.000"}},
+    {dim<&D::Vvg>, {"0.000", "0.000"}},
+    {dim<&D::Wob>, {"##0.0##", "#0.0#"}},
+    {dim<&D::Bwg>, {"###0.0##", "####0.0"}},
+    {dim<&D::Glen>, {"##0.00", "#0.000"}},
+    {dim<&D::buldin>, {"#0.00", "0.000"}},
+    {state<&C::Limz1>, {"0.000"}},
+    {state<&C::Ba0>, {"0.0000"}},
+    {state<&C::Ba1>, {"#0.0000"}},
+    {state<&C::Exw>, {"####0"}},
+    {state<&C::Kap>, {"0.0000"}},
+    {state<&C::Pdens>, {"0.000"}},
+    {state<&C::PDko>, {"#0.0000"}},
+    {state<&C::bulkdn>, {"0.000"}},
+    {state<&C::chargeGr>, {"##0.00#", "##0.0#"}},
 };
 
 struct Compared {
@@ -82,20 +97,12 @@ void compare_powder(Session& s) {
   if (differs) warn_as_warning(s, text);
 }
 
-void select_by_name(Session& s, const char* screen, const char* list, RecordKind kind,
-                    const std::string& name) {
-  Field& f = field(s, screen, list);
-  select_row(s, screen, list, s.set(kind).file.table.find(trim(name)));
-  f.text = name;
-}
-
 // A load that has just been read has no results: figures of another one must not stand beside it.
 void clear_results(Session& s) {
   clear_panel(s);
-  s.shown.any = false;
+  s.shown.any = s.shown.failed = false;
   s.fit_undo = {};
-  s.fit_note.clear();
-  set_text(s, "frmMAIN", "status_line", "");
+  s.status.clear();
 }
 
 // The seating depth follows from the lengths; one that agrees with them but for rounding stands, so that a
@@ -115,7 +122,6 @@ void take_read_values(Session& s) {
   s.state.ExwJ = 1000 * s.state.Exw;
   refresh_all_fields(s);
   settle_dimensions(s);
-  s.update_suspended = false;
   setResultsValid(s, false);
 }
 
@@ -123,8 +129,8 @@ void begin_load(Session& s) {
   clear_results(s);
   take_read_values(s);
   if (s.state.frictionOn) setStep(s, 1);
-  s.weight_step = s.options.ldstep * s.state.chargeGr / 100;
-  s.askCharge = !(s.state.chargeGr > 0);
+  s.tables.weight_step = s.options.ldstep * s.state.chargeGr / 100;
+  s.valid.ask_charge = !(s.state.chargeGr > 0);
 }
 
 bool refuse_settings_file(Session& s, const std::string& file) {
@@ -161,7 +167,7 @@ std::optional<FileAnswer> ask_load_file(Session& s, FileMode mode, int texts, bo
 void store_load_name(Session& s, const std::string& file) {
   s.options.labfil = stored_load(file);
   note_recent(s, file);
-  write_options(s, {"labfil"}, true);
+  store_options(s, {"labfil"}, true);
 }
 
 }  // namespace
@@ -169,18 +175,13 @@ void store_load_name(Session& s, const std::string& file) {
 std::string load_folder(const Session& s) { return load_start(s, FileMode::save); }
 
 void refresh_all_fields(Session& s) {
-  for (const PairFormat& f : kLoadFormats) write_pair(s, f.screen, f.field, f.metric, f.imperial);
+  for (const LoadFormat& format : kLoadFormats) write_number(s, format.value(s, 0), format.patterns);
   refresh_pressure_fields(s);
-  if (!(s.state.dim.zul_P > 0))
-    for (const char* name : {"zul_P0", "zul_P1"}) set_text(s, "Form3", name, " ? ");
-  if (s.state.start_pressure == 0) set_text(s, "Form4", "ini_press1", " 0.0");
-  set_text(s, "Form3", "method", s.load.pmetho.empty() ? " ?" : s.load.pmetho);
-  select_by_name(s, "Form3", "HVolDat", RecordKind::cartridges, s.load.pattyp);
-  select_by_name(s, "Form3", "Bnam", RecordKind::bullets, s.load.bultyp);
-  select_by_name(s, "Form4", "PulvDat", RecordKind::powders, s.load.pulver);
-  field(s, "Form3", "TAIL").checked = s.state.dim.TAIL;
-  field(s, "Form3", "fproof").checked = s.load.fproof;
-  field(s, "FormBorefrict", "frictiononoff").checked = s.state.frictionOn;
+  if (!(s.state.dim.zul_P > 0)) write_texts(s, s.state.dim.zul_P, " ? ", " ? ");
+  if (s.state.start_pressure == 0) write_texts(s, s.state.start_pressure, " 0.0", "");
+  select_by_name(s, RecordKind::cartridges, s.load.pattyp);
+  select_by_name(s, RecordKind::bullets, s.load.bultyp);
+  select_by_name(s, RecordKind::powders, s.load.pulver);
   refresh_fill(s);
 }
 
@@ -188,14 +189,9 @@ bool load_read(Session& s, const std::string& file) {
   const FileRead read = read_file(file);
   const bool settings = file == s.settings_file;
   const SectionedFile sections(read.bytes, s.language.page());
-  s.update_suspended = true;
-  s.field_min = -2000000;
-  s.field_max = 2000000;
   s.picture.clear();
-  field(s, "Form3", "shpic").visible = false;
   const bool whole = read.failure == 0 && read_load_keys(sections, s.state, s.load);
   if (!whole && !settings) {
-    s.update_suspended = false;
     MessageText text(s);
     text.msg(185).add(file).line().msg(197);
     if (read.failure) text.line().add(s.language.failure(read.failure));
@@ -251,7 +247,7 @@ void lab_del(Session& s) {
     return warn(s, MessageText(s).msg(420).line().add(answer->file).line().add(s.language.failure(failure)));
   const std::string stored = stored_load(answer->file);
   if (std::erase_if(s.recent, [&](const std::string& held) { return same_fold(held, stored); }))
-    write_options(s, {}, true);
+    store_options(s, {}, true);
 }
 
 void lab_omt(Session& s) {
@@ -266,8 +262,7 @@ void lab_omt(Session& s) {
     return warn(s, MessageText(s).msg(185).add(answer->file).line().add(s.language.failure(read.failure)));
   read_design_data(SectionedFile(read.bytes, s.language.page()), s.state, s.load);
   s.options.omtfil = stored_load(answer->file);
-  write_option(s, "omtfil");
-  s.update_suspended = true;
+  store_option(s, "omtfil");
   take_read_values(s);
 }
 
@@ -281,10 +276,15 @@ std::string load_caption(const Session& s) {
   return (is_named(stored) ? file_name_only(stored + "dat") : "*") + "   (" + kProgramName + ")";
 }
 
+static std::string velocity_shown(const Session& s) {
+  const auto at = std::ranges::find(s.shown.panel, std::string_view("Vnull"), &PanelField::name);
+  return at == s.shown.panel.end() ? std::string() : at->text;
+}
+
 void write_transfer_file(Session& s) {
   if (!s.writes_files) return;
   change_sectioned(s, s.transfer_file, [&](SectionedFile& file) {
-    write_transfer(s.state, s.load, s.options, field(s, "Form5", "Vnull").text, file);
+    write_transfer(s.state, s.load, s.options, velocity_shown(s), file);
   });
 }
 

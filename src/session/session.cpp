@@ -1,10 +1,63 @@
 #include "session/session.h"
 
+#include <algorithm>
 #include <stdexcept>
 
-#include "text/number.h"
-
 namespace tv {
+namespace {
+
+// A label or a unit that names a field of the screen: "@name".
+void add_written(std::vector<Control>& controls, const char* key) {
+  if (!key || key[0] != '@') return;
+  const std::string name = key + 1;
+  if (std::ranges::find(controls, name, &Control::name) == controls.end())
+    controls.push_back({name, ControlKind::display});
+}
+
+void add_row(std::vector<Control>& controls, const Row& row) {
+  add_written(controls, row.label);
+  for (const Place& place : row.places) {
+    if (!place.control) continue;
+    for (int i = row.count > 0 ? 1 : 0; i <= row.count; ++i)
+      controls.push_back({i > 0 ? place.control + std::to_string(i) : place.control, place.kind, &place});
+    add_written(controls, place.unit);
+  }
+}
+
+Screens make_screens(const Program& program) {
+  Screens screens;
+  for (const ScreenSpec* spec : program.screens) {
+    Screen& screen = screens[spec->name];
+    screen.spec = spec;
+    for (const Control& control : controls_of(*spec)) screen.fields[control.name];
+  }
+  return screens;
+}
+
+}  // namespace
+
+std::vector<Control> controls_of(const ScreenSpec& spec) {
+  std::vector<Control> controls;
+  for (const Group& group : spec.form)
+    for (const Row& row : group.rows) add_row(controls, row);
+  if (!spec.numbers.empty()) controls.push_back({"grenzen", ControlKind::display});  // the hint box
+  return controls;
+}
+
+std::optional<ControlKind> control_kind(const ScreenSpec& spec, std::string_view control) {
+  for (const Control& known : controls_of(spec))
+    if (known.name == control) return known.kind;
+  return std::nullopt;
+}
+
+std::string control_name(std::string_view name) {
+  std::string plain;
+  for (const char c : name)
+    if (c != '(' && c != ')') plain += c;
+  return plain;
+}
+
+Session::Session(User& u, const Program& p) : user(&u), program(p), screens(make_screens(p)) {}
 
 Field& field(Session& s, std::string_view screen, std::string_view name) {
   const auto at = s.screens.find(screen);
@@ -23,18 +76,32 @@ void set_text(Session& s, std::string_view screen, std::string_view name, std::s
   field(s, screen, name).text = text;
 }
 
-double field_number(const Session& s, std::string_view screen, std::string_view name) {
-  return read_number(field(s, screen, name).text);
+bool has_focus(const Session& s, std::string_view screen, std::string_view name) {
+  return s.focus.screen == screen && s.focus.field == name;
 }
 
-void fill_list(Session& s, std::string_view screen, std::string_view name, const RecordTable& table) {
-  Field& list = field(s, screen, name);
-  list.items.clear();
-  list.selected = -1;
-  list.top = 0;
-  for (int row = 0; row <= table.last(); ++row)
-    list.items.push_back({std::string(trim(table.cell(row, 0))), row});
+Screen* screen_of(Session& s, Role role) {
+  for (auto& [name, screen] : s.screens)
+    if (screen.spec->role == role) return &screen;
+  return nullptr;
 }
+
+std::string_view screen_name(const Session& s, Role role) {
+  const Screen* screen = screen_of(const_cast<Session&>(s), role);
+  return screen ? screen->spec->name : std::string_view();
+}
+
+bool is_visible(const Session& s, Role role) {
+  const Screen* screen = screen_of(const_cast<Session&>(s), role);
+  return screen && screen->visible;
+}
+
+void refresh_screens(Session& s) {
+  for (const ScreenSpec* spec : s.program.screens)
+    if (spec->refresh) spec->refresh(s);
+}
+
+void outputs_changed(Session& s) { ++s.output.revision; }
 
 std::string chosen_pressure_unit(const Session& s) {
   return s.state.pressure_unit_factor == 10 ? "bar" : "MPa";
@@ -42,52 +109,6 @@ std::string chosen_pressure_unit(const Session& s) {
 
 std::string mode_pressure_unit(const Session& s) {
   return s.unit_mode == UnitMode::imperial ? "psi" : chosen_pressure_unit(s);
-}
-
-MessageText& MessageText::msg(int n) {
-  message_.text += s_.language.msg(n);
-  message_.keys.push_back("msg" + std::to_string(n));
-  return *this;
-}
-
-MessageText& MessageText::fast(std::string_view key) {
-  message_.text += s_.language.fastmsg(key);
-  message_.keys.emplace_back(key);
-  return *this;
-}
-
-MessageText& MessageText::caption(std::string_view section, std::string_view key) {
-  message_.text += s_.language.text(section, key);
-  message_.keys.emplace_back(key);
-  return *this;
-}
-
-MessageText& MessageText::add(std::string_view text) {
-  message_.text += text;
-  return *this;
-}
-
-MessageText& MessageText::line() {
-  message_.text += '\n';
-  return *this;
-}
-
-void beep(Session& s) {
-  if (s.sound) s.user->beep();
-}
-
-void warn(Session& s, const Message& message, bool with_beep, std::string title) {
-  if (s.silent) return;
-  if (with_beep) beep(s);
-  s.user->box({BoxKind::warning, Buttons::ok, title.empty() ? kProgramName : std::move(title), message});
-}
-
-bool ask_yes_no(Session& s, const Message& message) {
-  return s.user->box({BoxKind::question, Buttons::yes_no, kProgramName, message}) == Answer::yes;
-}
-
-bool ask_ok_cancel(Session& s, const Message& message) {
-  return s.user->box({BoxKind::question, Buttons::ok_cancel, kProgramName, message}) == Answer::ok;
 }
 
 }  // namespace tv

@@ -1,10 +1,11 @@
 // The running program without its windows: one record, made in main and passed by reference.
 #pragma once
 
+#include <any>
 #include <array>
 #include <functional>
-#include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -17,6 +18,7 @@
 #include "output/diagram_view.h"
 #include "output/draw_list.h"
 #include "session/fields.h"
+#include "session/screen.h"
 #include "session/user.h"
 #include "tables/load_table.h"
 #include "tables/powder_table.h"
@@ -28,15 +30,30 @@ namespace tv {
 inline constexpr const char* kProgramName = "Ternovale";
 inline constexpr const char* kVersion = "V.1.00.0001";
 
-// What a finished run needs to be shown later, whatever has become of the inputs.
+// All that the session knows of the screens.
+struct Program {
+  std::span<const ScreenSpec* const> screens;
+  bool (*shortcut)(Session&, std::string_view key) = nullptr;  // a key that no screen uses itself
+};
+
+// What the output window shows: the diagrams have the numbers 1 to 6.
+enum class DisplayMode : int { powder_table = -2, load_table = -1, point_list = 0, first_diagram = 1 };
+
+// The figures of the last run and what a finished run needs to be shown later, whatever has become of the
+// inputs.
 struct ShownRun {
-  bool any = false;  // a run has finished since the start
-  CalcState state;   // its inputs
-  LoadData load;     // its names
+  bool any = false;      // a run has finished since the start or the last load
+  bool running = false;  // one is under way
+  bool failed = false;   // the last one did not finish: its figures are not good
+  CalcState state;       // its inputs
+  LoadData load;         // its names
   ShotOutcome outcome;
   double charge_g = 0, Veff_cm3 = 0;
   DataBlock block;         // head lines of its views
   std::string date, time;  // "21-Nov-2026", "14:05:09"
+  std::vector<PanelField> panel;
+  std::string notes;  // status line of the results, in the language in force
+  bool notes_red = false;
 };
 
 // One kind of component data: its records, its file and how its list is on show.
@@ -46,25 +63,32 @@ struct DataSet {
   bool collected = false;   // the table has no file yet: collected, or what a failed reading left
   std::string collection;   // caption of a collected table
   std::string caption;      // beside the list; also tells a filter
-  double Ba0_least = 320, Ba0_most = 0;  // powders
+  std::optional<std::vector<int>> filter;  // rows on show, if not all
 };
 
+// The field in use.
 struct Focus {
   std::string screen, field;
   std::size_t select_from = 0, select_length = 0;  // characters
-  std::string text_on_focus;                       // restored by Escape
   bool edited = false;                             // by the user, since it has the focus
-  std::string partner_on_focus;                    // text of the other field of a pair
-  double value_on_focus = 0;                       // stored value of a pair
 };
 
-// What an entry changes beside the values of the load; Escape puts it back.
-struct HeldMarks {
-  LoadData load;
-  std::string powder, ladich;  // texts
-  bool results_valid = false, load_table_valid = false, powder_table_valid = false;
-  bool ask_charge = false;
+// Whether results belong to the inputs, and what an entry may change of that.
+struct Validity {
+  bool results = false;
+  bool load_table = false, powder_table = false;
+  bool ask_charge = false;     // the charge is to be looked at before the next run
   bool volumes_stale = false;  // the volumes on show wait for the next recompute
+};
+
+// What the field in use held when it got the focus.
+struct Held {
+  CalcState state;
+  LoadData load;
+  Validity marks;
+  std::any own;                              // of the screen
+  double value = 0;                          // of its number
+  std::map<std::string, std::string> texts;  // of the fields of its number, or its own
 };
 
 // What a fit from the diagram changed, to be put back once; it ends with the next pick or load.
@@ -78,107 +102,116 @@ struct ChosenColours {
   std::optional<Colour> paper, left, right;
 };
 
+// How the output window shows things.
+struct OutputView {
+  bool imperial = false;         // starts from the unit mode
+  bool as_text = false;          // of a diagram: its point list is on show
+  ChosenColours colours;         // of the diagrams
+  double line_width = 2;         // of the curves, 1 to 5
+  int followed = 0;              // the curve that the read-out follows: 0 all
+  std::array<bool, 2> hidden{};  // first and second curve of the diagram
+  DiagramView view;              // the section on show
+  unsigned revision = 0;         // raised whenever something that the window shows has changed
+};
+
+struct Tables {
+  LoadTable load;
+  double weight_step = 0;  // of the load table, grains; follows from ldstep when a load has been read
+  PowderTable powder;
+  bool powder_shown = false;  // it is finished and on show: the next run shows a diagram again
+  int strategy = 0;           // of the powder table, 0 to 8; its targets are options
+  SortState sort;
+};
+
+// What only windows can do.
+struct Hooks {
+  std::function<void(Session&)> language_changed;                  // captions
+  std::function<void(Session&, std::string_view)> window_command;  // by the name of its command
+};
+
 struct Session {
-  explicit Session(User& u) : user(&u), screens(make_screens()) {}
+  Session(User& u, const Program& p);
   Session(const Session&) = delete;
 
   User* user;
+  Program program;
   Language language;
   Options options;
   DataRoots roots;
   std::string settings_file, transfer_file;
-
-  CalcState state;
-  ShotCurve curve;
-  ShotResult result;
-  LoadData load;
-  ShownRun shown;
-
-  bool resultsValid = false;
-  bool firstRun = true;
-  bool askCharge = false;
-  bool inputsOk = false;
-  bool update_suspended = false;
-  bool sound = true;
-  UnitMode unit_mode = UnitMode::metric;
-  bool silent = false;       // input check without warnings; refusals beep once
   bool writes_files = true;  // settings, current load and transfer file; off for single commands
 
+  // the load
+  CalcState state;
+  LoadData load;
+  std::string picture;  // file name of the cartridge's picture, empty if none
   std::array<DataSet, kRecordKinds> data;
+  std::vector<std::string> recent;  // loads, less extension
+
+  // a run
+  ShotCurve curve;
+  ShotResult result;
+  ShownRun shown;
+  Validity valid;
+  bool firstRun = true;
+  bool inputsOk = false;
+  bool silent = false;  // input check without warnings; refusals beep once
+  Tables tables;
+  OutputView output;
+  FitUndo fit_undo;
+
+  // entry
   Screens screens;
   Focus focus;
-  float field_min = -9999999.0F, field_max = 9999999.0F;  // limits of the field in use
-  bool field_rejected = false;
-  CalcState held;  // values when the field in use got the focus: each keystroke computes from them
-  HeldMarks held_marks;
+  Held held;
+  int action_depth = 0;  // of the things a person does, one in another
 
-  LoadTable load_table;
-  double weight_step = 0;  // of the load table, grains; follows from ldstep when a load has been read
-  PowderTable powder_table;
-  int strategy = 0;  // of the powder table, 0 to 8; its targets are options
-  SortState sort;
-
-  FitUndo fit_undo;
-  std::string fit_note;  // what the last fit changed, for the status line
-
-  std::vector<std::string> recent;      // loads, less extension
-  bool imperial_view = false;           // of the output window; starts from the unit mode
-  bool output_as_text = false;          // of a diagram: its point list is on show
-  ChosenColours colours;                // of the diagrams
-  double line_width = 2;                // of the curves, 1 to 5
-  int followed_curve = 0;               // that the read-out follows: 0 all
-  std::array<bool, 2> hidden_curves{};  // first and second curve of the diagram
-  DiagramView diagram_view;             // the section on show
-
-  std::string picture;         // file name of the cartridge's picture, empty if none
+  UnitMode unit_mode = UnitMode::metric;
+  bool sound = true;
+  std::string status;          // of the main window
   bool notice_agreed = false;  // the safety notice, this time
   bool first_start = false;    // this user has no settings yet
   bool end_requested = false;  // by the safety notice or the end command
-  Options options_held;        // while the criteria of the powder table are edited
-  int strategy_held = 0;
-
-  // Told when something beyond the fields has changed; the windows and the command line hang on here.
-  std::function<void(Session&)> outputs_changed;   // diagram, point list, tables
-  std::function<void(Session&)> language_changed;  // captions
-  // What only windows can do, by the name of its command; the command line has none.
-  std::function<void(Session&, std::string_view)> window_command;
+  Hooks hooks;
 
   DataSet& set(RecordKind kind) { return data[static_cast<std::size_t>(kind)]; }
   const DataSet& set(RecordKind kind) const { return data[static_cast<std::size_t>(kind)]; }
+  DisplayMode mode() const { return static_cast<DisplayMode>(options.grftyp); }
 };
 
-// A field by screen and control name; both must exist in the screen table.
+// A field by screen and control name; both must exist.
 Field& field(Session& s, std::string_view screen, std::string_view name);
 const Field& field(const Session& s, std::string_view screen, std::string_view name);
 void set_text(Session& s, std::string_view screen, std::string_view name, std::string_view text);
-double field_number(const Session& s, std::string_view screen,
-                    std::string_view name);  // lenient reading of its text
-void fill_list(Session& s, std::string_view screen, std::string_view name, const RecordTable& table);
+
+// State of a screen's own: made at its first use, known to the screen's file alone.
+template <class T>
+T& own(Session& s, std::string_view screen) {
+  std::any& held = s.screens.find(screen)->second.own;
+  if (!held.has_value()) held = T{};
+  return *std::any_cast<T>(&held);
+}
+template <class T>
+const T& own(const Session& s, std::string_view screen) {
+  static const T none{};
+  const T* held = std::any_cast<T>(&s.screens.find(screen)->second.own);
+  return held ? *held : none;
+}
+
+bool has_focus(const Session& s, std::string_view screen, std::string_view name);
+
+// The screen of that role, null if there is none; its name, else empty.
+Screen* screen_of(Session& s, Role role);
+std::string_view screen_name(const Session& s, Role role);
+bool is_visible(const Session& s, Role role);
+
+// Every screen writes its fields from the state; at the end of the outermost action and before the user is
+// shown anything.
+void refresh_screens(Session& s);
+void outputs_changed(Session& s);  // diagram, point list, tables: they are drawn anew
 
 // "MPa", "bar" or "psi"; the unit of the chosen_of... fields is never psi.
 std::string chosen_pressure_unit(const Session& s);
 std::string mode_pressure_unit(const Session& s);
-
-// Puts a message together and remembers the keys it is made of.
-class MessageText {
-public:
-  explicit MessageText(const Session& s) : s_(s) {}
-  MessageText& msg(int n);
-  MessageText& fast(std::string_view key);
-  MessageText& caption(std::string_view section, std::string_view key);
-  MessageText& add(std::string_view text);
-  MessageText& line();                           // line end
-  operator Message() const { return message_; }  // NOLINT: a builder
-
-private:
-  const Session& s_;
-  Message message_;
-};
-
-// A warning box titled with the program's name; beeps first if asked to and the sound is on.
-void warn(Session& s, const Message& message, bool beep = true, std::string title = {});
-bool ask_yes_no(Session& s, const Message& message);
-bool ask_ok_cancel(Session& s, const Message& message);
-void beep(Session& s);
 
 }  // namespace tv

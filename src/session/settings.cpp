@@ -1,6 +1,7 @@
-// The settings file: options and the current load, each write in one step.
-#include "session/driver.h"
-#include "session/files.h"
+#include "session/settings.h"
+
+#include "session/input_check.h"
+#include "session/message.h"
 #include "text/file.h"
 
 namespace tv {
@@ -56,9 +57,9 @@ void settings_save(Session& s) {
   s.user->busy(false);
 }
 
-bool write_option(Session& s, std::string_view key) { return write_options(s, {key}); }
+bool store_option(Session& s, std::string_view key) { return store_options(s, {key}); }
 
-bool write_options(Session& s, std::initializer_list<std::string_view> keys, bool with_recent) {
+bool store_options(Session& s, std::initializer_list<std::string_view> keys, bool with_recent) {
   for (const std::string_view key : keys)
     if (!option_key(key)) return false;
   if (!s.writes_files) return true;
@@ -85,7 +86,7 @@ void note_recent(Session& s, const std::string& file) {
 
 void recent_add(Session& s, const std::string& file) {
   note_recent(s, file);
-  write_options(s, {}, true);
+  store_options(s, {}, true);
 }
 
 }  // namespace tv

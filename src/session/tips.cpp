@@ -2,7 +2,8 @@
 
 #include <algorithm>
 
-#include "session/files.h"
+#include "session/message.h"
+#include "session/settings.h"
 #include "text/file.h"
 
 namespace tv {
@@ -29,9 +30,10 @@ std::size_t piece_length(const std::string& text, std::size_t n) {
 
 }  // namespace
 
-bool control_exists(std::string_view name) {
-  return std::ranges::any_of(screen_table(), [&](const ScreenInfo& screen) {
-    return std::ranges::any_of(screen.controls, [&](const Control& c) { return same_fold(c.name, name); });
+bool control_exists(const Session& s, std::string_view name) {
+  return std::ranges::any_of(s.screens, [&](const auto& screen) {
+    return std::ranges::any_of(screen.second.fields,
+                               [&](const auto& entry) { return same_fold(entry.first, name); });
   });
 }
 
@@ -46,7 +48,8 @@ bool store_tip(Session& s, const std::string& key, const std::string& text) {
   std::vector<std::pair<std::string, std::string>> pieces;
   for (int n = 0;; ++n) {
     const std::string name = key + (n > 0 ? std::to_string(n) : "");
-    const bool last = piece_length(rest, whole) == rest.size() || control_exists(key + std::to_string(n + 1));
+    const bool last =
+        piece_length(rest, whole) == rest.size() || control_exists(s, key + std::to_string(n + 1));
     const std::size_t length = piece_length(rest, last ? whole : whole - 1);
     pieces.emplace_back(name, rest.substr(0, length) + (last ? "" : "_"));
     rest.erase(0, length);
@@ -66,7 +69,7 @@ bool store_tip(Session& s, const std::string& key, const std::string& text) {
 void edit_tip(Session& s, const std::string& key) {
   const auto answer = s.user->input(
       {kProgramName, {"Enter the tooltip text:", {}}, replaced(s.language.tip(key), "\n", kBreak)});
-  if (answer && store_tip(s, key, *answer) && s.language_changed) s.language_changed(s);
+  if (answer && store_tip(s, key, *answer) && s.hooks.language_changed) s.hooks.language_changed(s);
 }
 
 }  // namespace tv

@@ -13,6 +13,6 @@ void edit_tip(Session& s, const std::string& key);
 // name with a number added, and is cut where that would be the name of another control.
 bool store_tip(Session& s, const std::string& key, const std::string& text);
 // On any screen.
-bool control_exists(std::string_view name);
+bool control_exists(const Session& s, std::string_view name);
 
 }  // namespace tv

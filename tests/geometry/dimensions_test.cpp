@@ -23,7 +23,7 @@ CartridgeDimensions rifle() {
 std::string run(CartridgeDimensions& d, int kind) {
   std::string order;
   const char* names[] = {"Plen ", "Bsd ", "ssd ", "Vvg ", "Veff ", "Wob "};
-  EXPECT_TRUE(recompute_dimensions(d, kind, d.Zkal * 25.4,
+  EXPECT_TRUE(move_dimensions(d, kind, d.Zkal * 25.4,
                                    [&](Dimension w) { order += names[static_cast<int>(w)]; }));
   return order;
 }
@@ -97,7 +97,7 @@ TEST(Dimensions, DisplacedVolumeOfTheThreeTails) {
   for (const auto& c : cases) {
     d.TAIL = c.tail;
     d.tail_type = c.type;
-    EXPECT_TRUE(recompute_dimensions(d, kNothingMoved, 7.82, [](Dimension) {}));
+    EXPECT_TRUE(move_dimensions(d, kNothingMoved, 7.82, [](Dimension) {}));
     EXPECT_NEAR(d.Vvg, c.Vvg, 5e-5) << c.type;
   }
   d.tail_type = kInnerCone;
@@ -135,7 +135,7 @@ TEST(Dimensions, WildValuesEndAsValues) {
     d.TAIL = i % 2 == 0;
     d.tail_type = i % 3;
     const double Veff = d.Veff;
-    const bool ok = recompute_dimensions(d, i % 6, wild[pick(random)], [](Dimension) {});
+    const bool ok = move_dimensions(d, i % 6, wild[pick(random)], [](Dimension) {});
     if (ok)
       EXPECT_TRUE(std::isfinite(d.Veff) && std::isfinite(d.Wob));
     else

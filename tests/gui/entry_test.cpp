@@ -27,7 +27,7 @@ protected:
     EXPECT_TRUE(field->hasFocus()) << name;
     return field;
   }
-  bool calculated() const { return program.session.resultsValid; }
+  bool calculated() const { return program.session.valid.results; }
 };
 
 TEST_F(Entry, TypingReplacesTurnsCommasAndDropsRubbish) {
@@ -131,6 +131,11 @@ TEST_F(Entry, ALoadIsCalculatedByKeyByEnterAndByButton) {
   QTest::keyClick(charge, Qt::Key_F5);
   EXPECT_TRUE(calculated());
   EXPECT_FALSE(edit("Form5", "Vnull")->font().italic());
+  const int refreshed = program.desk->refreshes();
+  QTest::keyClicks(charge, ".");
+  EXPECT_EQ(program.desk->refreshes(), refreshed + 1) << "one action draws once";
+  QTest::keyClick(charge, Qt::Key_F5);
+  EXPECT_EQ(program.desk->refreshes(), refreshed + 2);
   EXPECT_GT(edit("Form5", "Vnull")->text().toInt(), velocity.toInt());
 
   enter("Form4", "MPgn");

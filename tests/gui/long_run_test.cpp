@@ -21,7 +21,7 @@ protected:
     for (std::size_t i = 0; powders.size() < 2000; ++i) powders.push_back(powders[i]);
     s.options.bamint = 0;
     s.options.bamaxt = 320;
-    s.strategy = 8;  // the longest fits
+    s.tables.strategy = 8;  // the longest fits
   }
   void calculate_table() {
     program.run("pp_tab");
@@ -45,10 +45,10 @@ TEST_F(LongRun, TellsThePowderAndEndsAtEscape) {
   });
   calculate_table();
   ASSERT_TRUE(pressed) << "the run ended by itself";
-  EXPECT_TRUE(s.powder_table.cancelled);
-  EXPECT_GT(s.powder_table.rows.size(), 0U);
-  EXPECT_LT(s.powder_table.rows.size(), 2000U);
-  EXPECT_TRUE(s.resultsValid);
+  EXPECT_TRUE(s.tables.powder.cancelled);
+  EXPECT_GT(s.tables.powder.rows.size(), 0U);
+  EXPECT_LT(s.tables.powder.rows.size(), 2000U);
+  EXPECT_TRUE(s.valid.results);
   EXPECT_TRUE(s.state == before);
   EXPECT_EQ(s.options.grftyp, 3);
   EXPECT_FALSE(bar->isVisible());

@@ -24,11 +24,11 @@ protected:
   }
   void calculate() {
     program.desk->act([&] { press(s, "Form4", "CalcAll"); });
-    EXPECT_TRUE(s.resultsValid);
+    EXPECT_TRUE(s.valid.results);
   }
 
   const Home home;
-  Program program{home};
+  Running program{home};
   Session& s = program.session;
 };
 

@@ -12,7 +12,7 @@
 #include "gui/open_program.h"
 #include "gui/print_view.h"
 #include "screens/print_pages.h"
-#include "session/driver.h"
+#include "session/run.h"
 
 namespace tv {
 namespace {
@@ -83,7 +83,7 @@ TEST_F(Print, TheLimitIsToldInWords) {
     type_text(s, "Form3", "zul_P0", "100");
     press(s, "Form4", "CalcAll");
   });
-  ASSERT_TRUE(s.resultsValid);
+  ASSERT_TRUE(s.valid.results);
   const QStringList pages = printed();
   ASSERT_FALSE(pages.isEmpty());
   EXPECT_TRUE(packed(pages.at(0)).contains(packed(qt(s.language.fastmsg("fwarn1")))));

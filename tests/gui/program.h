@@ -15,9 +15,13 @@
 #include "gui/gui_user.h"
 #include "gui/icons.h"
 #include "gui/main_frame.h"
+#include "screens/all.h"
 #include "screens/commands.h"
-#include "screens/entry.h"
-#include "session/files.h"
+#include "session/entry.h"
+#include "session/language_switch.h"
+#include "session/loads.h"
+#include "session/message.h"
+#include "session/start.h"
 
 namespace tv {
 
@@ -66,14 +70,14 @@ private:
 };
 
 // Started as main does, without the notice.
-struct Program {
-  explicit Program(const Home& home) : session(user) {
+struct Running {
+  explicit Running(const Home& home) : session(user, the_program()) {
     user.attach(&session, nullptr);
     started = start(session, home.hints());
     desk = std::make_unique<Desk>(session);
     user.attach(&session, desk.get());
   }
-  ~Program() {
+  ~Running() {
     QApplication::processEvents();
     user.attach(&session, nullptr);
   }

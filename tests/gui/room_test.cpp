@@ -20,7 +20,7 @@ protected:
   Room() : program(home) { program.open(); }
 
   const Home home;
-  Program program;
+  Running program;
 };
 
 TEST_F(Room, ADialogHasRoomForUnitsThatComeWithItsValues) {

@@ -19,7 +19,7 @@ namespace {
 
 TEST(Start, TheNoticeMustBeAgreedTo) {
   const Home home;
-  Program program(home);
+  Running program(home);
   Session& s = program.session;
   Modal dialog([](QDialog* notice) {
     auto* go_on = notice->findChild<QPushButton*>("weiter");
@@ -35,14 +35,14 @@ TEST(Start, TheNoticeMustBeAgreedTo) {
   open_screen(s, "Form2");
   EXPECT_TRUE(s.notice_agreed);
   EXPECT_TRUE(s.options.accept);
-  Program again(home);
+  Running again(home);
   EXPECT_TRUE(again.session.options.accept) << "told in the settings file";
 }
 
 TEST(Start, WithoutALanguageFileItAsksAndMayEnd) {
   const Home home;
   GuiUser user;
-  Session session(user);
+  Session session(user, the_program());
   user.attach(&session, nullptr);
   PlaceHints hints = home.hints();
   hints.build_share.clear();
@@ -67,14 +67,14 @@ TEST(Start, ADamagedSettingsFileLeavesTheDefaults) {
   const Home home;
   std::string settings;
   {
-    Program first(home);
+    Running first(home);
     settings = first.session.settings_file;
   }
   std::string rubbish =
       "[startup\n\x01\xff\xfe=\n[[[metrics]\nlaflen=abc\n[startup]\nform1w=-1e400\nform3l=nan\ngrftyp=999\n";
   rubbish.append(5000, '\0');
   std::ofstream(settings, std::ios::binary) << rubbish;
-  Program program(home);
+  Running program(home);
   ASSERT_TRUE(program.started);
   program.session.sound = false;
   program.open();

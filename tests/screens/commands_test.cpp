@@ -2,8 +2,9 @@
 #include <set>
 
 #include "screens/commands.h"
-#include "session/number_pairs.h"
+#include "session/numbers.h"
 #include "session/started.h"
+#include "session/units.h"
 
 namespace tv_test {
 namespace {
@@ -21,7 +22,6 @@ TEST_F(Commands, EveryEntryRunsOnAFreshSession) {
     EXPECT_TRUE(run_command(s, command.name));
     EXPECT_FALSE(s.end_requested) << "the question was cancelled" << ends;
     EXPECT_EQ(user.waiting, 0);
-    EXPECT_FALSE(s.update_suspended);
   }
 }
 
@@ -100,11 +100,11 @@ TEST_F(Commands, StepEntryCalculatesAgainOnceSomethingWasCalculated) {
   EXPECT_TRUE(run_command(s, "rech"));
   EXPECT_EQ(user.last_focus(), "Form4.MPgn") << "the first use asks for the charge";
   EXPECT_TRUE(run_command(s, "rech"));
-  ASSERT_TRUE(s.resultsValid);
+  ASSERT_TRUE(s.valid.results);
   for (const char* step : {"schriwg", "schriwn"}) {  // the one in force too
     s.shown.any = false;
     run_command(s, step);
-    EXPECT_TRUE(s.resultsValid && s.shown.any) << step;
+    EXPECT_TRUE(s.valid.results && s.shown.any) << step;
   }
 }
 
@@ -136,43 +136,36 @@ TEST_F(Commands, KeysReachScreensAndMenus) {
   load("308_winchester_168");
   s.firstRun = false;
   EXPECT_TRUE(key(s, "Form3", "F5"));
-  EXPECT_TRUE(s.resultsValid);
+  EXPECT_TRUE(s.valid.results);
   open_screen(s, "frmFast");
   EXPECT_TRUE(key(s, "frmFast", "Escape"));
   EXPECT_FALSE(s.screens["frmFast"].visible);
   EXPECT_FALSE(key(s, "Form3", "F12"));
 }
 
-// Controls that have no caption of their own: views, surfaces, what only shows, the partner of a number that
-// is captioned already, and what the window's own toolkit draws.
-bool needs_caption(const ScreenInfo& screen, const Control& control) {
-  switch (control.kind) {
-    case ControlKind::view:
-    case ControlKind::surface:
-    case ControlKind::memo:
-      return false;
-    case ControlKind::display:
-    case ControlKind::number: {
-      const PairSide side = find_pair(screen.name, control.name);
-      const std::string_view name = control.name;
-      if (side.pair) return side.metric;
-      return name == "fill" || name == "Mgas" || name == "Vnull" || name == "Sdau" || name == "ladich";
-    }
-    default:
-      return true;
+// What a form captions: frames, labels, boxes, options and buttons.
+std::vector<std::string> caption_keys(const ScreenSpec& spec) {
+  std::vector<std::string> keys;
+  for (const Group& group : spec.form) {
+    if (group.title) keys.emplace_back(group.title);
+    for (const Row& row : group.rows)
+      if (row.label && row.label[0] != '@') keys.emplace_back(row.label);
   }
+  for (const Control& control : controls_of(spec))
+    if (control.kind == ControlKind::check || control.kind == ControlKind::option ||
+        control.kind == ControlKind::button)
+      keys.push_back(control.name);
+  return keys;
 }
 
 TEST_F(Commands, EveryControlAndEntryHasItsWordsInFourLanguages) {
   for (const char* language : {"english", "german", "french", "russian"}) {
     SCOPED_TRACE(language);
     language_switch(s, language);
-    for (const ScreenInfo& screen : screen_table())
-      for (const Control& control : screen.controls)
-        if (needs_caption(screen, control)) {
-          EXPECT_FALSE(s.language.text(screen.section, control.name).empty())
-              << screen.section << "." << control.name;
-        }
+    for (const ScreenSpec* spec : s.program.screens)
+      for (const std::string& key : caption_keys(*spec)) {
+        EXPECT_FALSE(s.language.text(spec->section, key).empty()) << spec->section << "." << key;
+      }
     for (const Command& command : commands())
       if (!command.literal) {
         EXPECT_FALSE(s.language.text(command.section, command.name).empty())

@@ -63,7 +63,7 @@ TEST_F(DimensionFields, EveryKindMovesWhatItShould) {
     for (const auto& [name, value] :
          {std::pair{"Plenz", d.Plen}, {"Bsdz", d.Bsd}, {"ssdz", d.ssd}, {"Veffz", d.Veff}})
       if (std::string_view(c.field) != "ssdz" || std::string_view(name) != "Plenz") {
-        EXPECT_NEAR(field_number(s, "Form3", name), value, 0.00051) << c.field;
+        EXPECT_NEAR(read_number(text("Form3", name)), value, 0.00051) << c.field;
       }
   }
 }
@@ -93,29 +93,29 @@ TEST_F(DimensionFields, BandSeatingDepthIsMarkedBelowZero) {
   load("308_winchester_168");
   for (const char* name : {"ssdz", "ssdm"}) {
     type("Form3", name, "-0.1");
-    EXPECT_EQ(field(s, "Form3", "ssdm").ink, Ink::magenta) << name;
-    EXPECT_EQ(field(s, "Form3", "ssdz").ink, Ink::magenta) << name;
-    EXPECT_EQ(field(s, "Form3", "ssdm").reason, s.language.msg(177));
+    EXPECT_EQ(shown(s, "Form3", "ssdm").ink, Ink::magenta) << name;
+    EXPECT_EQ(shown(s, "Form3", "ssdz").ink, Ink::magenta) << name;
+    EXPECT_EQ(shown(s, "Form3", "ssdm").reason, s.language.msg(177));
     focus_field(s, "Form3", name);
-    EXPECT_EQ(field(s, "Form3", "ssdm").ink, Ink::magenta) << "also with the focus";
+    EXPECT_EQ(shown(s, "Form3", "ssdm").ink, Ink::magenta) << "also with the focus";
     type("Form3", name, "0.1");
-    EXPECT_EQ(field(s, "Form3", "ssdm").ink, Ink::black) << name;
+    EXPECT_EQ(shown(s, "Form3", "ssdm").ink, Ink::black) << name;
   }
   type("Form3", "Bsdz", "0.1");
-  EXPECT_EQ(field(s, "Form3", "ssdz").ink, Ink::magenta);
+  EXPECT_EQ(shown(s, "Form3", "ssdz").ink, Ink::magenta);
   toggle(s, "Form3", "TAIL");
-  EXPECT_EQ(field(s, "Form3", "ssdz").ink, Ink::black) << "without a tail nothing stands off";
+  EXPECT_EQ(shown(s, "Form3", "ssdz").ink, Ink::black) << "without a tail nothing stands off";
 }
 
 TEST_F(DimensionFields, GrooveDiameterWaitsForTheNextRecompute) {
   load("308_winchester_168");
   type("Form3", "Zkalz", "0.31");
   EXPECT_TRUE(s.load.bore_area_stale);
-  for (const char* name : {"Vvgm", "Vvgn", "Veffm", "Veffz"}) EXPECT_TRUE(field(s, "Form3", name).stale);
+  for (const char* name : {"Vvgm", "Vvgn", "Veffm", "Veffz"}) EXPECT_TRUE(shown(s, "Form3", name).stale);
   const double Vvg = s.state.dim.Vvg;
   type("Form3", "Llenz", "22");
   EXPECT_GT(s.state.dim.Vvg, Vvg);
-  EXPECT_FALSE(field(s, "Form3", "Veffm").stale);
+  EXPECT_FALSE(shown(s, "Form3", "Veffm").stale);
 }
 
 TEST_F(DimensionFields, TailBoxSwitchesTheTailOnAndOff) {
@@ -132,7 +132,7 @@ TEST_F(DimensionFields, TailBoxSwitchesTheTailOnAndOff) {
   load("9mm_luger_124");
   toggle(s, "Form3", "TAIL");
   EXPECT_EQ(user.box_keys(), "msg53") << "a flat base has none to switch on";
-  EXPECT_FALSE(field(s, "Form3", "TAIL").checked || s.state.dim.TAIL);
+  EXPECT_FALSE(shown(s, "Form3", "TAIL").checked || s.state.dim.TAIL);
 }
 
 TEST_F(DimensionFields, CoatingLowersTheStartPressure) {
@@ -159,7 +159,7 @@ TEST_F(DimensionFields, CoatingLowersTheStartPressure) {
   user.inputs = {""};
   toggle(s, "Form3", "fproof");
   EXPECT_EQ(user.box_keys(), "msg43 msg44");
-  EXPECT_FALSE(field(s, "Form3", "fproof").checked);
+  EXPECT_FALSE(shown(s, "Form3", "fproof").checked);
   EXPECT_NEAR(s.state.start_pressure, 1.2e6, 1e-6) << "switched off again";
 
   s.state.start_pressure = 0;  // of the bullet; what is shown is what runs

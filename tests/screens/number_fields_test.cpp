@@ -2,7 +2,8 @@
 #include <cmath>
 #include <set>
 
-#include "screens/screen_actions.h"
+#include "screens/all.h"
+#include "session/numbers.h"
 #include "session/started.h"
 #include "text/number.h"
 
@@ -28,32 +29,47 @@ double rounding(const char* pattern) {
   return 0.5000001 * std::pow(10, -static_cast<double>(places));
 }
 
-TEST_F(NumberFields, PartnersFollowInBothDirections) {
-  int pairs = 0;
-  for (const NumberPair& pair : number_pairs()) {
-    if (!pair.imperial.field || pair.read_only) continue;
-    ++pairs;
-    const double held = pair.value(s) == 0 ? 12.5 : pair.value(s);
-    for (const bool from_metric : {true, false}) {
-      const NumberSide& own = from_metric ? pair.metric : pair.imperial;
-      const NumberSide& other = from_metric ? pair.imperial : pair.metric;
-      SCOPED_TRACE(std::string(pair.screen) + "." + own.field);
-      const std::string typed = format_number(shown_value(own.unit, held, s), "0.0000");
-      type(pair.screen, own.field, typed);
-      const double stored = stored_value(own.unit, read_number(typed), s);
-      EXPECT_EQ(pair.value(s), stored);
-      EXPECT_NEAR(field_number(s, pair.screen, other.field), shown_value(other.unit, stored, s),
-                  rounding(other.as_partner));
-      EXPECT_NEAR(field_number(s, pair.screen, own.field), read_number(typed), rounding(own.on_leave));
-      // The partner's text, typed in its turn, gives the same value within its rounding.
-      type(pair.screen, other.field, text(pair.screen, other.field));
-      const double unit = shown_value(own.unit, 1, s) / shown_value(other.unit, 1, s);
-      EXPECT_NEAR(field_number(s, pair.screen, own.field), read_number(typed),
-                  rounding(other.as_partner) * unit * 1.01 + rounding(own.as_partner) +
-                      (own.unit == Unit::fps_of_mps || other.unit == Unit::fps_of_mps ? 0.02 : 0));
+// Calls visit(place) for every number that can be typed into, array fields one by one.
+template <class Visit>
+void each_number(const Session& s, Visit visit) {
+  for (const ScreenSpec* spec : s.program.screens)
+    for (const NumberField& number : spec->numbers)
+      for (int i = number.count > 0 ? 1 : 0; i <= number.count; ++i)
+        if (!number.read_only) visit(NumberPlace{spec->name, &number, 0, i});
+}
+
+// On every screen, in every direction: what is typed is stored, the other fields show it, and each limit
+// counts at both ends.
+TEST_F(NumberFields, EveryFieldStoresWhatItShowsAndKeepsItsLimits) {
+  each_number(s, [&](NumberPlace at) {
+    for (at.side = 0; at.side < at.number->sides.size(); ++at.side) {
+      if (!at.own().field || !shown(s, at.screen, field_of(at, at.side)).enabled) continue;
+      const std::string name = field_of(at, at.side);
+      SCOPED_TRACE(std::string(at.screen) + "." + name);
+      const Unit& unit = *at.own().unit;
+      const Limits limits = limits_of(s, at);
+      const std::string typed = format_number(limits.least + (limits.most - limits.least) / 7, "0.000");
+      focus_field(s, at.screen, name);
+      ASSERT_TRUE(edit_field(s, at.screen, name, typed));
+      EXPECT_DOUBLE_EQ(at.value(s), unit.stored(read_number(typed), s));
+      for (std::size_t k = 0; k < at.number->sides.size(); ++k) {
+        const NumberSide& other = at.number->sides[k];
+        if (!other.field || k == at.side) continue;
+        EXPECT_NEAR(read_number(shown(s, at.screen, field_of(at, k)).text), other.unit->shown(at.value(s), s),
+                    rounding(other.as_partner))
+            << other.field;
+      }
+      for (const auto& [value, good] : {std::pair{limits.most * 1.001 + 1, false},
+                                        {limits.most, true},
+                                        {limits.least, true},
+                                        {limits.least - std::abs(limits.least) * 0.001 - 1, false}}) {
+        edit_field(s, at.screen, name, general(value));
+        EXPECT_EQ(shown(s, at.screen, name).ink == Ink::red, !good) << value;
+      }
+      restore_field(s);
+      leave_field(s, at.screen, name);
     }
-  }
-  EXPECT_EQ(pairs, 16);
+  });
 }
 
 TEST_F(NumberFields, ConversionsAreThoseOfTheTrade) {
@@ -125,21 +141,21 @@ TEST_F(NumberFields, LimitsCountAsSinglePrecision) {
                         {"zul_P1", "217557", true},
                         {"zul_P1", "217558", false}}) {
     type("Form3", c.field, c.typed);
-    const Field& f = field(s, "Form3", c.field);
+    const Field& f = shown(s, "Form3", c.field);
     EXPECT_EQ(f.ink == Ink::red, !c.good) << c.field << " " << c.typed;
     EXPECT_EQ(f.reason.empty(), c.good) << c.field << " " << c.typed;
   }
   set_pressure_unit(s, false);
   type("Form3", "zul_P0", "4150");
-  EXPECT_EQ(field(s, "Form3", "zul_P0").ink, Ink::black) << "15000 bar";
+  EXPECT_EQ(shown(s, "Form3", "zul_P0").ink, Ink::black) << "15000 bar";
   EXPECT_EQ(s.state.dim.zul_P, 415);
 }
 
 TEST_F(NumberFields, OutOfRangeIsRedAtOnceAndToldWhenLeftOrEnteredAgain) {
   focus_field(s, "Form3", "Zkalm");
   edit("Zkalm", "0");
-  EXPECT_EQ(field(s, "Form3", "Zkalm").ink, Ink::red);
-  EXPECT_EQ(field(s, "Form3", "Zkalz").ink, Ink::red) << "the partner too";
+  EXPECT_EQ(shown(s, "Form3", "Zkalm").ink, Ink::red);
+  EXPECT_EQ(shown(s, "Form3", "Zkalz").ink, Ink::red) << "the partner too";
   EXPECT_EQ(user.count("beep"), 0) << "or the second digit would be eaten";
   EXPECT_EQ(s.screens["Form3"].hint, "");
   leave_field(s, "Form3", "Zkalm");
@@ -150,35 +166,36 @@ TEST_F(NumberFields, OutOfRangeIsRedAtOnceAndToldWhenLeftOrEnteredAgain) {
   EXPECT_EQ(user.count("beep"), 2);
   EXPECT_EQ(s.focus.select_length, 1U);
   edit("Zkalm", "7.82");
-  EXPECT_EQ(field(s, "Form3", "Zkalz").ink, Ink::black);
+  EXPECT_EQ(shown(s, "Form3", "Zkalz").ink, Ink::black);
   EXPECT_EQ(s.screens["Form3"].hint, "");
   leave_field(s, "Form3", "Zkalm");
 
   set_text(s, "Form3", "Hlenm", "0");  // written by the program: coloured, but nobody is blamed
   focus_field(s, "Form3", "Hlenm");
-  EXPECT_EQ(field(s, "Form3", "Hlenm").ink, Ink::red);
+  EXPECT_EQ(shown(s, "Form3", "Hlenm").ink, Ink::red);
   leave_field(s, "Form3", "Hlenm");
   EXPECT_EQ(user.count("beep"), 2);
 }
 
 TEST_F(NumberFields, ASlipLeavesNoTrace) {
   s.options.bamint = 0.4, s.options.bamaxt = 0.7;  // within what the powders have
-  refresh_criteria(s);
+  open_screen(s, "FormPsel");
   ASSERT_EQ(recalculate(s), -1);
+  refresh_screens(s);
   const Screens before = s.screens;
   const CalcState state = s.state;
   const LoadData load = s.load;
   const auto same = [&](const char* what) {
     SCOPED_TRACE(what);
     EXPECT_TRUE(s.state == state);
-    EXPECT_TRUE(s.resultsValid);
+    EXPECT_TRUE(s.valid.results);
     EXPECT_EQ(s.load.pulver, load.pulver);
     EXPECT_EQ(s.load.bore_area_stale, load.bore_area_stale);
     for (const char* screen : {"Form3", "Form4", "Form5", "FormPsel"})
       for (const auto& [name, f] : before.find(screen)->second.fields) {
-        EXPECT_EQ(field(s, screen, name).text, f.text) << name;
-        EXPECT_EQ(field(s, screen, name).ink, f.ink) << name;
-        EXPECT_EQ(field(s, screen, name).stale, f.stale) << name;
+        EXPECT_EQ(shown(s, screen, name).text, f.text) << name;
+        EXPECT_EQ(shown(s, screen, name).ink, f.ink) << name;
+        EXPECT_EQ(shown(s, screen, name).stale, f.stale) << name;
       }
   };
   focus_field(s, "Form3", "Hlenm");
@@ -189,14 +206,15 @@ TEST_F(NumberFields, ASlipLeavesNoTrace) {
   EXPECT_FALSE(restore_field(s));
   leave_field(s, "Form3", "Hlenm");
 
-  for (const NumberPair& pair : number_pairs()) {
-    if (pair.read_only || !pair.value || std::string_view(pair.screen) == "FormBorefrict") continue;
-    if (!field(s, pair.screen, pair.metric.field).enabled) continue;
-    EXPECT_TRUE(edit_field(s, pair.screen, pair.metric.field, "1.5"));
+  each_number(s, [&](const NumberPlace& at) {
+    const std::string name = field_of(at, 0);
+    if (!s.screens.find(at.screen)->second.visible && at.screen != "FormPsel") return;
+    if (!shown(s, at.screen, name).enabled) return;
+    EXPECT_TRUE(edit_field(s, at.screen, name, "1.5"));
     EXPECT_TRUE(restore_field(s));
-    same(pair.metric.field);
-    leave_field(s, pair.screen, pair.metric.field);
-  }
+    same(name.c_str());
+    leave_field(s, at.screen, name);
+  });
 
   // Corrected in place of given up: as if typed right at once.
   focus_field(s, "Form3", "Hlenm");
@@ -213,15 +231,15 @@ TEST_F(NumberFields, WhatTheProgramWritesStartsNothing) {
   const CalcState before = s.state;
   user.forget();
   set_text(s, "Form3", "Hlenm", "20");
-  write_pair(s, "Form3", "Plenm");
+  write_number(s, s.state.dim.Plen);
   refresh_all_fields(s);
-  EXPECT_TRUE(s.state == before && s.resultsValid);
+  EXPECT_TRUE(s.state == before && s.valid.results);
   EXPECT_TRUE(user.events.empty());
   EXPECT_FALSE(edit_field(s, "Form3", "Veffm", "3")) << "only shown";
   EXPECT_FALSE(edit_field(s, "Form3", "Wobm", "3"));
   focus_field(s, "Form3", "Plenm");
   leave_field(s, "Form3", "Plenm");
-  EXPECT_TRUE(s.state == before && s.resultsValid) << "passing through changes nothing";
+  EXPECT_TRUE(s.state == before && s.valid.results) << "passing through changes nothing";
 }
 
 TEST_F(NumberFields, EditedPowderIsMarked) {
@@ -233,14 +251,14 @@ TEST_F(NumberFields, EditedPowderIsMarked) {
 }
 
 TEST_F(NumberFields, ChargeMovesTheLoadingRatioAndEndsTheQuestionForIt) {
-  s.askCharge = true;
+  s.valid.ask_charge = true;
   type("Form4", "MPgn", "0");
-  EXPECT_TRUE(s.askCharge);
+  EXPECT_TRUE(s.valid.ask_charge);
   EXPECT_EQ(text("Form4", "fill"), "0") << "no powder is no unknown";
   type("Form4", "MPgm", "2.5");
-  EXPECT_FALSE(s.askCharge);
+  EXPECT_FALSE(s.valid.ask_charge);
   EXPECT_EQ(text("Form4", "fill"),
-            format_number(100 * 2.5 / (s.state.bulkdn * field_number(s, "Form3", "Veffm")), "0.0"));
+            format_number(100 * 2.5 / (s.state.bulkdn * shown_number(s, s.state.dim.Veff)), "0.0"));
   type("Form4", "bulkdn", "0");
   EXPECT_EQ(text("Form4", "fill"), "?????");
   EXPECT_EQ(s.state.fill, 0);

@@ -40,7 +40,7 @@ TEST_F(OutputWindow, ShowsTheRunAndMarksItWhenStale) {
     const double charge = s.state.chargeGr, limit = s.state.dim.zul_P;
     const Options options = s.options;
     pick("Form3", "HVolDat", ".223 Remington");
-    s.state.bulkdn *= 2, s.state.schrit = 2, s.state.dim.zul_P = 0, s.strategy = 3;
+    s.state.bulkdn *= 2, s.state.schrit = 2, s.state.dim.zul_P = 0, s.tables.strategy = 3;
     s.options.maxtab = 111, s.options.lv_min = 33, s.options.ldstep = 7, s.options.batols = 15;
     EXPECT_TRUE(output_stale(s)) << mode;
     EXPECT_TRUE(output_text(s).ends_with(before)) << "the old figures under the old names: " << mode;
@@ -50,8 +50,8 @@ TEST_F(OutputWindow, ShowsTheRunAndMarksItWhenStale) {
     EXPECT_FALSE(command_enabled(s, *find_command("toexcel"))) << "nothing stale leaves in a file";
     EXPECT_TRUE(output_tsv(s).starts_with(s.language.fastmsg("fobsol0"))) << "also where it is copied to";
     s.state.chargeGr = charge, s.state.bulkdn /= 2, s.state.schrit = 0, s.state.dim.zul_P = limit;
-    s.options = options, s.strategy = 0;
-    s.resultsValid = s.load_table.table_valid = s.powder_table.table_valid = true;
+    s.options = options, s.tables.strategy = 0;
+    s.valid.results = s.valid.load_table = s.valid.powder_table = true;
   }
   SetDisplayMode(s, 2);
   output_switch(s);
@@ -93,13 +93,13 @@ TEST_F(OutputWindow, AClickBesideAnAxisFitsTheLoadAndCanBeUndone) {
     ASSERT_TRUE(wanted.has_value());
     EXPECT_FALSE(click_output(s, f, {f.left + 50, f.bottom - 50})) << "inside the plot";
     ASSERT_TRUE(click_output(s, f, at));
-    EXPECT_TRUE(s.resultsValid);
-    EXPECT_TRUE(field(s, "frmMAIN", "status_line").text.starts_with(s.language.fastmsg("ffitted")));
+    EXPECT_TRUE(s.valid.results);
+    EXPECT_TRUE(shown(s, "frmMAIN", "status_line").text.starts_with(s.language.fastmsg("ffitted")));
     if (wanted->mode != 2) {
       EXPECT_NEAR(band.value(s), wanted->value, 0.0005 * wanted->value);
     }
     undo_fit(s);
-    EXPECT_FALSE(s.resultsValid);
+    EXPECT_FALSE(s.valid.results);
     EXPECT_EQ(s.state.chargeGr, before.chargeGr);
     EXPECT_EQ(s.state.dim, before.dim);
     ASSERT_EQ(recalculate(s), -1);
@@ -108,7 +108,7 @@ TEST_F(OutputWindow, AClickBesideAnAxisFitsTheLoadAndCanBeUndone) {
 
 TEST_F(OutputWindow, ChosenColoursStandForThoseOfThePalette) {
   const Colour green{0, 120, 0, 255}, blue{0, 0, 200, 255};
-  s.colours = {.paper = {}, .left = green, .right = blue};
+  s.output.colours = {.paper = {}, .left = green, .right = blue};
   s.options.grftyp = 6;
   EXPECT_EQ(diagram_options(s).colours.pressure, green);
   EXPECT_EQ(diagram_options(s).colours.velocity, blue);
@@ -136,17 +136,17 @@ TEST_F(OutputWindow, ASectionEndsWithItsShotAndItsAxes) {
                {"input", [&] { type("Form4", "MPgn", "40"); }, true}};
   SetDisplayMode(s, 3);
   for (const auto& c : cases) {
-    s.diagram_view = part;
+    s.output.view = part;
     c.change();
-    EXPECT_EQ(s.diagram_view == part, c.stays) << c.what;
-    EXPECT_EQ(is_whole(s.diagram_view), !c.stays) << c.what;
+    EXPECT_EQ(s.output.view == part, c.stays) << c.what;
+    EXPECT_EQ(is_whole(s.output.view), !c.stays) << c.what;
   }
-  s.diagram_view = {};
+  s.output.view = {};
   EXPECT_FALSE(move_output(s, 0.1, 0.1));
   zoom_output(s, 3);
-  EXPECT_NEAR(s.diagram_view.x.from + s.diagram_view.x.to, 1, 1e-12);
+  EXPECT_NEAR(s.output.view.x.from + s.output.view.x.to, 1, 1e-12);
   while (move_output(s, 0.1, 0.1)) continue;
-  EXPECT_EQ(s.diagram_view.x.to, 1);
+  EXPECT_EQ(s.output.view.x.to, 1);
   const Diagram exported = output_diagram(s, 700, 500, estimated_text_width);
   EXPECT_GT(exported.frame.x_from, 0) << "what is exported is what is seen";
 }
@@ -159,7 +159,7 @@ TEST_F(OutputWindow, TellsWhichLinesHeadItsColumns) {
     EXPECT_EQ(output_text_view(s).head_lines, 0) << mode << ": nothing there yet";
     ASSERT_EQ(recalculate(s), -1);
     for (const bool stale : {false, true}) {
-      s.resultsValid = s.load_table.table_valid = s.powder_table.table_valid = !stale;
+      s.valid.results = s.valid.load_table = s.valid.powder_table = !stale;
       const OutputText view = output_text_view(s);
       std::vector<std::string> lines(1);
       for (const char c : view.text) c == '\n' ? void(lines.emplace_back()) : void(lines.back() += c);

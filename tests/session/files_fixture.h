@@ -8,8 +8,16 @@
 #include <vector>
 
 #include "data/temp_folder.h"
-#include "session/files.h"
+#include "screens/all.h"
+#include "session/data_sets.h"
+#include "session/file_names.h"
+#include "session/language_switch.h"
+#include "session/loads.h"
+#include "session/message.h"
+#include "session/record_lists.h"
 #include "session/recording_user.h"
+#include "session/settings.h"
+#include "session/start.h"
 #include "text/file.h"
 
 namespace tv_test {
@@ -31,7 +39,7 @@ struct FileUser : RecordingUser {
 
 struct Program {
   FileUser user;
-  tv::Session s{user};
+  tv::Session s{user, tv::the_program()};
   bool started = false;
 
   tv::RecordTable& table(tv::RecordKind kind) { return s.set(kind).file.table; }

@@ -1,6 +1,11 @@
 // Start, end, settings and languages, on homes in every state.
-#include "session/driver.h"
+#include "session/dimensions.h"
 #include "session/files_fixture.h"
+#include "session/input_check.h"
+#include "session/results_panel.h"
+#include "session/run.h"
+#include "session/tables.h"
+#include "session/take_records.h"
 
 using namespace tv;
 
@@ -28,7 +33,7 @@ TEST_F(Home, AnEmptyOneStartsOnTheDeliveredData) {
   EXPECT_EQ(p->keys(), "");
   EXPECT_TRUE(folder_exists(home()));
   EXPECT_GT(p->table(RecordKind::bullets).last(), 50);
-  EXPECT_EQ(field(p->s, "Form3", "Bnam").items.size(), p->table(RecordKind::bullets).rows.size());
+  EXPECT_EQ(shown(p->s, "Form3", "Bnam").items.size(), p->table(RecordKind::bullets).rows.size());
   EXPECT_EQ(p->s.set(RecordKind::bullets).caption, p->s.language.fastmsg("flbul") + "ternofw");
   EXPECT_EQ(p->s.language.name(), "english");
   EXPECT_NE(read("ternofw.xmt").find("bfile="), std::string::npos);
@@ -129,12 +134,12 @@ TEST_F(Home, OneOptionIsWrittenAloneAndFormerSectionsAreLeft) {
   const auto p = start();
   EXPECT_EQ(read_sectioned(at("ternofw.set"), CodePage::cp1252).get("constants", "pri_font_siz"), "9");
   EXPECT_EQ(p->s.options.grftyp, 6);
-  EXPECT_TRUE(p->s.imperial_view);
+  EXPECT_TRUE(p->s.output.imperial);
   const std::string before = read("ternofw.set");
   p->s.options.batols = 10;
   p->s.options.nowarn = true;
-  EXPECT_TRUE(write_option(p->s, "batols"));
-  EXPECT_FALSE(write_option(p->s, "no such key"));
+  EXPECT_TRUE(store_option(p->s, "batols"));
+  EXPECT_FALSE(store_option(p->s, "no such key"));
   std::string expected = before;
   expected.insert(expected.find("odd line\n") + 9, "batols= 10\n");
   EXPECT_EQ(read("ternofw.set"), expected);
@@ -173,7 +178,6 @@ TEST_F(Home, DamagedSettingsGiveTheDefaults) {
     EXPECT_EQ(p->s.options.filcnt, 8);
     EXPECT_EQ(p->s.options.batols, 5);
     EXPECT_TRUE(p->s.options.metyes);
-    EXPECT_FALSE(p->s.update_suspended);
     settings_save(p->s);
     EXPECT_EQ(p->keys(), "");
   }
@@ -186,7 +190,7 @@ TEST_F(Home, ThatCannotBeWrittenIsToldOncePerSave) {
   EXPECT_EQ(p->keys(), "");
   settings_save(p->s);
   EXPECT_EQ(p->keys(), "msg420");
-  EXPECT_FALSE(write_options(p->s, {"metyes", "mpayes"}, true));
+  EXPECT_FALSE(store_options(p->s, {"metyes", "mpayes"}, true));
   EXPECT_EQ(p->keys(), "msg420");
   language_switch(p->s, "german");
   EXPECT_EQ(p->keys(), "msg420");
@@ -210,7 +214,7 @@ TEST_F(Home, IsNotEvenMadeWhenNothingIsToBeWritten) {
   const std::string before = read("ternofw.set");
   auto p = start(program(false));
   EXPECT_TRUE(p->started);
-  write_option(p->s, "metyes");
+  store_option(p->s, "metyes");
   recent_add(p->s, "/a/b.dat");
   save_current_load(p->s);
   write_transfer_file(p->s);
@@ -292,9 +296,9 @@ TEST_F(Home, ALanguageChangesTextsAndNeverFiles) {
     language_switch(p->s, language);
     EXPECT_EQ(p->s.language.name(), language);
     EXPECT_EQ(saved(), first) << language;
-    EXPECT_EQ(field(p->s, "Form3", "HVolDat").text, p->s.load.pattyp);
-    EXPECT_EQ(field(p->s, "Form3", "Bnam").items.size(), 1u);
-    EXPECT_EQ(field(p->s, "Form4", "MPgn").text, "12.3");
+    EXPECT_EQ(shown(p->s, "Form3", "HVolDat").text, p->s.load.pattyp);
+    EXPECT_EQ(shown(p->s, "Form3", "Bnam").items.size(), 1u);
+    EXPECT_EQ(shown(p->s, "Form4", "MPgn").text, "12.3");
     EXPECT_EQ(p->s.set(RecordKind::bullets).caption.find(p->s.language.fastmsg("flbul")), 0u);
   }
   EXPECT_EQ(p->s.load.pattyp, latin);

@@ -10,9 +10,15 @@
 #include <string>
 #include <vector>
 
-#include "session/user.h"
+#include "session/session.h"
 
 namespace tv_test {
+
+// A field as a person would see it now.
+inline tv::Field& shown(tv::Session& s, std::string_view screen, std::string_view name) {
+  tv::refresh_screens(s);
+  return tv::field(s, screen, name);
+}
 
 class RecordingUser : public tv::User {
 public:

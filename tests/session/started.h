@@ -8,10 +8,23 @@
 
 #include "data/temp_folder.h"
 #include "geometry/dimensions.h"
-#include "screens/entry.h"
-#include "session/driver.h"
-#include "session/files.h"
+#include "screens/all.h"
+#include "session/data_sets.h"
+#include "session/dimensions.h"
+#include "session/entry.h"
+#include "session/file_names.h"
+#include "session/input_check.h"
+#include "session/language_switch.h"
+#include "session/loads.h"
+#include "session/message.h"
+#include "session/record_lists.h"
 #include "session/recording_user.h"
+#include "session/results_panel.h"
+#include "session/run.h"
+#include "session/settings.h"
+#include "session/start.h"
+#include "session/tables.h"
+#include "session/take_records.h"
 
 namespace tv_test {
 
@@ -27,13 +40,17 @@ protected:
     user.forget();
   }
 
-  const std::string& text(const char* screen, const char* name) { return tv::field(s, screen, name).text; }
+  const std::string& text(const char* screen, const char* name) {
+    tv::refresh_screens(s);
+    return tv::field(s, screen, name).text;
+  }
 
   static std::string example(const std::string& name) {
     return std::string(TV_SHARE_DIR) + "/data/loads/" + name + ".dat";
   }
   void load(const std::string& name) {
     ASSERT_TRUE(tv::load_read(s, example(name)));
+    tv::refresh_screens(s);
     user.forget();
   }
   int row(tv::RecordKind kind, const std::string& name) {
@@ -64,7 +81,7 @@ protected:
 
   TempFolder root;
   RecordingUser user;
-  tv::Session s{user};
+  tv::Session s{user, tv::the_program()};
 };
 
 }  // namespace tv_test

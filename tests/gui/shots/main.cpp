@@ -43,7 +43,7 @@ void shoot_modal(const QString& file, Run run) {
   run();
 }
 
-void shoot_all(Program& program, const QString& folder, const Look& look) {
+void shoot_all(Running& program, const QString& folder, const Look& look) {
   QApplication::setPalette(look.palette);
   Desk& desk = *program.desk;
   Session& s = program.session;
@@ -103,7 +103,7 @@ int main(int argc, char** argv) {
   const QString scale = app.devicePixelRatio() > 1 ? "-2x" : "";
   const tv::Look looks[] = {{scale, light}, {"-dark" + scale, tv::dark_palette()}};
   const tv::Home home;
-  tv::Program program(home);
+  tv::Running program(home);
   if (!program.started) return 1;
   app.setStyle(new tv::ProgramStyle(program.session, QStyleFactory::create("Fusion")));
   program.session.sound = false;

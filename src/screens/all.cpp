@@ -1,0 +1,36 @@
+#include "screens/all.h"
+
+#include "screens/commands.h"
+#include "session/session.h"
+
+namespace tv {
+
+extern const ScreenSpec kFrmMain, kForm2, kForm3, kForm4, kForm5, kForm7, kFormBorefrict, kFrmFast, kFormPsel,
+    kFormGetInput, kFrmHelp, kFrmPic;
+
+namespace {
+
+// One line a screen. Where a value is shown on several screens, the focus goes to the first.
+constexpr const ScreenSpec* kScreens[] = {
+    &kFrmMain,        //
+    &kForm2,          //
+    &kForm3,          //
+    &kForm4,          //
+    &kForm5,          //
+    &kForm7,          //
+    &kFormBorefrict,  //
+    &kFrmFast,        //
+    &kFormPsel,       //
+    &kFormGetInput,   //
+    &kFrmHelp,        //
+    &kFrmPic,         //
+};
+
+}  // namespace
+
+const Program& the_program() {
+  static constexpr Program kProgram{kScreens, run_shortcut};
+  return kProgram;
+}
+
+}  // namespace tv

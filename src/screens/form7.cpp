@@ -1,0 +1,142 @@
+// Form7: diagrams, point list and tables in one place.
+#include "screens/all.h"
+#include "screens/output_window.h"
+#include "session/entry.h"
+#include "session/run.h"
+#include "session/tables.h"
+
+namespace tv {
+namespace {
+
+constexpr const char* kName = "Form7";
+
+// Where the pointer is, and what it has begun.
+struct State {
+  struct Press {
+    Point at;
+    DiagramFrame frame;
+    DiagramView view;
+    bool dragged = false;
+  };
+  std::optional<Press> press;
+  std::optional<Point> pointer;
+  ReadOut told;
+};
+
+constexpr Row kPlace[] = {{RowShape::block, nullptr, {surface("Pict1")}},
+                          {RowShape::block, nullptr, {Place{"Text1", ControlKind::view}}}};
+constexpr Row kReadOut[] = {{RowShape::bare, nullptr, {display("x1"), display("y1"), display("y2")}}};
+constexpr Group kForm[] = {{nullptr, 0, kPlace}, {nullptr, 0, kReadOut}};
+
+Diagram diagram(const Session& s, const Extent& e) {
+  return output_diagram(s, e.width, e.height, e.text_width, e.dark);
+}
+
+// What stands at the pointer now; figures that have changed since are read anew.
+void read(Session& s, const Extent& e) {
+  State& state = own<State>(s, kName);
+  state.told = {};
+  if (!state.pointer || !s.shown.any || (state.press && state.press->dragged)) return;
+  const DiagramRun run{&s.shown.state, &s.curve, &s.result};
+  if (const auto told = read_out(diagram(s, e).frame, diagram_options(s), run, *state.pointer))
+    state.told = *told;
+}
+
+DrawList draw(const Session& s, const Extent& e) {
+  DrawList list = diagram(s, e).list;
+  const ReadOut& told = own<State>(s, kName).told;
+  if (!told.on_curve.empty()) {
+    const DrawList marks = read_out_marks(diagram_options(s, e.dark), told);
+    list.items.insert(list.items.end(), marks.items.begin(), marks.items.end());
+  }
+  return list;
+}
+
+void press_at(Session& s, Point at, const Extent& e) {
+  own<State>(s, kName).press = State::Press{at, diagram(s, e).frame, s.output.view, false};
+}
+
+// The picture follows a drag inside the plot; where there is nothing to move this is no click any more all
+// the same.
+void drag_to(Session& s, Point at) {
+  State& state = own<State>(s, kName);
+  if (!state.press) return;
+  state.press->dragged = true;
+  const State::Press& press = *state.press;
+  if (!inside_plot(press.frame, press.at) || is_whole(press.view)) return;
+  s.output.view = drag_view(press.frame, press.view, press.at, at);
+  outputs_changed(s);
+}
+
+// A click counts on release: beside an axis it fits the load, on the legend it picks or hides a curve.
+void release_at(Session& s, Point at, const Extent& e) {
+  State& state = own<State>(s, kName);
+  const bool clicked = state.press && !state.press->dragged;
+  state.press.reset();
+  if (!clicked) return;
+  const Diagram shown = diagram(s, e);
+  if (const LegendHit hit = legend_hit(shown, at); hit.curve)
+    click_legend(s, hit);
+  else
+    click_output(s, shown.frame, at);
+  outputs_changed(s);
+}
+
+void double_click_at(Session& s, Point at, const Extent& e) {
+  if (inside_plot(diagram(s, e).frame, at))
+    output_switch(s);
+  else
+    press_at(s, at, e);  // two quick clicks
+}
+
+void pointer(Session& s, const Pointer& p, const Extent& e) {
+  State& state = own<State>(s, kName);
+  state.pointer = p.at;
+  switch (p.what) {
+    case Pointer::What::press:
+      press_at(s, p.at, e);
+      break;
+    case Pointer::What::drag:
+      drag_to(s, p.at);
+      break;
+    case Pointer::What::release:
+      release_at(s, p.at, e);
+      break;
+    case Pointer::What::double_click:
+      double_click_at(s, p.at, e);
+      break;
+    case Pointer::What::wheel:
+      if (!state.press) zoom_output(s, diagram(s, e).frame, p.at, p.turns);
+      outputs_changed(s);
+      break;
+    case Pointer::What::away:
+      state.pointer.reset();
+      state.press.reset();
+      break;
+    case Pointer::What::move:
+      break;
+  }
+  read(s, e);
+}
+
+constexpr Surface kSurfaces[] = {{"Pict1", draw, pointer}};
+
+void refresh(Session& s) {
+  const ReadOut& told = own<State>(s, kName).told;
+  set_text(s, kName, "x1", told.x);
+  set_text(s, kName, "y1", told.y1);
+  set_text(s, kName, "y2", told.y2);
+}
+
+}  // namespace
+
+extern const ScreenSpec kForm7{.name = kName,
+                               .section = "form7",
+                               .shape = ScreenShape::child,
+                               .role = Role::output,
+                               .form = kForm,
+                               .surfaces = kSurfaces,
+                               .refresh = refresh,
+                               .key = output_key};
+
+}  // namespace tv

@@ -1,0 +1,70 @@
+// What a person can do on a screen, each one function: focus, type, leave, press, pick, toggle, choose, move
+// a bar or the pointer. After the outermost of them every screen writes its fields anew. So every screen
+// works, and is tested, without a window.
+#pragma once
+
+#include <string_view>
+
+#include "session/session.h"
+
+namespace tv {
+
+// Something a person does, however far it reaches: the screens are refreshed once, when the outermost ends.
+class Action {
+public:
+  explicit Action(Session& s) : s_(s) { ++s_.action_depth; }
+  Action(const Action&) = delete;
+  Action& operator=(const Action&) = delete;
+  ~Action() {
+    if (--s_.action_depth == 0) refresh_screens(s_);
+  }
+
+private:
+  Session& s_;
+};
+
+// All give false if there is no such control on the screen, or it cannot be used now.
+
+// The field takes the focus: its limits come into force, its text is checked and selected.
+bool focus_field(Session& s, std::string_view screen, std::string_view name);
+// The user has edited the text of the field that has the focus; it stands in the record and its partners
+// follow.
+bool edit_field(Session& s, std::string_view screen, std::string_view name, std::string_view text);
+// The field loses the focus: it takes its own format, an out-of-range value beeps and hints.
+bool leave_field(Session& s, std::string_view screen, std::string_view name);
+void leave_focus(Session& s);  // whatever field is in use
+// Escape in a number field: the texts and the values it had when it got the focus. False: nothing to restore.
+bool restore_field(Session& s);
+// Focus, select all, the text key by key (as the key filter lets it pass), leave.
+bool type_text(Session& s, std::string_view screen, std::string_view name, std::string_view text);
+
+bool press(Session& s, std::string_view screen, std::string_view button);
+bool pick(Session& s, std::string_view screen, std::string_view list,
+          int index);  // index into the list's items
+bool toggle(Session& s, std::string_view screen, std::string_view box);
+bool choose(Session& s, std::string_view screen, std::string_view group, int n);  // option n of a group
+bool key(Session& s, std::string_view screen, std::string_view key);  // "Shift+Up", "F5", "Escape"
+
+BarPlace bar_place(const Session& s, std::string_view screen, std::string_view bar);
+bool move_bar(Session& s, std::string_view screen, std::string_view bar, int position);
+
+// What the pointer does on a drawing surface of that size.
+bool point_at(Session& s, std::string_view screen, std::string_view surface, const Pointer& pointer,
+              const Extent& extent);
+const Surface* find_surface(const Session& s, std::string_view screen, std::string_view surface);
+
+bool open_screen(Session& s, std::string_view screen);   // fills its fields and shows it
+bool close_screen(Session& s, std::string_view screen);  // as its close button or Escape does
+void hide_screen(Session& s, std::string_view screen);   // nothing but that
+
+// A text that a screen shows; the user's own typing stands as long as he is at it.
+void show_text(Session& s, std::string_view screen, std::string_view name, std::string_view text);
+
+// What the key filter of number fields lets stand: at most 18 characters, digits, one leading "-", one point
+// (a comma must have been turned into one), and a number that does not overflow. The empty text may stand.
+bool number_text_ok(std::string_view would_be);
+
+// A typed character that the code page of the files does not have is dropped at entry.
+std::string drop_foreign(const Session& s, std::string_view text);
+
+}  // namespace tv

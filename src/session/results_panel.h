@@ -1,0 +1,11 @@
+// The results panel: figures and notes of the last run, made once and kept with it.
+#pragma once
+
+#include "session/session.h"
+
+namespace tv {
+
+void show_panel(Session& s);   // from the last run, in the language in force
+void clear_panel(Session& s);  // no run: no figures
+
+}  // namespace tv

@@ -1,0 +1,216 @@
+#include "session/run.h"
+
+#include <array>
+#include <ctime>
+
+#include "geometry/dimensions.h"
+#include "session/dimensions.h"
+#include "session/input_check.h"
+#include "session/loads.h"
+#include "session/message.h"
+#include "session/numbers.h"
+#include "session/results_panel.h"
+#include "session/tables.h"
+#include "text/number.h"
+
+namespace tv {
+namespace {
+
+void note_inputs_of_run(Session& s, const ShotOutcome& outcome) {
+  static constexpr std::array kMonths{"Jan", "Feb", "Mar", "Apr", "May", "Jun",
+                                      "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
+  const std::time_t now = std::time(nullptr);
+  std::tm local{};
+  localtime_r(&now, &local);
+  std::array<char, 16> clock{};
+  std::strftime(clock.data(), clock.size(), "%H:%M:%S", &local);
+  s.shown.any = true;
+  s.shown.state = s.state;
+  s.shown.load = s.load;
+  s.shown.outcome = outcome;
+  s.shown.block = data_block(s);
+  s.shown.charge_g = shown_number(s, s.state.chargeGr);
+  s.shown.Veff_cm3 = shown_number(s, s.state.dim.Veff);
+  s.shown.date = std::to_string(local.tm_mday) + "-" + kMonths[static_cast<std::size_t>(local.tm_mon)] + "-" +
+                 std::to_string(1900 + local.tm_year);
+  s.shown.time = clock.data();
+}
+
+// What the user is told of a run that did not finish.
+void tell_end(Session& s, const ShotOutcome& outcome) {
+  switch (outcome.end) {
+    case ShotEnd::kEff_one:
+      warn(s, MessageText(s).msg(150), false);
+      bring_to_front(s, Role::powder);
+      break;
+    case ShotEnd::too_many_steps:
+      warn(s, MessageText(s).msg(152), false, std::string(kProgramName) + " " + s.language.msg(75));
+      break;
+    case ShotEnd::stuck:
+      warn(s, MessageText(s).msg(134).line().msg(135).line().msg(136).line().msg(137), true,
+           std::string(kProgramName) + ": " + s.language.msg(75));
+      break;
+    case ShotEnd::failed: {
+      MessageText text(s);
+      text.msg(102).line().add(s.language.failure(outcome.failure)).line();
+      const int first = 155;
+      text.msg(first).line().msg(first + 1).line().msg(158);
+      warn(s, text, false,
+           std::string(kProgramName) + ": " + stage_name(outcome.stage) + " - Nr." +
+               std::to_string(outcome.failure));
+      break;
+    }
+    case ShotEnd::no_space:
+    case ShotEnd::finished:
+      break;
+  }
+}
+
+void show_end(Session& s, const ShotOutcome& outcome) {
+  if (outcome.end == ShotEnd::no_space) return;
+  note_inputs_of_run(s, outcome);
+  show_whole_diagram(s);
+  show_panel(s);
+  s.shown.failed = !outcome.ok();
+}
+
+// One interactive shot with the panel live.
+int run_single(Session& s) {
+  s.valid.results = false;
+  s.user->busy(true);
+  s.shown.running = s.shown.failed = true;
+  bring_to_front(s, Role::results);
+  ShotOutcome outcome = runShot(s.state, s.curve, s.result);
+  s.shown.outcome = outcome;
+  s.shown.running = false;
+  s.user->busy(false);
+  tell_end(s, outcome);
+  show_end(s, outcome);
+  s.valid.results = outcome.ok();
+  return outcome.ok() ? -1 : 0;
+}
+
+void open_output(Session& s) { bring_to_front(s, Role::output); }
+
+// A powder table that is on show has been made: the next run begins with a diagram again.
+bool powder_table_waits(const Session& s) {
+  return s.mode() == DisplayMode::powder_table && !s.tables.powder_shown;
+}
+
+// The checks that both ways to a calculation share, between set-up and run.
+bool start_pressure_refused(Session& s) {
+  if (start_pressure_accepted(s)) {
+    refresh_fill(s);
+    return false;
+  }
+  return true;
+}
+
+void end_first_run(Session& s) {
+  s.firstRun = false;
+  hide_screen(s, Role::quick_start);
+}
+
+}  // namespace
+
+void setResultsValid(Session& s, bool valid) {
+  s.valid.results = valid;
+  if (!valid) s.valid.load_table = s.valid.powder_table = false;
+  outputs_changed(s);
+}
+
+void setStep(Session& s, int step) {
+  if (step == s.state.schrit) return;
+  setResultsValid(s, false);
+  s.state.schrit = s.options.schrit = step >= 0 && step <= 2 ? step : 0;
+}
+
+int recalculate(Session& s) {
+  if (s.firstRun) end_first_run(s);
+  transferInputs(s);
+  if (!s.inputsOk) return 0;
+  convertUnits(s.state);
+  prepare_shot_checked(s);
+  if (!s.inputsOk || start_pressure_refused(s)) return 0;
+  return runAndShow(s);
+}
+
+void Patdef(Session& s) {
+  transferInputs(s);
+  if (!s.inputsOk) return;
+  convertUnits(s.state);
+  if (s.firstRun) {
+    end_first_run(s);
+    return focus_number(s, s.state.chargeGr, 1);
+  }
+  prepare_shot_checked(s);
+  if (!s.inputsOk || start_pressure_refused(s)) return;
+  if (powder_table_waits(s) || !s.valid.ask_charge) {
+    runAndShow(s);
+    return open_output(s);
+  }
+  s.valid.ask_charge = false;
+  focus_number(s, s.state.chargeGr, 1);
+}
+
+namespace {
+
+int run_by_mode(Session& s) {
+  if (s.mode() == DisplayMode::load_table) {
+    run_load_table(s);
+    return -1;
+  }
+  if (powder_table_waits(s)) {
+    run_powder_table(s);
+    return -1;
+  }
+  const int answer = run_single(s);
+  if (answer) write_transfer_file(s);
+  setResultsValid(s, answer != 0);
+  return answer;
+}
+
+}  // namespace
+
+int runAndShow(Session& s) {
+  if (s.tables.powder_shown) SetDisplayMode(s, 3);
+  save_current_load(s);
+  if (!s.valid.results) s.valid.load_table = s.valid.powder_table = false;
+  const int answer = run_by_mode(s);
+  if (s.options.atiles && s.hooks.window_command) s.hooks.window_command(s, "arrng_wins");
+  return answer;
+}
+
+bool run_shown_shot(Session& s) { return prepareShot(s.state) == SetUp::ok && run_single(s) != 0; }
+
+DataBlock data_block(const Session& s) {
+  const CartridgeDimensions& d = s.state.dim;
+  const auto text = [&](const double& value, int side) { return shown_text(s, value, side); };
+  return {.cartridge = s.load.pattyp,
+          .bullet = s.load.bultyp,
+          .powder = s.load.pulver,
+          .coated = s.load.fproof,
+          .Veffz = text(d.Veff, 1),
+          .Veffm = text(d.Veff, 0),
+          .Plenz = text(d.Plen, 1),
+          .Plenm = text(d.Plen, 0),
+          .Llenz = text(d.Llen, 1),
+          .Llenm = text(d.Llen, 0),
+          .MPgn = text(s.state.chargeGr, 1),
+          .MPgm = text(s.state.chargeGr, 0)};
+}
+
+void show_whole_diagram(Session& s) { s.output.view = {}; }
+
+void SetDisplayMode(Session& s, int type) {
+  s.output.as_text = false;
+  if (type != s.options.grftyp) {
+    s.output.hidden = {};
+    show_whole_diagram(s);
+  }
+  s.options.grftyp = type;
+  s.tables.powder_shown = false;
+  outputs_changed(s);
+}
+
+}  // namespace tv

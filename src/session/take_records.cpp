@@ -1,0 +1,209 @@
+#include "session/take_records.h"
+
+#include <cmath>
+
+#include "geometry/dimensions.h"
+#include "session/dimensions.h"
+#include "session/file_names.h"
+#include "session/numbers.h"
+#include "session/record_lists.h"
+#include "session/run.h"
+#include "text/file.h"
+#include "text/number.h"
+
+namespace tv {
+namespace {
+
+constexpr double kCalibreTolerance = 0.0025;  // inch
+
+// Rows 1 to 5; the first without a coefficient ends the list.
+std::vector<Coefficient> coefficients_of(const RecordTable& table, int row) {
+  std::vector<Coefficient> list;
+  for (int i = 0; i < 5; ++i) {
+    const Coefficient c{table.number(row, bullet_field::mulbc1 + i),
+                        i < 4 ? table.number(row, bullet_field::trvel1 + i) : 0};
+    if (!(c.bc > 0)) break;
+    list.push_back(c);
+  }
+  return list;
+}
+
+void take_coefficients(Session& s, const RecordTable& table, int row) {
+  const double single = table.number(row, bullet_field::c1icao);
+  s.load.c1icao = single == 0 ? 9.9 : single;
+  s.load.coefficients = coefficients_of(table, row);
+  if (s.load.coefficients.empty()) {
+    s.load.coefficients = {{s.load.c1icao, 0}};
+    return;
+  }
+  if (s.load.coefficients.size() < 5) s.load.coefficients.back().velocity = 0;
+  s.load.c1icao = s.load.coefficients.front().bc;
+}
+
+void take_own_start_pressure(Session& s, double pascal) {
+  s.load.start_press_set = pascal >= 1000000;
+  s.state.start_pressure = s.load.start_press_set ? pascal : 0;
+  if (s.load.start_press_set) write_number(s, s.state.start_pressure);
+}
+
+void take_case_body(Session& s, const RecordTable& table, int row) {
+  double LoadData::*const body[] = {&LoadData::l1_in, &LoadData::l2_in, &LoadData::Ri_in, &LoadData::R1_in,
+                                    &LoadData::P1_in, &LoadData::P2_in, &LoadData::H1_in, &LoadData::H2_in};
+  int field_number = cartridge_field::l1_in;
+  for (const auto member : body) s.load.*member = table.number(row, field_number++);
+  s.load.Shape = to_int(table.number(row, cartridge_field::Shape));
+  s.load.caswht = table.number(row, cartridge_field::caswht);
+  const std::string& bore = table.cell(row, cartridge_field::bore);
+  double LoadData::*const rifling[] = {&LoadData::ZD_in, &LoadData::ZB_in, &LoadData::FD_in,
+                                       &LoadData::FB_in};
+  int piece = 0;
+  for (const auto member : rifling) s.load.*member = read_number(bore_piece(bore, piece++));
+  s.load.ZZ_no = to_int(read_number(bore_piece(bore, 4)));
+  s.load.Polyg = to_int(read_number(bore_piece(bore, 5)));
+}
+
+void take_picture(Session& s, std::string_view name) {
+  const std::string trimmed{trim(name)};
+  const bool there = !trimmed.empty() && file_exists(data_path(s, "data/pictures/" + trimmed));
+  s.picture = there ? trimmed : std::string();
+}
+
+// A bullet without a start pressure of its own leaves it to the case: short ones hold it less.
+void default_start_pressure(Session& s) {
+  if (s.state.start_pressure < 5000000) {
+    s.state.start_pressure = s.state.dim.Hlen >= 1.3 ? 25000000 : 15000000;
+    s.load.start_press_set = true;
+  }
+}
+
+void begin_new_load(Session& s) {
+  s.load.commen.clear();
+  s.options.labfil = file_folder(s.options.labfil) + "*.";
+  for (auto note :
+       {&LoadData::primer, &LoadData::PrimerLot, &LoadData::BulletLot, &LoadData::PowderLot,
+        &LoadData::CaseMfg, &LoadData::MuzzleVel_meas, &LoadData::MVel_meas_std, &LoadData::MVel_meas_unit,
+        &LoadData::Press_meas, &LoadData::Press_meas_std, &LoadData::Press_meas_unit})
+    (s.load.*note).clear();
+}
+
+void write_cartridge(Session& s) {
+  const CartridgeDimensions& d = s.state.dim;
+  write_number(s, d.Hlen, {"0.00", "0.000"});
+  write_number(s, d.Zkal, {"0.00", "0.000"});
+  write_number(s, d.qfq, {"#.00#", "#.000###"});
+  write_number(s, d.Volf, {"0.000", "0.00"});
+  write_number(s, d.Plen, {"0.00", "0.000"});
+  write_number(s, d.sebf, {"0.0#"});
+}
+
+struct PowderValue {
+  double CalcState::*value;
+  int field;
+};
+constexpr PowderValue kPowder[] = {
+    {&CalcState::Exw, powder_field::Exw},     {&CalcState::Kap, powder_field::Kap},
+    {&CalcState::Pdens, powder_field::Pdens}, {&CalcState::bulkdn, powder_field::bulkdn},
+    {&CalcState::Ba0, powder_field::Ba0},     {&CalcState::Limz1, powder_field::Limz1},
+    {&CalcState::PDko, powder_field::PDko},   {&CalcState::Ba1, powder_field::Ba1}};
+
+}  // namespace
+
+void take_powder(Session& s, int row) {
+  if (row < 0) return;
+  const RecordTable& table = s.set(RecordKind::powders).file.table;
+  s.fit_undo = {};
+  s.state.powtmp = 21;
+  for (const PowderValue& p : kPowder) {
+    s.state.*p.value = table.number(row, p.field);
+    write_number(s, s.state.*p.value);
+  }
+  s.state.ExwJ = 1000 * s.state.Exw;
+  select_row(s, RecordKind::powders, row);
+  s.load.pulver = trim(table.cell(row, powder_field::name));
+  refresh_fill(s);
+  setResultsValid(s, false);
+}
+
+void take_bullet(Session& s, int row) {
+  if (row < 0) return;
+  const RecordTable& table = s.set(RecordKind::bullets).file.table;
+  auto& d = s.state.dim;
+  s.fit_undo = {};
+  d.Bwg = table.number(row, bullet_field::Bwg);
+  d.Glen = table.number(row, bullet_field::Glen);
+  d.tail_type = to_int(table.number(row, bullet_field::tail_type));
+  if (d.tail_type == kFlatBase) d.TAIL = false;
+  d.tail_dia_small = table.number(row, bullet_field::tail_dia_small);
+  d.tail_dia_large = table.number(row, bullet_field::tail_dia_large);
+  d.tail_len = table.number(row, bullet_field::tail_len);
+  const auto gfunc = trim(table.cell(row, bullet_field::gfunc));
+  s.load.gfunc = gfunc.empty() ? "G1" : std::string(gfunc);
+  d.buldin = table.number(row, bullet_field::buldin);
+  take_coefficients(s, table, row);
+  s.load.fproof = false;  // a record holds uncoated values: the box goes off without dividing
+  take_own_start_pressure(s, table.number(row, bullet_field::start_pressure) * 1000000);
+  clear_warning(s, d.Zkal);
+  write_number(s, d.Bwg, {"0.00#", "0.0#"});
+  write_number(s, d.Glen, {"0.00", "0.000"});
+  write_number(s, d.buldin, {"0.00", "0.000"});
+  select_row(s, RecordKind::bullets, row);
+  s.load.bultyp = trim(table.cell(row, bullet_field::name));
+  recompute_dimensions(s, kOverallLength);
+  setResultsValid(s, false);
+}
+
+void match_bullet_list(Session& s, bool show_message) {
+  const RecordTable& table = s.set(RecordKind::bullets).file.table;
+  const auto& d = s.state.dim;
+  int found = -1;
+  for (const int row : rows_on_show(s, RecordKind::bullets))
+    if (found < 0 && std::fabs(table.number(row, bullet_field::buldin) - d.Zkal) <= kCalibreTolerance)
+      found = row;
+  const bool bullet_shown =
+      std::fabs(d.Zkal - d.buldin) <= kCalibreTolerance && read_number(s.load.bultyp) != 0;
+  if (bullet_shown) {
+    if (found >= 0 && show_message) show_row(s, RecordKind::bullets, found);
+  } else if (found >= 0) {
+    show_row(s, RecordKind::bullets, found);
+    take_bullet(s, found);
+  } else if (show_message) {
+    select_row(s, RecordKind::bullets, -1);
+    s.load.bultyp = s.language.msg(193);
+  }
+}
+
+void take_cartridge(Session& s, int row) {
+  if (row < 0) return;
+  const RecordTable& table = s.set(RecordKind::cartridges).file.table;
+  auto& d = s.state.dim;
+  s.fit_undo = {};
+  d.Volf = table.number(row, cartridge_field::Volf);
+  d.Hlen = table.number(row, cartridge_field::Hlen);
+  d.Zkal = table.number(row, cartridge_field::Zkal);
+  d.sebf = table.number(row, cartridge_field::sebf);
+  d.qfq = table.number(row, cartridge_field::qfq);
+  d.zul_P = table.number(row, cartridge_field::zul_P);
+  d.Plen = table.number(row, cartridge_field::Plen);
+  s.load.pmetho = trim(table.cell(row, cartridge_field::method));
+  take_case_body(s, table, row);
+  take_picture(s, table.cell(row, cartridge_field::picture));
+  s.load.fproof = false;
+  write_cartridge(s);
+  s.load.bore_area_stale = false;
+  select_row(s, RecordKind::cartridges, row);
+  s.load.pattyp = trim(table.cell(row, cartridge_field::name));
+  if (d.zul_P > 0) s.options.maxtab = 0.875 * d.zul_P;
+  default_start_pressure(s);
+  if (!(shown_number(s, d.Llen, 1) > 0)) {
+    d.Llen = 24;
+    write_texts(s, d.Llen, "609.6", "24.0");
+  }
+  refresh_pressure_fields(s);
+  match_bullet_list(s, true);
+  recompute_dimensions(s, kOverallLength);
+  begin_new_load(s);
+  s.valid.ask_charge = true;
+  setResultsValid(s, false);
+}
+
+}  // namespace tv
