@@ -23,8 +23,8 @@ CartridgeDimensions rifle() {
 std::string run(CartridgeDimensions& d, int kind) {
   std::string order;
   const char* names[] = {"Plen ", "Bsd ", "ssd ", "Vvg ", "Veff ", "Wob "};
-  EXPECT_TRUE(move_dimensions(d, kind, d.Zkal * 25.4,
-                                   [&](Dimension w) { order += names[static_cast<int>(w)]; }));
+  EXPECT_TRUE(
+      move_dimensions(d, kind, d.Zkal * 25.4, [&](Dimension w) { order += names[static_cast<int>(w)]; }));
   return order;
 }
 
