@@ -34,7 +34,7 @@ void heads(const View& v, TableWriter& out) {
   if (!(t.inputs.zul_P > 0)) out.line(v.language.fastmsg("fwarn3"));
   out.line();
   out.column_head(say(v.ratio() ? 4 : 5) + (v.times() ? " " + v.language.fastmsg("fbtim") : ""));
-  out.column_head(units_line(v));
+  out.column_head(unit_words(units_line(v), v.language));
   out.line();
 
   const std::string unit = pressure_unit_name(v.units);

@@ -103,7 +103,7 @@ void column_heads(const View& v, TableWriter& out) {
   const Heads& heads = v.strategy() == 3 ? kSecondLevel : v.strategy() == 8 ? kChamber : kOthers;
   const bool times = heads.times && v.times();
   out.column_head(v.say(heads.titles) + (times ? "  " + v.word("fbtim") : ""));
-  out.column_head(std::string(v.imperial ? heads.imperial : heads.metric) + (times ? " ms" : ""));
+  out.column_head(unit_words(v.imperial ? heads.imperial : heads.metric, v.language) + (times ? " ms" : ""));
   out.column_head(std::string(kRule) + heads.rule + (times ? "--------" : ""));
 }
 

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "tables/table_text.h"
 #include "text/codepage.h"
@@ -72,6 +73,25 @@ private:
   std::string text_;
   int head_line_ = 0, head_lines_ = 0;
 };
+
+// A line of units with its words of mass and energy in the language; the right edge of each stays, as its
+// column does.
+inline std::string unit_words(std::string line, const Language& language) {
+  constexpr std::pair<std::string_view, std::string_view> kWords[] = {
+      {"Grains", "fgrains"}, {"Gramm", "fgramm"}, {"Joule", "fjoule"}};
+  for (const auto& [built_in, key] : kWords) {
+    const std::string word = language.fastmsg(key);
+    if (word.empty()) continue;
+    const std::size_t width = std::max(length(word), built_in.size());
+    for (std::size_t at = line.find(built_in); at != std::string::npos; at = line.find(built_in, at)) {
+      const std::size_t end = at + built_in.size(), begin = end - std::min(width, end);
+      const std::string aligned = pad_left(word, end - begin);
+      line.replace(begin, end - begin, aligned);
+      at = begin + aligned.size();
+    }
+  }
+  return line;
+}
 
 // Burnt fraction in percent, cut (not rounded) to two places.
 inline double burnt_percent(double fraction) { return int_of(fraction * 10000) / 100; }

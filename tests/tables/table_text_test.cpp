@@ -151,5 +151,20 @@ TEST(TableText, ColumnsEndWhereTheHeadsExpectThem) {
   for (const std::size_t edge : {10, 19, 26, 34, 42, 49, 58}) EXPECT_EQ(line[edge], ' ') << line;
 }
 
+// Words of the language stand at the right edges of their columns, however long they are.
+TEST(TableText, UnitWordsFollowTheLanguage) {
+  for (const std::string name : {"english", "german", "french", "russian"}) {
+    Language l;
+    ASSERT_TRUE(l.read(std::string(TV_SHARE_DIR) + "/lan/tn_" + name + ".lan"));
+    const std::string text = DrawLoadTableText(load_table(0.92, 0, 0), l, {}).text;
+    const std::size_t end = text.find("    MPa    MPa      %");
+    ASSERT_NE(end, std::string::npos) << name;
+    const std::string line = text.substr(text.rfind('\n', end) + 1, end - text.rfind('\n', end) - 1);
+    EXPECT_EQ(line, " %       %" + pad_left(l.fastmsg("fgramm"), 9) + "    m/s" +
+                        pad_left(l.fastmsg("fjoule"), 8) + " ")
+        << name;
+  }
+}
+
 }  // namespace
 }  // namespace tv
