@@ -132,10 +132,26 @@ void apply_captions(QWidget* root, const Session& s, std::string_view section) {
   descend(root);
 }
 
+namespace {
+
+// The tip of a name on its screen, if one name serves several; else that of the name, last that of its array.
+QString tip_key_of(const Session& s, const QWidget* widget, QString name) {
+  const auto has_tip = [&](const QString& key) { return !s.language.tip(utf8(key)).empty(); };
+  for (const QWidget* at = widget; at; at = at->parentWidget())
+    if (const QString key = at->objectName() + '.' + name; key.size() > name.size() + 1 && has_tip(key))
+      return key;
+  if (has_tip(name)) return name;
+  while (!name.isEmpty() && name.back().isDigit()) name.chop(1);
+  return !name.isEmpty() && has_tip(name) ? name : QString();
+}
+
+}  // namespace
+
 std::string tip_key(const Session& s, const QWidget* widget) {
   for (const QString& name : {widget->objectName(), widget->property("label_key").toString(),
                               widget->property(kCaptionKey).toString()})
-    if (!name.isEmpty() && !s.language.tip(utf8(name)).empty()) return utf8(name);
+    if (!name.isEmpty())
+      if (const QString key = tip_key_of(s, widget, name); !key.isEmpty()) return utf8(key);
   return utf8(widget->objectName());
 }
 

@@ -48,6 +48,16 @@ TEST_F(TipsShown, AreWrappedAndEditedByCtrl) {
   QTest::keyClick(field, Qt::Key_Control);  // nothing on show, nothing asked
 }
 
+// One name serves several screens.
+TEST_F(TipsShown, AreThoseOfTheScreenFirst) {
+  const auto shown = [&](const char* screen, const char* name) {
+    return program.find<QWidget>(screen, name)->toolTip().toStdString();
+  };
+  EXPECT_EQ(shown("Form4", "MPgn"), program.session.language.tip("MPgn"));
+  EXPECT_EQ(shown("frmFast", "MPgn"), program.session.language.tip("frmFast.MPgn"));
+  EXPECT_NE(shown("FormBorefrict", "sugg_P0"), shown("FormPsel", "sugg_P0"));
+}
+
 TEST_F(TipsShown, AMissingTipIsToldOnceAndTipsCanBeSwitchedOff) {
   auto* field = program.find<QLineEdit>("Form3", "Zkalm");
   field->setToolTip({});
