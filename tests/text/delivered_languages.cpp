@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <map>
 #include <set>
 #include <string>
 #include <vector>
@@ -135,6 +136,28 @@ TEST(DeliveredLanguages, NameThemselvesAndTheirCodePage) {
     EXPECT_EQ(language.notice().find("\n\n"), std::string::npos);
     for (int failure : {5, 6, 11, 53, 57, 61, 70, 76}) {
       EXPECT_NE(language.text("failures", std::to_string(failure)), "") << name << " " << failure;
+    }
+  }
+}
+
+// Buttons of one window answer to letters of their own, except those of which only one is on show at a time.
+TEST(DeliveredLanguages, KeepTheLettersOfAWindowApart) {
+  const std::set<std::string> menus{"frmMAIN", "form7", "files", "messages", "fastmsg", "fileout"};
+  const std::set<std::string> other_modes{"cal_man", "DZ_ok", "DZ_load", "text_auf", "text_ab"};
+  for (const std::string name : kNames) {
+    const SectionedFile file = read_delivered(name, ".lan").file;
+    for (const std::string& section : file.sections()) {
+      if (menus.contains(section)) continue;
+      std::map<std::string, std::string> seen;
+      for (const std::string& key : file.keys(section)) {
+        const std::string caption = lower(file.get(section, key));
+        const std::size_t at = caption.find('&');
+        if (at == std::string::npos || at + 1 >= caption.size() || other_modes.contains(key)) continue;
+        const std::string letter =
+            caption.substr(at + 1, static_cast<unsigned char>(caption[at + 1]) < 0x80 ? 1 : 2);
+        const auto [first, is_new] = seen.emplace(letter, key);
+        EXPECT_TRUE(is_new) << name << " [" << section << "] " << first->second << " and " << key;
+      }
     }
   }
 }
