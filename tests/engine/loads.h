@@ -1,7 +1,8 @@
-// Loads for the tests of the engine: one real one, reasonable random ones and hostile ones.
+// Loads for the tests and benches of the engine: reasonable random ones and hostile ones.
 #pragma once
 
 #include <cmath>
+#include <limits>
 #include <random>
 
 #include "engine/shot.h"
@@ -53,7 +54,68 @@ public:
     }
   }
 
+  // The base with one to four inputs of the run itself replaced, and nothing checked.
+  CalcState wild(const CalcState& base) {
+    constexpr double kInf = std::numeric_limits<double>::infinity();
+    constexpr double kWild[] = {0,      -0.0,  1,    -1,     1e-300,       -1e-300,     1e300,
+                                -1e300, 1e-9,  1e9,  5e-324, kInf,         -kInf,       NAN,
+                                1e15,   -1e15, 1e-5, 1e5,    1.0000000001, 0.9999999999};
+    CalcState s = base;
+    double* const inputs[] = {
+        &s.Kap,      &s.Ba0,     &s.Ba1,      &s.PDko,     &s.Limz1,    &s.start_pressure,
+        &s.bulletKg, &s.caseM3,  &s.boreM2,   &s.travelM,  &s.ExwJ,     &s.chargeKg,
+        &s.freeVol,  &s.effMass, &s.sigmaEnd, &s.baseStep, &s.dim.sebf, &s.frictionPress};
+    s.frictionOn = chance(0.2);
+    for (int k = 1 + below(4); k > 0; --k) {
+      double* const input = inputs[below(std::size(inputs))];
+      const double value = kWild[below(std::size(kWild))];
+      *input = chance(0.5) ? value : *input * std::exp(between(-12, 12));
+    }
+    return s;
+  }
+
+  // Anywhere within the ranges that the set-up accepts, often at their edges; set up and ready to run.
+  CalcState edge() {
+    for (;;) {
+      CalcState s = edge_inputs();
+      if (set_up(s) != SetUp::ok) continue;
+      const double bound = start_pressure_bound(s);
+      s.start_pressure = chance(0.3) ? 0 : chance(0.3) ? bound : bound * between(0, 1.2);
+      s.frictionOn = chance(0.2);
+      s.frictionPress = between(0, 30e6);
+      return s;
+    }
+  }
+
 private:
+  int below(std::size_t n) { return static_cast<int>(between(0, static_cast<double>(n) - 0.001)); }
+  double wide(double low, double high) {
+    if (chance(0.15)) return low;
+    if (chance(0.15)) return high;
+    return std::exp(between(std::log(low), std::log(high)));
+  }
+  CalcState edge_inputs() {
+    CalcState s;
+    s.Exw = wide(1, 10000);
+    s.Kap = 1 + wide(0.001, 0.999);
+    s.Ba0 = wide(0.001, 1000);
+    s.PDko = chance(0.3) ? 0 : chance(0.3) ? -between(0, 0.99) : wide(1e-9, 10000);
+    if (chance(0.05)) s.PDko = -0.99;
+    s.Limz1 = wide(0.01, 1);
+    s.Ba1 = chance(0.5) ? wide(0.001, 1000) : continuous_factor(s.PDko, s.Limz1);
+    s.Pdens = wide(0.5, 100);
+    s.dim.Bwg = wide(0.1, 100000);
+    s.dim.Veff = wide(0.1, 10000);
+    s.dim.qfq = wide(0.1, 10000);
+    s.dim.Wob = wide(0.01, 100000);
+    s.dim.sebf = between(0, 12);
+    s.chargeGr = s.dim.Veff * wide(1e-6, 1);
+    s.schrit = below(3);
+    // A chamber a hair above the least one.
+    if (chance(0.1)) s.chargeGr = s.Pdens / dicht_H2 * s.dim.Veff * (1 - 1e-4 * between(0, 1));
+    return s;
+  }
+
   std::mt19937_64 engine_;
   ShotCurve scratch_;
 };
