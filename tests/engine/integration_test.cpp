@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <vector>
 
+#include "engine/crosscheck.h"
 #include "engine/loads.h"
 
 namespace tv::test {
@@ -32,6 +33,15 @@ Worst compare(Integration& it, const CalcState& s, const ShotCurve& c, std::size
   return worst;
 }
 
+// The engine's own integration, which users see beside a prediction, against this one, up to where it is.
+void expect_same_figures(CalcState s, const Integration& it) {
+  s.travelM = it.x();
+  const IntegratedShot shot = integrate_shot(s);
+  ASSERT_TRUE(shot.ok);
+  ASSERT_NEAR(shot.figures.vMuzzle / it.v(), 1, 1e-6);
+  ASSERT_NEAR(shot.figures.pMax / it.highest_p(), 1, 1e-5);
+}
+
 TEST(AgainstIntegration, PlainModelIsExactAlongTheWholeCurve) {
   LoadMaker make(1);
   ShotCurve c;
@@ -49,6 +59,7 @@ TEST(AgainstIntegration, PlainModelIsExactAlongTheWholeCurve) {
     Integration muzzle(s);
     muzzle.to_travel(c.x[last_of(r)], r.vMuzzle / 4000);
     ASSERT_NEAR(muzzle.v() / r.vMuzzle, 1, 1e-6);
+    ASSERT_NO_FATAL_FAILURE(expect_same_figures(s, muzzle));
     ASSERT_GT(r.pMax, muzzle.highest_p() * (1 - 0.005));  // the logged peak misses the true one by little
     ASSERT_LT(r.pMax, muzzle.highest_p() * (1 + 1e-5));
   }
@@ -77,6 +88,7 @@ TEST(AgainstIntegration, StartPressureModelStaysWithinItsBounds) {
     ASSERT_TRUE(runShot(s, c, r).ok());
     Integration it(s);
     it.to_travel(c.x[last_of(r)], r.vMuzzle / 10000);
+    ASSERT_NO_FATAL_FAILURE(expect_same_figures(s, it));
     velocity.of.push_back(r.vMuzzle / it.v() - 1);
     peak.of.push_back(r.pMax / it.highest_p() - 1);
   }
@@ -90,6 +102,23 @@ TEST(AgainstIntegration, StartPressureModelStaysWithinItsBounds) {
   EXPECT_NEAR(peak.part(0.5), 0, 0.008);
   RecordProperty("velocity", std::to_string(velocity.least()) + " " + std::to_string(velocity.most()));
   RecordProperty("peak", std::to_string(peak.least()) + " " + std::to_string(peak.most()));
+}
+
+// What a user is told of the load that is worked by hand: 366.5 MPa and 899.3 m/s against 365.2 and 903.2.
+TEST(AgainstIntegration, CrossCheckTellsBothInPercentWithoutFriction) {
+  CalcState s = worked_load();
+  ASSERT_EQ(set_up(s), SetUp::ok);
+  s.frictionOn = true;
+  s.frictionPress = 10e6;
+  ShotCurve c;
+  const CrossCheck check = cross_check(s, c);
+  ASSERT_TRUE(check.ok);
+  EXPECT_NEAR(check.closed.vMuzzle, 899.32, 0.02);
+  EXPECT_NEAR(check.integrated.vMuzzle, 903.24, 0.01);
+  EXPECT_NEAR(check.percent.vMuzzle, -0.434, 0.005);
+  EXPECT_NEAR(check.percent.pMax, 0.355, 0.01);
+  s.Ba1 = 0.05;  // the walk fails
+  EXPECT_FALSE(cross_check(s, c).ok);
 }
 
 TEST(AgainstIntegration, ExpansionBehindBurnoutIsExactInBothModels) {
