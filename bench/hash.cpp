@@ -31,20 +31,21 @@ struct Hashes {
 // A value that is not a number counts as one and the same: its sign and payload are the processor's affair.
 void add_value(Hash& hash, double x) { hash.add(std::isnan(x) ? NAN : x); }
 
-void add_shot(Hash& hash, const ShotCurve& c, const ShotResult& r) {
+void add_shot(Hash& hash, const ShotCurve& c, const ShotResult& r, bool finished) {
   for (std::size_t i = 0; i <= static_cast<std::size_t>(r.lastIdx); ++i) {
     for (const double x : {c.x[i], c.v[i], c.p[i], c.z[i], c.sigma[i], c.w[i], c.pB[i], c.t[i], c.dt[i]}) {
       add_value(hash, x);
     }
   }
-  for (const int n :
-       {r.lastIdx, r.peakIdx, r.peakState, r.notBurnt, r.burnIdx, r.idx95, r.z1Idx, r.p10Idx, r.tailIdx}) {
+  for (const int n : {r.lastIdx, r.peakIdx, r.peakState, r.notBurnt, r.burnIdx, r.idx95, r.z1Idx}) {
     hash.add(n);
   }
   for (const double x :
        {r.pMax, r.xPeak, r.vPeak, r.zPeak, r.vMuzzle, r.zMuzzle, r.t10, r.ptime, r.tStart, r.pBasePeak}) {
     add_value(hash, x);
   }
+  // A run that failed on its way back along the time axis left these anywhere.
+  if (finished) hash.add(r.p10Idx), hash.add(r.tailIdx);
 }
 
 void shoot(const CalcState& s, Hash& values, Hash& ends) {
@@ -52,7 +53,7 @@ void shoot(const CalcState& s, Hash& values, Hash& ends) {
   ShotResult result;
   curve.dt.fill(0);  // which a run that fails leaves as the one before had it
   const ShotOutcome outcome = runShot(s, curve, result);
-  add_shot(values, curve, result);
+  add_shot(values, curve, result, outcome.ok());
   ends.add(static_cast<int>(outcome.end));
   ends.add(outcome.failure);
   ends.add(static_cast<int>(outcome.stage));
