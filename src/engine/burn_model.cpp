@@ -126,17 +126,30 @@ bool phase1_constants(BurnModel& c) {
   return true;
 }
 
-BurnPoint stepPhase1(const BurnModel& c, BurnSolver& solver, double sigma, bool first, double& sNow) {
+namespace {
+
+// s = 1 - (1 + sigma)^-g of the plain solution.
+double plain_expansion(const BurnModel& c, double sigma) {
+  return 1 - checked_div(1, checked_pow(sigma + 1, c.g));
+}
+
+// Whether plain_expansion is sure not to fail, told without its power.
+bool tame(const BurnModel& c, double sigma) { return std::fabs(c.g) < 100 && sigma >= 0 && sigma < 1000; }
+
+}  // namespace
+
+BurnPoint stepPhase1(const BurnModel& c, BurnSolver& solver, double sigma, bool first) {
   BurnPoint point;
   point.sigma = sigma;
   point.x = c.V0 * sigma / c.A;  // A is not 0, or there would be no constants
-  sNow = 1 - checked_div(1, checked_pow(sigma + 1, c.g));
   if (c.hasStartPress) {
+    if (!tame(c, sigma))
+      plain_expansion(c, sigma);  // not read here, but it fails the run where it has no value
     point.z = first ? c.z0 : burnSolve(c, solver, point.x);
     point.v = checked_div(velocityOfBurn(c, point.z), c.kBurn);
     if (c.b != 0 && !(c.b * point.z > -1)) point.z = -0.999 / c.b;  // the correction of expansionOfBurn
   } else {
-    point.v = std::fabs(sNow * c.vScale);
+    point.v = std::fabs(plain_expansion(c, sigma) * c.vScale);
     const double y = point.v * c.kBurn;
     point.z = y * (1 + (c.b / 4) * y);
   }
@@ -227,8 +240,9 @@ void phase3_from_phase2(BurnModel& c, const BurnPoint& burnout) {
   phase3_constants(c, burnout, keFrac);
 }
 
-void phase3_from_phase1(BurnModel& c, const BurnPoint& burnout, double sNow) {
-  phase3_constants(c, burnout, checked_div(sNow * c.kvBurn * (c.kappa - 1), c.kEff - 1));
+void phase3_from_phase1(BurnModel& c, const BurnPoint& burnout) {
+  const double s = plain_expansion(c, burnout.sigma);
+  phase3_constants(c, burnout, checked_div(s * c.kvBurn * (c.kappa - 1), c.kEff - 1));
 }
 
 BurnPoint stepPhase3(const BurnModel& c, double sigma) {

@@ -57,8 +57,7 @@ bool phase1_constants(BurnModel& model);
 
 struct BurnSolver;
 // The point at sigma. first: point 0, which with a start pressure stands at z0 with the bullet at rest.
-// sNow takes s, which the plain burnout needs.
-BurnPoint stepPhase1(const BurnModel& model, BurnSolver& solver, double sigma, bool first, double& sNow);
+BurnPoint stepPhase1(const BurnModel& model, BurnSolver& solver, double sigma, bool first);
 
 void phase2_constants(BurnModel& model);
 // The point at w; model.sigmaZ1 is the expansion at which phase 2 began.
@@ -66,7 +65,7 @@ BurnPoint stepPhase2(const BurnModel& model, double w);
 
 // Constants of phase 3 from the last point of phase 2 or, where the law never changes, of phase 1.
 void phase3_from_phase2(BurnModel& model, const BurnPoint& burnout);
-void phase3_from_phase1(BurnModel& model, const BurnPoint& burnout, double sNow);
+void phase3_from_phase1(BurnModel& model, const BurnPoint& burnout);
 BurnPoint stepPhase3(const BurnModel& model, double sigma);
 
 // K v at z, with a start pressure.

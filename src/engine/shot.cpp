@@ -34,7 +34,6 @@ struct Walk {
   int rounds = 0;  // of the phase
   int points = 0;  // evaluated
   double sigma = 0;
-  double sNow = 0;
   double w = 0;
   double step = 0;    // increment of sigma
   double growth = 1;  // of the first steps
@@ -79,7 +78,7 @@ void store(Walk& k, const BurnPoint& point, double w) {
   ++k.points;
 }
 
-void log1(Walk& k) { store(k, stepPhase1(k.model, k.solver, k.sigma, k.i == 0, k.sNow), 0); }
+void log1(Walk& k) { store(k, stepPhase1(k.model, k.solver, k.sigma, k.i == 0), 0); }
 
 // A bullet that runs backwards behind the change of law has no physical meaning and fails the run. The point
 // at the change itself may rightly lie before an accepted point of phase 1.
@@ -262,7 +261,7 @@ Exit walk_phase2(Walk& k) {
 Exit walk_phase3(Walk& k) {
   const BurnPoint burnout = point_at(k, k.i);
   if (k.model.z1 == 1) {
-    phase3_from_phase1(k.model, burnout, k.sNow);
+    phase3_from_phase1(k.model, burnout);
   } else {
     phase3_from_phase2(k.model, burnout);
   }
