@@ -3,6 +3,7 @@
 // them back.
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 
@@ -122,7 +123,8 @@ enum class Stage : std::uint8_t {
   Ca_All_n_Z1,
   Calc_n_Brs,
   End_V_Brs,
-  End_N_Brs
+  End_N_Brs,
+  bounds  // finished, but as no gun could
 };
 const char* stage_name(Stage stage);
 
@@ -135,6 +137,7 @@ enum class Note : std::uint8_t {
   fwarn12 = 12,  // peak at burnout
   fwarn13 = 13,  // too many steps
   fwarn14 = 14,  // failed; results not valid
+  fwarn19 = 19,  // energy or base pressure off by more than the model is known to be
 };
 
 struct RunNotes {
@@ -143,6 +146,9 @@ struct RunNotes {
   int count = 0;
   void add(Note note) {
     if (count < static_cast<int>(notes.size())) notes[static_cast<std::size_t>(count++)] = note;
+  }
+  bool has(Note note) const {
+    return std::find(notes.begin(), notes.begin() + count, note) != notes.begin() + count;
   }
 };
 

@@ -6,6 +6,7 @@
 
 #include "engine/burn_model.h"
 #include "engine/checked.h"
+#include "engine/ledger.h"
 
 namespace tv {
 namespace {
@@ -329,6 +330,13 @@ void read_stuck(ShotCurve& c, ShotResult& r) {
   r.vMuzzle = r.zMuzzle = 0;
 }
 
+void close_ledger(Walk& k, Ledger ledger) {
+  if (ledger == Ledger::off) k.r.runNotes.add(Note::fwarn19);
+  if (ledger != Ledger::broken) return;
+  k.stage = Stage::bounds;
+  fail_arithmetic(kInvalidArgument);
+}
+
 ShotEnd finish(Walk& k) {
   k.stage = Stage::End_N_Brs;
   ShotResult& r = k.r;
@@ -340,13 +348,15 @@ ShotEnd finish(Walk& k) {
   if (r.peakState == 3) r.runNotes.add(Note::fwarn12);
   scanPeak(k.c, r);
   r.idx95 = first_above_95(k.c, r.lastIdx);
-  r.vMuzzle = k.c.v[last];
+  const double unhindered = r.vMuzzle = k.c.v[last];
+  const Ledger energy = energy_ledger(k.s, k.c, r);
   if (k.s.frictionOn && !applyBoreFriction(k.s, k.c, r)) {
     read_stuck(k.c, r);
     return ShotEnd::stuck;
   }
   if (k.s.tableKind == 0 || k.s.tableKind == 1) baseCurve(k.s, k.c, r);
   integrateTime(k.c, r);
+  close_ledger(k, std::max(energy, order_ledger(k.c, r, unhindered)));
   return ShotEnd::finished;
 }
 
@@ -390,6 +400,8 @@ const char* stage_name(Stage stage) {
       return "End_V_Brs";
     case Stage::End_N_Brs:
       return "End_N_Brs";
+    case Stage::bounds:
+      return "bounds";
     case Stage::none:
       break;
   }
