@@ -98,7 +98,7 @@ void integrateTime(ShotCurve& c, ShotResult& r) {
   walk_back(c, last_of(r));
   r.tailIdx = r.lastIdx >= 2 ? 2 : 0;
   r.p10Idx = crossing_of_tenth(c, r);
-  // 1.2 stands for the mean velocity over the first stretch.
+  // 1.2 for the mean velocity over the first stretch.
   c.t[0] = finite(c.t[1] - checked_div(c.x[1], c.v[1]) / 1.2);
   r.tStart = c.t[static_cast<std::size_t>(r.tailIdx)];
   r.t10 = time_of_tenth(c, r);

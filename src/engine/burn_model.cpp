@@ -18,7 +18,7 @@ double pressure(const BurnModel& c, double x, double v, double z) {
 
 double log_root(double S) { return checked_log(std::fabs(checked_div(S - 1, S + 1))); }
 
-// s(z) as it stands, without its upper limit.
+// s(z) without its upper limit.
 double expansion_unlimited(const BurnModel& c, double z) {
   if (c.b == 0) return finite((z - c.z0 - c.z0 * checked_log(checked_div(z, c.z0))) * c.cBurn);
   const double S = checked_sqrt(c.b * z + 1);
@@ -133,7 +133,7 @@ double plain_expansion(const BurnModel& c, double sigma) {
   return 1 - checked_div(1, checked_pow(sigma + 1, c.g));
 }
 
-// Whether plain_expansion is sure not to fail, told without its power.
+// Whether plain_expansion is sure not to fail, without computing its power.
 bool tame(const BurnModel& c, double sigma) { return std::fabs(c.g) < 100 && sigma >= 0 && sigma < 1000; }
 
 }  // namespace

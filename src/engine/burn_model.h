@@ -1,7 +1,8 @@
 // The lumped burn model of one shot, solved in closed form: what each of the three phases needs once, and the
 // functions that turn one value of the walking variable into one point. SI units throughout.
 //
-// Gas of the fraction z of the charge w0 drives the mass m down the bore A (docs/model.md tells the model):
+// Gas of the fraction z of the charge w0 drives the mass m down the bore A (docs/model.md has the whole
+// model):
 //   m dv/dt = A p                                     motion
 //   p (V0 + A x) = (kappa - 1) (w0 Q z - m v^2 / 2)   energy
 //   dz/dt = (a / P0) p sqrt(1 + b z)                  burn law up to z1
@@ -14,39 +15,74 @@
 
 namespace tv {
 
-// One point of the curve.
+// One point of the curve: travel m, velocity m/s, mean pressure Pa, burnt fraction, relative expansion A x /
+// V0.
 struct BurnPoint {
   double x = 0, v = 0, p = 0, z = 0, sigma = 0;
 };
 
-// Inputs of the model and the constants derived from them, phase by phase.
+// Inputs of the model and the constants derived from them, phase by phase. What has no unit here is a number.
 struct BurnModel {
-  double a = 0, b = 0, f = 0, z1 = 0;  // vivacity, progressivity, factor after z1, change of law
-  double kappa = 0, Q = 0, w0 = 0;     // ratio of specific heats, J/kg, charge in kg
-  double m = 0, A = 0, V0 = 0;         // effective mass kg, bore m2, free volume m3
-  double P0 = norm_P0;                 // pressure unit of a, Pa
-  double sigmaEnd = 0;                 // relative expansion at the muzzle
-  bool hasStartPress = false;          // start-pressure variant, else the plain one
-  double z0 = 0;                       // fraction that gives the start pressure at constant volume
+  double a = 0;                // vivacity: burnt fraction per second at the pressure P0
+  double b = 0;                // progressivity up to z1
+  double f = 0;                // factor of the burn law behind z1
+  double z1 = 0;               // burnt fraction where the law changes
+  double kappa = 0;            // ratio of specific heats
+  double Q = 0;                // explosion heat, J/kg
+  double w0 = 0;               // charge, kg
+  double m = 0;                // bullet and the share of the charge that moves with it, kg
+  double A = 0;                // bore, m2
+  double V0 = 0;               // free volume, m3
+  double P0 = norm_P0;         // pressure unit of a, Pa
+  double sigmaEnd = 0;         // relative expansion at the muzzle
+  bool hasStartPress = false;  // start-pressure variant, else the plain one
+  double z0 = 0;               // fraction that gives the start pressure at constant volume
 
-  // Phase 1. K v is the burn integral: kvZ1 and kvBurn are its values at z1 and at burnout.
-  double kEff = 0, kvZ1 = 0, kvBurn = 0;
-  double kBurn = 0;  // K = a m / (P0 A)
-  double g = 0, vScale = 0;
-  double sPeak = 0, sBurn = 0, sigmaPeak = 0, sigmaZ1 = 0;  // s = 1 - (1 + sigma)^-g
-  // Phase 1 with a start pressure.
-  double cBurn = 0, s0Root = 0, kRatio = 0;
-  double lnZ0 = 0, lnRoot0 = 0, cScale = 0;  // parts of expansionOfBurn that stay the same in a run
+  // Phase 1, over s = 1 - (1 + sigma)^-g. K v is the burn integral: what z has come to by the first law.
+  double kBurn = 0;      // K = a m / (P0 A), s/m
+  double kvZ1 = 0;       // K v at z1
+  double kvBurn = 0;     // K v at burnout
+  double kEff = 0;       // exponent of the expansion while powder burns; 1 has no solution
+  double g = 0;          // (kEff - 1) / 2
+  double vScale = 0;     // v = |s vScale|, m/s
+  double sPeak = 0;      // s at the peak, equal to sBurn where burning ends before it
+  double sBurn = 0;      // s at burnout
+  double sigmaPeak = 0;  // sigma at the peak
+  double sigmaZ1 = 0;    // sigma at z1; from phase 2 on, where that phase began
 
-  // Phase 2, over w = K h v.
-  double dRoot = 0, eConst = 0, fConst = 0, h = 0, iConst = 0, jConst = 0;
-  double rootHi = 0, rootLo = 0, eScale = 0;
-  double wZ1 = 0, wEnd = 0, vZ1 = 0;
-  double fromLo = 0, fromHi = 0, powerLo = 0, powerHi = 0;  // wZ1 less the roots, and their exponents
-  double wOverV = 0, rootZ1 = 0;                            // K h; sqrt(1 - z1)
+  // Phase 1 with a start pressure: s = 1 - (1 + sigma)^(-(kappa - 1) / 2) is a function of z.
+  double kRatio = 0;   // (kappa + 1) / (kappa - 1)
+  double cBurn = 0;    // m / (2 K^2 w0 Q)
+  double s0Root = 0;   // sqrt(1 + b z0)
+  double cScale = 0;   // 2 cBurn / b
+  double lnZ0 = 0;     // ln z0
+  double lnRoot0 = 0;  // ln |(s0Root - 1) / (s0Root + 1)|
 
-  // Phase 3.
-  double adiaConst = 0, volBurn = 0, vBurn = 0, pBurn = 0;
+  // Phase 2, over w = K h v: sigma + 1 is a product of powers of the distances of w to two roots.
+  double dRoot = 0;   // sqrt(1 - z) = dRoot - f K v / 2
+  double eConst = 0;  // 1 - dRoot^2
+  double fConst = 0;  // f dRoot
+  double h = 0;       // -fConst / eConst
+  double iConst = 0;  // of the quadratic in w, whose roots follow
+  double jConst = 0;
+  double rootHi = 0;
+  double rootLo = 0;
+  double eScale = 0;   // 1 / ((rootHi - rootLo) iConst)
+  double powerLo = 0;  // exponents of the distances
+  double powerHi = 0;
+  double fromLo = 0;  // wZ1 less the roots
+  double fromHi = 0;
+  double wZ1 = 0;     // w at z1
+  double wEnd = 0;    // w at burnout
+  double vZ1 = 0;     // v at z1 with a start pressure, m/s
+  double wOverV = 0;  // K h, s/m
+  double rootZ1 = 0;  // sqrt(1 - z1)
+
+  // Phase 3, the expansion from burnout on.
+  double adiaConst = 0;  // heat left to the gas there, as a part of all, times (1 + sigma)^(kappa - 1)
+  double volBurn = 0;    // gas volume there, m3
+  double vBurn = 0;      // velocity there, m/s
+  double pBurn = 0;      // pressure there, Pa
 };
 
 // The model with the inputs of s and z0; nothing else is set.
@@ -56,7 +92,7 @@ BurnModel burn_inputs(const CalcState& s);
 bool phase1_constants(BurnModel& model);
 
 struct BurnSolver;
-// The point at sigma. first: point 0, which with a start pressure stands at z0 with the bullet at rest.
+// The point at sigma. first: point 0, where with a start pressure z0 has burnt and the bullet is at rest.
 BurnPoint stepPhase1(const BurnModel& model, BurnSolver& solver, double sigma, bool first);
 
 void phase2_constants(BurnModel& model);
@@ -78,7 +114,7 @@ double expansionOfBurn(const BurnModel& model, double& z);
 // Bisection for z at the travel x, and its count of evaluations of expansionOfBurn. Both give the same
 // value to the last bit: the first midpoint that hits the target within 0.000002.
 struct BurnSolver {
-  // A point of s(z) with its derivatives; the series about it tells the signs of midpoints near by.
+  // A point of s(z) with its derivatives; the series about it gives the signs of midpoints near by.
   struct Anchor {
     double z = 0, s = 0, ds = 0, d2 = 0;
     double remainder = 0;  // s(z + u) is the series to u^2 within remainder |u|^3 ...

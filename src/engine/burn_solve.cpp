@@ -1,7 +1,7 @@
-// Bisection for z at a travel, twice: literally, and with the signs at most midpoints told beforehand.
+// Bisection for z at a travel, twice: literally, and with the signs at most midpoints known beforehand.
 //
 // The midpoints of a bisection follow from the signs at them, and s(z) rises from z0 on. A series about one
-// evaluated point near the root, with a bound for what it leaves out, tells the sign at any midpoint near by
+// evaluated point near the root, with a bound for what it leaves out, gives the sign at any midpoint near by
 // and, as s rises, at all others. Only a midpoint whose difference lies closer to the tolerance than the
 // bound is evaluated. Where a condition of this is not met the literal bisection does the work.
 #include <algorithm>
@@ -110,7 +110,7 @@ double series_root(const BurnSolver::Anchor& a, double T) {
   return radicand >= 0 ? a.z - 2 * r / (a.ds + std::sqrt(radicand)) : a.z - r / a.ds;
 }
 
-// Differences s(z) - T as the series tells them, and how far they can be from the computed ones.
+// Differences s(z) - T by the series, and how far they can be from the computed ones.
 struct Signs {
   double z, d, ds, d2, remainder, reach, noise;
   double difference(double u) const { return d + u * (ds + u * d2 / 2); }

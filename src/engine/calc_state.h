@@ -141,7 +141,7 @@ enum class Note : std::uint8_t {
 };
 
 struct RunNotes {
-  double overfill = 0;  // percent over the full case, told when above 0
+  double overfill = 0;  // percent over the full case; a note when above 0
   std::array<Note, 8> notes{};
   int count = 0;
   void add(Note note) {

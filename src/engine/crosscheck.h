@@ -20,9 +20,11 @@ struct IntegratedShot {
 };
 
 // Integrates from ignition to the muzzle, by the Runge-Kutta pair of orders 5 and 4 of Dormand and Prince
-// over the velocity, with steps that end where the burn law changes, at burnout and at the muzzle. in: s set
-// up by prepareShot, any values; friction is not looked at. tolerance: of one step, relative to the gas
-// volume and to the charge, 1e-14 to 0.1; 1e-9 gives both figures to eight digits or better
+// over the velocity, with steps that end where the burn law changes, at burnout and at the muzzle.
+//
+// in:  s set up by prepareShot, any values; friction is not looked at
+//      tolerance of one step, relative to the gas volume and to the charge, 1e-13 to 0.001; 1e-9 gives the
+//      velocity to 1e-8 and the peak to 1e-5
 IntegratedShot integrate_shot(const CalcState& s, double tolerance = 1e-9);
 
 struct CrossCheck {
@@ -32,7 +34,7 @@ struct CrossCheck {
   PeakAndMuzzle percent;     // of closed over integrated, less 100
 };
 
-// in: s set up by prepareShot; curve is overwritten
+// in:  s set up by prepareShot; curve is overwritten
 CrossCheck cross_check(const CalcState& s, ShotCurve& curve);
 
 }  // namespace tv

@@ -9,8 +9,9 @@ namespace {
 constexpr double kLeastFriction = 1;  // Pa
 
 // Share of the friction pressure at point i. The eighth power of the sine, reached late by the factor 1.1,
-// lets the resistance rise slowly over the ramp; behind it the force falls as the velocity rises. in: best
-// the highest velocity before point i, m/s; ramp [m], not above 0 when there is no rise at all
+// lets the resistance rise slowly over the ramp; behind it the force falls as the velocity rises.
+//
+// in:  ramp [m], not above 0 when there is no rise at all; best [m/s], the highest velocity before point i
 double resistance(const ShotCurve& c, std::size_t i, double ramp, double best) {
   if (ramp > 0 && c.x[i] / ramp < 1) {
     return checked_pow(std::sin(checked_div(c.x[i] * kPi, 2 * ramp * 1.1)), 8);

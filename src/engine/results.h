@@ -32,8 +32,9 @@ struct RunInputs {
 };
 
 // The fields Mgas to endich with their texts, in the order of the panel. Never fails: a value that cannot be
-// computed shows "?". Charge density (ladich, endich) is computed from the texts of MPgm and Veffm as
-// numbers: cm3 and g. in: charge_g, Veff_cm3 as shown on the screens
+// computed shows "?". Charge density (ladich, endich) is computed from what the fields MPgm and Veffm show.
+//
+// in:  charge_g [g], Veff_cm3 [cm3], both as shown on the screens
 std::vector<PanelField> showResults(const CalcState& s, const ShotCurve& curve, const ShotResult& result,
                                     double charge_g, double Veff_cm3);
 

@@ -47,14 +47,17 @@ struct ShotOutcome {
 };
 
 // Walks one shot at the SI values in s (after prepareShot or the shorter set-up of a table row). The result
-// of a run that did not finish is not to be shown as good: lastIdx is then the last index that was logged
-// completely. in:  s.freeVol, sigmaEnd, effMass, baseStep and the model's fields; any value, however wild,
-// ends as a value. why: tableKind 2 leaves out the base pressure, as its rows do not show it.
+// of a run that did not finish is not to be shown as good: lastIdx is then the last index logged completely.
+//
+// in:  s.freeVol, sigmaEnd, effMass, baseStep and the model's fields; any value, however wild, ends as a
+// value
+//
+// why: tableKind 2 leaves out the base pressure, as its rows do not show it
 ShotOutcome runShot(const CalcState& s, ShotCurve& curve, ShotResult& result);
 
 // A table row at the charge now in s.chargeKg: free volume, expansion and effective mass anew, then one run.
-// False when the charge is not above 0, the free volume is too small (nothing is run and the former shot
-// stands), the set-up fails or the run does not finish.
+// False when the charge is not above 0, the free volume is too small (nothing is run and the former shot is
+// kept), the set-up fails or the run does not finish.
 bool quickShot(CalcState& s, ShotCurve& curve, ShotResult& result);
 
 }  // namespace tv
