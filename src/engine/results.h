@@ -25,12 +25,6 @@ struct PanelField {
   std::string text;
 };
 
-// A snapshot of what the views of a finished run need beside curve and result, so that no view shows figures
-// under inputs that have changed since.
-struct RunInputs {
-  CalcState state;
-};
-
 // The fields Mgas to endich with their texts, in the order of the panel. Never fails: a value that cannot be
 // computed shows "?". Charge density (ladich, endich) is computed from what the fields MPgm and Veffm show.
 //

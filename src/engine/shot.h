@@ -49,8 +49,7 @@ struct ShotOutcome {
 // Walks one shot at the SI values in s (after prepareShot or the shorter set-up of a table row). The result
 // of a run that did not finish is not to be shown as good: lastIdx is then the last index logged completely.
 //
-// in:  s.freeVol, sigmaEnd, effMass, baseStep and the model's fields; any value, however wild, ends as a
-// value
+// in:  s.freeVol, sigmaEnd, effMass, baseStep, the model's fields; any value, however wild, ends as a value
 //
 // why: tableKind 2 leaves out the base pressure, as its rows do not show it
 ShotOutcome runShot(const CalcState& s, ShotCurve& curve, ShotResult& result);
