@@ -7,7 +7,6 @@
 #include <string>
 #include <vector>
 
-#include "data/temp_folder.h"
 #include "screens/all.h"
 #include "session/data_sets.h"
 #include "session/file_names.h"
@@ -15,6 +14,7 @@
 #include "session/loads.h"
 #include "session/message.h"
 #include "session/record_lists.h"
+#include "temp_folder.h"
 #include "session/recording_user.h"
 #include "session/settings.h"
 #include "session/start.h"

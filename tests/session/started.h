@@ -6,7 +6,7 @@
 #include <stdexcept>
 #include <string>
 
-#include "data/temp_folder.h"
+#include "temp_folder.h"
 #include "geometry/dimensions.h"
 #include "screens/all.h"
 #include "session/data_sets.h"
