@@ -20,12 +20,14 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t siz
     const auto page = size % 2 ? tv::CodePage::cp1251 : tv::CodePage::cp1252;
     tv::RecordRead read = tv::parse_records(bytes, kind, page);
     require(read.file.table.last() <= tv::record_kind(kind).limit);
-    for (const tv::ShortRecord& found : read.short_records) {
-      require(found.row <= read.file.table.last() && found.field >= 1 && found.field <= tv::kRecordFields);
-    }
+    const auto rows = static_cast<int>(read.file.table.rows.size());
+    const tv::RecordFindings& found = read.findings;
+    require(found.count_found == rows + found.rows_beyond + found.taken_for_head);
+    for (const tv::OddRecord& odd : found.odd) require(odd.row <= rows && odd.fields <= tv::kRecordFields);
+    require(found.none() == tv::finding_texts(found).empty());
     const std::string once = tv::record_file_bytes(read.file, kind, page);
     const tv::RecordRead again = tv::parse_records(once, kind, page);
-    require(again.short_records.empty());
+    require(again.findings.none());
     require(again.file.table.rows.size() == read.file.table.rows.size());
     require(tv::record_file_bytes(again.file, kind, page) == once);
     tv::sort_kind(read.file.table, kind, size % 3 == 0, page);

@@ -51,14 +51,15 @@ int records_command(Session& s, const Console& console, const std::string& file,
   if (!kind) throw Stop{kWrongUsage, file + ": not the extension of a record file"};
   const RecordRead read = read_records(file, kind->kind, s.language.page(), s.options.sortvol);
   if (!read.ok()) throw Stop{kFileTrouble, file + ": " + s.language.failure(read.failure)};
-  for (const ShortRecord& r : read.short_records)
-    console.err << file << ": " << s.language.msg(186) << r.row << ", " << s.language.msg(187) << r.name
-                << ", " << s.language.msg(188) << r.field << "\n";
+  if (!read.findings.none()) console.err << file << ": ";
+  for (const FindingText& piece : finding_texts(read.findings))
+    console.err << s.language.msg(piece.message) << piece.behind;
+  if (!read.findings.none()) console.err << "\n";
   deliver(console, output,
           format == "json"  ? json_text(records_json(read.file, *kind))
           : format == "csv" ? records_csv(read.file)
                             : records_text(read.file));
-  return read.short_records.empty() ? kDone : kRefused;
+  return read.findings.none() ? kDone : kRefused;
 }
 
 }  // namespace tv

@@ -56,22 +56,12 @@ std::string caption_of(const Session& s, RecordKind kind) {
   return s.language.fastmsg(dialogs(kind).caption) + file_stem(stored + "x");
 }
 
-void tell_short_records(Session& s, const std::string& file, const std::vector<ShortRecord>& found) {
-  for (const ShortRecord& r : found)
-    warn(s, MessageText(s)
-                .msg(185)
-                .add(file)
-                .line()
-                .msg(186)
-                .add(std::to_string(r.row))
-                .line()
-                .msg(187)
-                .add(r.name)
-                .line()
-                .msg(188)
-                .add(std::to_string(r.field))
-                .line()
-                .msg(189));
+void tell_findings(Session& s, const std::string& file, const RecordFindings& findings) {
+  if (findings.none()) return;
+  MessageText text(s);
+  text.msg(185).add(file).line();
+  for (const FindingText& piece : finding_texts(findings)) text.msg(piece.message).add(piece.behind);
+  warn(s, text);
 }
 
 void tell_failure(Session& s, const std::string& file, int failure) {
@@ -183,7 +173,7 @@ bool read_data_set(Session& s, RecordKind kind, const std::string& file, bool bo
   // reach.
   set.collected = !read.ok() && (!missing || file_exists(full_name(s, kind)));
   set.collection.clear();
-  tell_short_records(s, file, read.short_records);
+  tell_findings(s, file, read.findings);
   if (read.failure && (box_if_missing || !missing)) tell_failure(s, file, read.failure);
   table_changed(s, kind);
   return read.ok();

@@ -39,42 +39,12 @@ TEST(RecordFiles, StandByteForByteAsTold) {
   file.table.rows.resize(2);
   file.table.rows[0][0] = ".308 , 147 , FMJ BT";
   file.table.rows[0][1] = "  147";
-  file.table.rows[0][20] = "\u00A6\u00AC\u20AC";
+  file.table.rows[0][2] = "\u00A6\u00AC\u20AC";
   file.table.rows[1][0] = std::string(41, 'n');
-  const std::string expected = ";a first line\r\n;\r\n\" 2 [bullet]\"\r\n" +
-                               quoted({padded(".308 , 147 , FMJ BT"),
-                                       "147",
-                                       "",
-                                       "",
-                                       "",
-                                       "",
-                                       "",
-                                       "",
-                                       "",
-                                       "",
-                                       "",
-                                       "",
-                                       "",
-                                       "",
-                                       "",
-                                       "",
-                                       "",
-                                       "",
-                                       "",
-                                       "",
-                                       "\xA6\xAC\x80"}) +
-                               "\r\n" + quoted({std::string(41, 'n')}) + "\r\n";
-  EXPECT_EQ(record_file_bytes(file, RecordKind::bullets, CodePage::cp1252), expected);
-
-  const std::pair<RecordKind, std::string> headers[] = {
-      {RecordKind::powders, "\" 0 [pulver]\"\r\n"}, {RecordKind::cartridges, "\" 0 [patronen]\"\r\n"},
-      {RecordKind::guns, "\" 0 [weapons]\"\r\n"},   {RecordKind::black_powders, "\" 0 [gunpowder]\"\r\n"},
-      {RecordKind::units, "\" 0 lines\"\r\n"},      {RecordKind::primers, "\" 0 [primertypes]\"\r\n"},
-      {RecordKind::bullets, "\" 0 [bullet]\"\r\n"},
-  };
-  for (const auto& [kind, header] : headers) {
-    EXPECT_EQ(record_file_bytes({}, kind, CodePage::cp1252), header);
-  }
+  EXPECT_EQ(record_file_bytes(file, RecordKind::bullets, CodePage::cp1252),
+            ";a first line\r\n;\r\n\" 2 [bullet]\"\r\n" +
+                quoted({padded(".308 , 147 , FMJ BT"), "147", "\xA6\xAC\x80"}) + "\r\n" +
+                quoted({std::string(41, 'n')}) + "\r\n");
 }
 
 TEST(RecordFiles, SurviveReadingAndWritingUnchanged) {
@@ -88,38 +58,61 @@ TEST(RecordFiles, SurviveReadingAndWritingUnchanged) {
                               quoted({padded("One"), "0.50", "", "a, b", every_byte}) + "\r\n" +
                               quoted({padded(std::string(30, '\xE4'))}) + "\r\n";
     const RecordRead read = parse(bytes, of);
-    EXPECT_TRUE(read.short_records.empty());
+    EXPECT_TRUE(read.findings.none());
     EXPECT_EQ(read.file.table.cell(0, 3), "a, b");
     EXPECT_EQ(record_file_bytes(read.file, of, CodePage::cp1252), bytes) << kind;
   }
 }
 
+// What is wrong with a file in one line: odd records as row:fields, with "!" if text was lost, then the rest.
+std::string told(const RecordFindings& findings) {
+  std::string text;
+  for (const OddRecord& odd : findings.odd) {
+    text += std::to_string(odd.row) + ':' + std::to_string(odd.fields) + (odd.text_lost ? "! " : " ");
+  }
+  if (findings.count_differs()) {
+    text += std::to_string(findings.count_told) + "/" + std::to_string(findings.count_found) + " ";
+  }
+  if (findings.rows_beyond) text += "beyond " + std::to_string(findings.rows_beyond) + " ";
+  if (findings.taken_for_head) text += "head " + std::to_string(findings.taken_for_head) + " ";
+  return text + (findings.not_read_whole() ? "not whole" : "");
+}
+
 TEST(RecordFiles, LinesAreReadWhateverSurroundsThem) {
-  const std::string one = quoted({"one", " 1"}), two = quoted({"two"});
+  const std::string one = quoted({"one", " 1"}), two = quoted({"two"}), head = "\" 2 [bullet]\"";
   const struct {
     const char* what;
     std::string bytes;
     int last;
     std::size_t comments;
+    const char* told;
   } cases[] = {
-      {"nothing", "", -1, 0},
-      {"comments only", ";a\r\n;b", -1, 2},
-      {"plain line ends, last line without one", "\" 2 [bullet]\"\n" + one + "\n" + two, 1, 0},
-      {"no header", one + "\r\n" + two + "\r\n", 1, 0},
-      {"header with a wrong count, in the middle", one + "\r\n\" 99 [bullet]\"\r\n" + two + "\r\n", 1, 0},
-      {"tag in other letters is a record", one + "\r\n" + quoted({"[BULLET]"}) + "\r\n", 1, 0},
-      {"empty and blank lines", "\r\n" + one + "\r\n\r\n   \r\n" + two + "\r\n\r\n", 1, 0},
-      {"a semicolon in a field", quoted({"lost", "1;2"}) + "\r\n" + one + "\r\n", 0, 1},
-      {"more than 21 fields", one + ",\"22\",\"23\"\r\n" + two + "\r\n", 1, 0},
+      {"nothing", "", -1, 0, ""},
+      {"comments only", ";a\r\n;b", -1, 2, ""},
+      {"plain line ends, the last missing", head + "\n" + one + "\n" + two, 1, 0, ""},
+      {"carriage returns alone", ";c\r" + head + "\r" + one + "\r" + two + "\r", 1, 1, ""},
+      {"no head", one + "\r\n" + two + "\r\n", 1, 0, ""},
+      {"heads of two files joined", "\" 1 [bullet]\"\n" + one + "\n\" 1 [bullet]\"\n" + two, 1, 0, ""},
+      {"wrong count", one + "\r\n\" 99 [bullet]\"\r\n" + two + "\r\n", 1, 0, "99/2 "},
+      {"senseless count", "\" 9E99 [bullet]\"\n\" x [bullet]\"\n" + one, 0, 0, "1000000/1 "},
+      {"tag in other letters is a record", one + "\n" + quoted({"[BULLET]"}), 1, 0, ""},
+      {"tag in a record", head + "\n" + one + "\n" + quoted({"a [bullet]"}), 0, 0, "head 1 not whole"},
+      {"blank lines", "\r\n" + one + "\r\n\r\n \t \r\n" + two + "\r\n\r\n", 1, 0, ""},
+      {"a semicolon in a field", head + "\n" + quoted({"lost", "1;2"}) + "\n" + one, 0, 1, "2/1 "},
+      {"more than 21 fields", one + ",\"22\"\n" + two, 1, 0, "1:21! not whole"},
+      {"empty ones behind", one + ",\"\",\n" + two, 1, 0, ""},
+      {"blanks around commas", "\"one\" , " + quoted({"1"}).substr(0, 60), 0, 0, ""},
+      {"text outside quotes", "\"one\",1," + one.substr(6), 0, 0, "1:21! not whole"},
+      {"short, its last quote missing", "\"one\",\" 1 \",\"3", 0, 0, "1:2! not whole"},
+      {"short, nothing lost", "\"one\",\" 1 \"," + std::string("\n") + two, 1, 0, "1:2 "},
+      {"no quotes at all", one + "\nno record\n", 1, 0, "2:0! not whole"},
   };
   for (const auto& c : cases) {
     const RecordRead read = parse(c.bytes);
     EXPECT_EQ(read.file.table.last(), c.last) << c.what;
     EXPECT_EQ(read.file.comments.size(), c.comments) << c.what;
-    EXPECT_TRUE(read.short_records.empty()) << c.what;
-    EXPECT_EQ(read.file.table.cell(-1, 0), "") << c.what;
+    EXPECT_EQ(told(read.findings), c.told) << c.what;
     EXPECT_EQ(read.file.table.cell(0, 0), c.last < 0 ? "" : "one") << c.what;
-    EXPECT_EQ(read.file.table.number(0, 1), c.last < 0 ? 0 : 1) << c.what;
   }
   // What a semicolon took out of the table stands at the head of the file that is written next.
   const RecordRead lost = parse(quoted({"lost", "1;2"}) + "\r\n");
@@ -127,28 +120,46 @@ TEST(RecordFiles, LinesAreReadWhateverSurroundsThem) {
             quoted({"lost", "1;2"}) + "\r\n\" 0 [bullet]\"\r\n");
 }
 
-TEST(RecordFiles, ShortRecordsAreKeptAndTold) {
+TEST(RecordFiles, QuotesInsideFieldsBelongToThem) {
   const RecordRead read =
-      parse(quoted({"good"}) + "\n\"  name  \", \" 2 \",\"3\n" + "no quotes\n" + quoted({"good too"}) + "\n");
-  ASSERT_EQ(read.short_records.size(), 2u);
-  EXPECT_EQ(read.short_records[0].row, 1);
-  EXPECT_EQ(read.short_records[0].name, "name");
-  EXPECT_EQ(read.short_records[0].field, 3);  // its quote is never closed
-  EXPECT_EQ(read.short_records[1].field, 1);
-  EXPECT_EQ(read.file.table.cell(1, 1), "2");
-  EXPECT_EQ(read.file.table.cell(1, 2), "");
-  EXPECT_EQ(read.file.table.cell(3, 0), "good too");
+      parse(quoted({"My 5\" gun", "\"in\" quotes\"", "\"", "1\"2\"3", "\"\""}), RecordKind::powders);
+  const char* const wanted[] = {"My 5\" gun", "\"in\" quotes\"", "\"", "1\"2\"3", "\"\"", ""};
+  for (int field = 0; field < 6; ++field) EXPECT_EQ(read.file.table.cell(0, field), wanted[field]);
+  EXPECT_TRUE(read.findings.none());
 }
 
 TEST(RecordFiles, ReadingEndsAtTheLimitOfTheKind) {
   for (const auto& [kind, rows] :
        {std::pair{RecordKind::powders, 2000}, {RecordKind::primers, 301}, {RecordKind::units, 101}}) {
     std::string bytes;
-    for (int i = 0; i <= rows; ++i) bytes += quoted({"r" + std::to_string(i)}) + "\r\n";
-    const RecordTable table = parse(bytes, kind).file.table;
-    EXPECT_EQ(table.last(), rows - 1);
-    EXPECT_EQ(table.cell(rows - 1, 0), "r" + std::to_string(rows - 1));
+    for (int i = 0; i < rows + 3; ++i) bytes += quoted({"r" + std::to_string(i)}) + "\r\n";
+    const RecordRead cut = parse(bytes + ";last", kind);
+    EXPECT_EQ(cut.file.table.last(), rows - 1);
+    EXPECT_EQ(cut.file.table.cell(rows - 1, 0), "r" + std::to_string(rows - 1));
+    EXPECT_EQ(cut.file.comments.size(), 1u) << "comments behind it are not lost";
+    EXPECT_EQ(told(cut.findings), "beyond 3 not whole");
   }
+}
+
+TEST(RecordFiles, FindingsAreTexts) {
+  const auto texts = [](const RecordFindings& findings) {
+    std::string text;
+    for (const FindingText& piece : finding_texts(findings)) {
+      text += std::to_string(piece.message) + ' ' + piece.behind;
+    }
+    return text;
+  };
+  RecordFindings findings;
+  EXPECT_EQ(texts(findings), "");
+  findings.odd = {{3, "c", 4, false}, {5, "e", 21, true}};
+  findings.rows_beyond = 7;
+  findings.taken_for_head = 2;
+  findings.count_told = 9;
+  findings.count_found = 8;
+  EXPECT_EQ(texts(findings), "427 \n433 7\n434 2\n435 9, 436 8\n186 3, 187 c, 188 5\n432 5, 187 e\n189 ");
+  findings = {};
+  findings.odd.assign(100, {1, "x", 20, false});
+  EXPECT_EQ(finding_texts(findings).size(), 10u * 3 + 1);
 }
 
 TEST(RecordFiles, KindIsToldByTheExtension) {

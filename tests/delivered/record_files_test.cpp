@@ -18,7 +18,7 @@ using namespace tv;
 RecordTable delivered(const std::string& name, RecordKind kind) {
   const RecordRead read = read_records(std::string(TV_SHARE_DIR) + "/" + name, kind, CodePage::cp1252, false);
   EXPECT_EQ(read.failure, 0) << name;
-  EXPECT_TRUE(read.short_records.empty()) << name;
+  EXPECT_TRUE(read.findings.none()) << name;
   std::set<std::string> names;
   for (const Record& r : read.file.table.rows) {
     EXPECT_FALSE(trim(r[0]).empty()) << name;
@@ -167,7 +167,7 @@ TEST(DeliveredUnits, AreTheSameInEveryLanguage) {
     const auto page = language == "russian" ? CodePage::cp1251 : CodePage::cp1252;
     const std::string file = std::string(TV_SHARE_DIR) + "/lan/" + language + ".cnv";
     const RecordRead read = read_records_plain(file, RecordKind::units, page);
-    EXPECT_TRUE(read.ok() && read.short_records.empty()) << file;
+    EXPECT_TRUE(read.ok() && read.findings.none()) << file;
     return read.file.table;
   };
   const RecordTable english = units("english");
