@@ -1,7 +1,6 @@
 #include "data/load_keys.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cmath>
 
 #include "text/number.h"
@@ -154,14 +153,31 @@ bool* flag_of(const LoadKey& key, CalcState& s, LoadData& data) {
   return key.load_flag ? &(data.*key.load_flag) : nullptr;
 }
 
-// One value as it stands in a file.
+bool is_flag(const LoadKey& key) { return key.state_flag || key.dim_flag || key.load_flag; }
+
+// A tail of a kind that is no TailType would count as a hollow base; it is taken as flat.
+bool is_tail_type(double value) { return value == 0 || value == 1 || value == 2; }
+
+// Whether a text that is not empty says as a whole what the key holds.
+bool understood(const LoadKey& key, std::string_view text) {
+  if (key.text) return true;
+  const NumberRead read = read_stored(text);
+  if (is_flag(key))
+    return read.whole || std::string_view("tTfF").find(text.front()) != std::string_view::npos;
+  const bool whole_number = key.dim_int || key.state_int || key.load_int;
+  return read.whole && (!key.dim_int || is_tail_type(read.value)) &&
+         (!whole_number || read.value == to_int(read.value));
+}
+
+// One value as it stands in a file, or what can be made of it.
 void set_value(const LoadKey& key, const std::string& text, CalcState& s, LoadData& data) {
   if (key.text) {
     data.*key.text = many_lines(key) ? marks_to_breaks(text) : text;
   } else if (bool* flag = flag_of(key, s, data)) {
     *flag = read_flag(text);
   } else {
-    set_number(key, read_number(text), s, data);
+    const double value = read_stored(text).value;
+    set_number(key, key.dim_int && !is_tail_type(value) ? 0 : value, s, data);
   }
 }
 
@@ -219,16 +235,6 @@ bool is_load(const SectionedFile& file) {
 
 bool is_load_option(const OptionKey& key) { return key.section == kMetrics || key.section == "recoil"; }
 
-// The number that the text is as a whole, as a user types it.
-bool typed_number(std::string_view text, double& value) {
-  std::string digits(trim(text));
-  std::replace(digits.begin(), digits.end(), ',', '.');
-  if (digits.starts_with('+')) digits.erase(0, 1);
-  const char* end = digits.data() + digits.size();
-  const auto [stop, error] = std::from_chars(digits.data(), end, value);
-  return error == std::errc() && stop == end && std::isfinite(value);
-}
-
 }  // namespace
 
 std::span<const LoadKey> load_keys() { return kKeys; }
@@ -239,19 +245,21 @@ const LoadKey* load_key(std::string_view key) {
   return found == std::end(kKeys) ? nullptr : &*found;
 }
 
-bool read_load_keys(const SectionedFile& file, CalcState& s, LoadData& data) {
-  if (!is_load(file)) return false;
+std::optional<KeyList> read_load_keys(const SectionedFile& file, CalcState& s, LoadData& data) {
+  if (!is_load(file)) return {};
+  KeyList not_understood;
   data.coefficients.clear();
   for (const LoadKey& key : kKeys) {
     const std::string text = section_value(file, key.section, key.key);
     if (key.state_int && text.empty()) continue;  // the powder temperature stays
     set_value(key, text, s, data);
+    if (!text.empty() && !understood(key, text)) not_understood.push_back(key.key);
   }
   fill_missing(file, s, data);
   settle_moly(s);
   settle_coefficients(data);
   settle_tail(file, s);
-  return true;
+  return not_understood;
 }
 
 void write_load_keys(const CalcState& s, const LoadData& data, SectionedFile& file) {
@@ -269,14 +277,19 @@ void write_load_keys(const CalcState& s, const LoadData& data, SectionedFile& fi
   }
 }
 
-void read_load_options(const SectionedFile& file, const CalcState& s, Options& options) {
+KeyList read_load_options(const SectionedFile& file, const CalcState& s, Options& options) {
   constexpr double least_target = 10;  // MPa; below it the maximum pressure of the cartridge rules
   const double by_cartridge = 0.875 * s.dim.zul_P;
+  KeyList not_understood;
   for (const OptionKey& key : option_keys()) {
-    if (is_load_option(key)) read_option(key, file, options);
+    if (!is_load_option(key)) continue;
+    read_option(key, file, options);
+    const std::string text = key.real || key.whole ? section_value(file, key.section, key.key) : "";
+    if (!text.empty() && !read_stored(text).whole) not_understood.push_back(key.key);
   }
-  const double in_file = read_number(section_value(file, kMetrics, "maxtab"));
+  const double in_file = read_stored(section_value(file, kMetrics, "maxtab")).value;
   if (s.dim.zul_P > 0 && !(in_file > least_target)) options.maxtab = by_cartridge;
+  return not_understood;
 }
 
 void write_load_options(const Options& options, SectionedFile& file) {
@@ -285,28 +298,29 @@ void write_load_options(const Options& options, SectionedFile& file) {
   }
 }
 
-void read_design_data(const SectionedFile& file, CalcState& s, LoadData& data) {
+KeyList read_design_data(const SectionedFile& file, CalcState& s, LoadData& data) {
+  KeyList not_understood;
   std::vector<const LoadKey*> given;
   for (const LoadKey& key : kKeys) {
     const std::string text = key.section == kMetrics ? section_value(file, key.section, key.key) : "";
     if (text.empty()) continue;
     set_value(key, text, s, data);
+    if (!understood(key, text)) not_understood.push_back(key.key);
     given.push_back(&key);
   }
   for (const LoadKey* key : given) {
     settle(*key, s, data);
     if (key->dim_int || key->dim_flag) settle_tail(file, s);
   }
+  return not_understood;
 }
 
 bool set_load_value(const LoadKey& key, std::string_view text, CalcState& s, LoadData& data) {
-  double value = 0;
+  const std::string typed(trim(text));
   if (key.text) {
-    data.*key.text = std::string(trim(text));
-  } else if (bool* flag = flag_of(key, s, data)) {
-    *flag = read_flag(text);
-  } else if (typed_number(text, value)) {
-    set_number(key, value, s, data);
+    data.*key.text = typed;
+  } else if (!typed.empty() && understood(key, typed)) {
+    set_value(key, typed, s, data);
   } else {
     return false;
   }
@@ -327,7 +341,7 @@ std::string load_preview(const SectionedFile& file) {
     return section_value(file, section, key);
   };
   const auto number = [&](std::string_view section, std::string_view key, std::string_view pattern) {
-    return format_number(read_number(section_value(file, section, key)), pattern);
+    return format_number(read_stored(section_value(file, section, key)).value, pattern);
   };
   return text(kMetrics, "pattyp") + " -- " + number(kMetrics, "bulgew", "####0.0") + "grs " +
          text(kMetrics, "bultyp") + "\n" + text(kChargeData, "pulver") + " : " +

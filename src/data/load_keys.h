@@ -2,6 +2,7 @@
 // reading, writing, `--set` on the command line and the preview.
 #pragma once
 
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -65,28 +66,34 @@ struct LoadKey {
 std::span<const LoadKey> load_keys();
 const LoadKey* load_key(std::string_view key);  // ignoring case; nothing if there is none
 
-// Takes the values of a load, a key that is missing in its section from the section's former name. False, and
-// nothing changes, if the file holds neither dimensions nor charge, so is no load. A missing number is 0,
-// but: powtmp and the drag function stay as they were; sdepth missing or 0 follows from the lengths; buldia
-// is the groove diameter; c1icao missing or 0 is 4.5; molyco below 0.4 is 0.66. The first row whose
-// coefficient is not above 0 ends the list of coefficients, and c1icao is its first one. TAIL is set if the
-// tail is not flat and tailon does not say otherwise. A load that was written reads back to the last bit.
-bool read_load_keys(const SectionedFile& file, CalcState& state, LoadData& load);
+// Keys whose text was not understood as a whole and read as what could be made of it: "38x" as 38, a tail of
+// an unknown kind as none.
+using KeyList = std::vector<std::string_view>;
+
+// Takes the values of a load, a key that is missing in its section from the section's former name. Gives the
+// keys that were not understood; nothing, and then nothing changes, if the file holds neither dimensions nor
+// charge, so is no load. A missing number is 0, but: powtmp and the drag function stay as they were; sdepth
+// missing or 0 follows from the lengths; buldia is the groove diameter; c1icao missing or 0 is 4.5; molyco
+// below 0.4 is 0.66. The first row whose coefficient is not above 0 ends the list of coefficients, and c1icao
+// is its first one. TAIL is set if the tail is not flat and tailon does not say otherwise. A load that was
+// written reads back to the last bit.
+std::optional<KeyList> read_load_keys(const SectionedFile& file, CalcState& state, LoadData& load);
 // Sets every key of a load; one that a former section holds as well is emptied there. The comment is cut to
 // 255 characters.
 void write_load_keys(const CalcState& state, const LoadData& load, SectionedFile& file);
 
 // What a load holds beside its keys: the targets of the powder table and the gun, sections `metrics` and
 // `recoil`. To be read behind the load keys: maxtab is 0.875 of a known maximum pressure unless the file
-// holds one above 10 MPa.
-void read_load_options(const SectionedFile& file, const CalcState& state, Options& options);
+// holds one above 10 MPa. Gives the keys that were not understood.
+KeyList read_load_options(const SectionedFile& file, const CalcState& state, Options& options);
 void write_load_options(const Options& options, SectionedFile& file);
 
 // Design data: names and dimensions of section `metrics`; only keys that hold something change anything.
-void read_design_data(const SectionedFile& file, CalcState& state, LoadData& load);
+// Gives the keys that were not understood.
+KeyList read_design_data(const SectionedFile& file, CalcState& state, LoadData& load);
 
-// One value from text as a user types it: a number must be one as a whole (a comma counts as its point).
-// False if it is not. What hangs on the key alone follows (coefficients, tail, coating factor).
+// One value from text as a user types it: a number must be one as a whole, a tail of a known kind. False, and
+// nothing changes, if it is not. What hangs on the key alone follows (coefficients, tail, coating factor).
 bool set_load_value(const LoadKey& key, std::string_view text, CalcState& state, LoadData& load);
 // The value as it stands in a load, without the blank ahead of a number.
 std::string load_value_text(const LoadKey& key, const CalcState& state, const LoadData& load);

@@ -59,7 +59,7 @@ public:
   RunColumn(const RecordTable& table, RunKey key) {
     for (int row = 0; row <= table.last(); ++row) {
       const std::string start = left(table.cell(row, key.field), static_cast<std::size_t>(key.prefix));
-      texts_.push_back(key.numeric ? general(read_number(start)) : upper(start));
+      texts_.push_back(key.numeric ? general(read_stored(start).value) : upper(start));
     }
   }
   bool agree(std::size_t a, std::size_t b) const { return texts_[a] == texts_[b]; }

@@ -34,7 +34,7 @@ const std::string& RecordTable::cell(int row, int field) const {
   return rows[static_cast<std::size_t>(row)][static_cast<std::size_t>(field)];
 }
 
-double RecordTable::number(int row, int field) const { return read_number(cell(row, field)); }
+double RecordTable::number(int row, int field) const { return read_stored(cell(row, field)).value; }
 
 int RecordTable::find(std::string_view name) const {
   const std::string_view wanted = trim(name);

@@ -20,7 +20,7 @@ struct RecordTable {
   int last() const { return static_cast<int>(rows.size()) - 1; }  // -1 when empty
   // Row -1, and any row that does not exist, reads as blank fields: no selection never fails.
   const std::string& cell(int row, int field) const;
-  double number(int row, int field) const;  // lenient reading of the cell
+  double number(int row, int field) const;  // of the cell, as read_stored
   int find(std::string_view name) const;    // row of the trimmed name (field 0), -1 if none
 };
 

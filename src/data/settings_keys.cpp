@@ -158,7 +158,7 @@ double sensible(const OptionKey& key, double value, double otherwise) {
 
 void read_number_option(const OptionKey& key, const std::string& value, Options& options) {
   const Options defaults;
-  const double number = read_number(value);
+  const double number = read_stored(value).value;
   if (key.whole) {
     options.*key.whole = static_cast<int>(sensible(key, int_of(number), defaults.*key.whole));
   } else {

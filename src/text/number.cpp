@@ -7,6 +7,8 @@
 #include <limits>
 #include <system_error>
 
+#include "text/codepage.h"
+
 namespace tv {
 namespace {
 
@@ -279,11 +281,10 @@ std::array<std::string_view, 3> split_sections(std::string_view pattern) {
 }  // namespace
 
 NumberRead read_number_checked(std::string_view text) {
-  const std::size_t begin = text.find_first_not_of(" \t");
-  if (begin == std::string_view::npos) return {};
-  text.remove_prefix(begin);
+  text = trim(text);
   const Scan scan = scan_number(text);
   if (!scan.digits) return {};
+  const bool whole = scan.end == text.size();
   std::string_view number = text.substr(0, scan.end);
   std::string copy;
   if (scan.exponent != std::string_view::npos && number[scan.exponent] != 'E') {
@@ -297,12 +298,28 @@ NumberRead read_number_checked(std::string_view text) {
   if (done.ec == std::errc::result_out_of_range || !std::isfinite(value)) {
     const std::size_t e = number.find('E');
     const std::string_view mantissa = number.substr(number[0] == '-' ? 1 : 0, e - (number[0] == '-' ? 1 : 0));
-    return {0, is_large(mantissa, e == std::string_view::npos ? "" : number.substr(e))};
+    return {0, is_large(mantissa, e == std::string_view::npos ? "" : number.substr(e)), whole};
   }
-  return {value + 0.0, false};  // no negative zero
+  return {value + 0.0, false, whole};  // no negative zero
 }
 
 double read_number(std::string_view text) { return read_number_checked(text).value; }
+
+NumberRead read_stored(std::string_view text) {
+  const std::size_t comma = text.find(',');
+  const bool is_point = comma != std::string_view::npos &&
+                        text.find(',', comma + 1) == std::string_view::npos &&
+                        text.find('.') == std::string_view::npos;
+  std::string pointed;
+  if (is_point) {
+    pointed = text;
+    pointed[comma] = '.';
+    text = pointed;
+  }
+  NumberRead read = read_number_checked(text);
+  read.whole = read.whole && !read.overflow;
+  return read;
+}
 
 double int_of(double x) { return std::floor(x); }
 

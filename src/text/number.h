@@ -1,5 +1,4 @@
-// Reading and writing numbers as text, the same in every locale: a point is the decimal sign, a comma never
-// counts.
+// Reading and writing numbers as text, the same in every locale: a point is the decimal sign.
 #pragma once
 
 #include <string>
@@ -10,6 +9,7 @@ namespace tv {
 struct NumberRead {
   double value = 0;       // 0 when no digits were found or the number overflows
   bool overflow = false;  // the digits stand for more than a double can hold
+  bool whole = false;     // the text is that number from end to end, but for blanks
 };
 
 // Leading blanks, an optional sign, digits with at most one point, an exponent by E or D with at least one
@@ -19,6 +19,10 @@ NumberRead read_number_checked(std::string_view text);
 
 // The value alone; a number that overflows reads as 0.
 double read_number(std::string_view text);
+
+// A number that stands in a file: one comma and no point means the point, as people in half of the world
+// write it. A number that overflows is not whole.
+NumberRead read_stored(std::string_view text);
 
 // The largest whole number not above x (floor, in double).
 double int_of(double x);
