@@ -36,8 +36,8 @@ public:
     std::ifstream file(path_ + name, std::ios::binary);
     return {std::istreambuf_iterator<char>(file), {}};
   }
-  int files() const {
-    return static_cast<int>(std::distance(std::filesystem::directory_iterator(path_), {}));
+  int files(const std::string& folder = {}) const {
+    return static_cast<int>(std::distance(std::filesystem::directory_iterator(path_ + folder), {}));
   }
 
 private:

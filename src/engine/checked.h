@@ -5,7 +5,7 @@
 
 #include <cmath>
 
-#include "text/file.h"
+#include "text/failure.h"
 
 namespace tv {
 

@@ -31,6 +31,13 @@ std::string ask_language_file(Session& s, const std::string& missing) {
   }
 }
 
+// No safety text may vanish: the delivered file of the same name, told in the status line.
+void take_delivered_language(Session& s, const std::string& damaged) {
+  if (s.language.read(delivered_language_file(s.roots.delivered + "lan/", damaged)) != LanguageRead::good)
+    return;  // the texts that nobody may be without have English words of their own
+  s.status = s.language.msg(430) + " " + file_name_only(damaged);
+}
+
 // Texts from files, held as the former code page read them, as the new one would have.
 void reread_all(Session& s, CodePage from, CodePage to) {
   if (from == to) return;
@@ -69,10 +76,13 @@ std::string stored_language(const Session& s) {
 bool language_read(Session& s, const std::string& file) {
   std::string wanted = file;
   const CodePage before = s.language.page();
-  while (!s.language.read(wanted)) {
+  LanguageRead read = s.language.read(wanted);
+  while (read == LanguageRead::unreadable) {
     wanted = ask_language_file(s, wanted);
     if (wanted.empty()) return false;
+    read = s.language.read(wanted);
   }
+  if (read == LanguageRead::damaged) take_delivered_language(s, wanted);
   s.language.read_own_tips(own_tip_file(s));
   reread_all(s, before, s.language.page());
   if (wanted != file) {

@@ -1,6 +1,9 @@
-// The texts of the language in force, from a language file. A missing key gives an empty text and no error.
+// The texts of the language in force, from a language file. A missing key gives an empty text and no error,
+// but for the texts that nobody may be without: the notice, the marks of limits, failures and the words of
+// buttons, which then come in English.
 #pragma once
 
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -9,22 +12,37 @@
 
 namespace tv {
 
+// The languages that the program brings along.
+struct DeliveredLanguage {
+  std::string_view name;  // "english", as Language::name
+  std::string_view code;  // "en", by ISO 639
+};
+std::span<const DeliveredLanguage> delivered_languages();
+// The name of a language's file below lan/: "tn_english.lan".
+std::string language_file_name(std::string_view name);
+// What to read instead of a damaged file: another of its name in that folder (with its closing '/'), or the
+// English one.
+std::string delivered_language_file(const std::string& folder, std::string_view damaged);
+
+enum class LanguageRead {
+  good,
+  damaged,     // taken, but sections or texts are missing that nobody may be without
+  unreadable,  // the former language stands
+};
+
 class Language {
 public:
   Language() = default;
 
-  // Reads the file; its code page is key "codepage" of section "language". False if the file cannot be read,
-  // and then the former language stands.
-  bool read(const std::string& path);
+  // Reads the file; its code page is key "codepage" of section "language".
+  [[nodiscard]] LanguageRead read(const std::string& path);
 
   std::string text(std::string_view section, std::string_view key) const;  // breaks as "\n"
   std::string msg(int n) const;                                            // section "messages", key "<n>msg"
   std::string fileout(int n) const;                                        // section "fileout", key "<n>txt"
   std::string fastmsg(std::string_view key) const;                         // section "fastmsg"
   std::string fastmsg(std::string_view stem, int n) const;                 // stem and number, as "fwarn8"
-  // Section "failures"; the English literal when missing, so that a failure can be told without any language
-  // file.
-  std::string failure(int number) const;
+  std::string failure(int number) const;                                   // section "failures"
 
   // The standing notice: warning0 to warning6 joined, with a line end behind the first.
   std::string notice() const;

@@ -6,7 +6,6 @@
 #include <stdexcept>
 #include <string>
 
-#include "temp_folder.h"
 #include "geometry/dimensions.h"
 #include "screens/all.h"
 #include "session/data_sets.h"
@@ -25,6 +24,7 @@
 #include "session/start.h"
 #include "session/tables.h"
 #include "session/take_records.h"
+#include "temp_folder.h"
 
 namespace tv_test {
 

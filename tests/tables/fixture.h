@@ -92,7 +92,7 @@ inline const PowderRow* find(const PowderTable& table, const std::string& name) 
 
 inline Language language() {
   Language l;
-  l.read(std::string(TV_SOURCE_DIR) + "/tests/tables/test.lan");
+  EXPECT_NE(l.read(std::string(TV_SOURCE_DIR) + "/tests/tables/test.lan"), LanguageRead::unreadable);
   return l;
 }
 

@@ -15,8 +15,6 @@
 namespace tv {
 namespace {
 
-const char* const kNames[] = {"english", "german", "french", "russian"};
-
 struct Delivered {
   std::string name;
   std::string bytes;
@@ -121,16 +119,18 @@ TEST(DeliveredLanguages, HoldTheSameKeys) {
 
 TEST(DeliveredLanguages, HaveNoFaultyLines) {
   for (const char* extension : {".lan", ".tip"}) {
-    for (const std::string name : kNames) {
+    for (const auto& [language_name, code] : delivered_languages()) {
+      const std::string name(language_name);
       EXPECT_EQ(faults_of(read_delivered(name, extension)), "") << name << extension;
     }
   }
 }
 
 TEST(DeliveredLanguages, NameThemselvesAndTheirCodePage) {
-  for (const std::string name : kNames) {
+  for (const auto& [name, code] : delivered_languages()) {
     Language language;
-    ASSERT_TRUE(language.read(std::string(TV_SHARE_DIR) + "/lan/tn_" + name + ".lan"));
+    ASSERT_EQ(language.read(std::string(TV_SHARE_DIR) + "/lan/" + language_file_name(name)),
+              LanguageRead::good);
     EXPECT_EQ(language.name(), name);
     EXPECT_EQ(language.page(), name == "russian" ? CodePage::cp1251 : CodePage::cp1252);
     EXPECT_EQ(language.notice().find("\n\n"), std::string::npos);

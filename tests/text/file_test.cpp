@@ -12,24 +12,19 @@
 #include <random>
 #include <string>
 
+#include "temp_folder.h"
 #include "text/file_calls.h"
-#include "text/scratch.h"
 #include "without_rights.h"
 
 namespace tv {
 namespace {
 
 namespace fs = std::filesystem;
+using tv_test::TempFolder;
 using tv_test::WithoutRights;
 
-int count_files(const std::string& folder) {
-  int n = 0;
-  for ([[maybe_unused]] const auto& entry : fs::directory_iterator(folder)) ++n;
-  return n;
-}
-
 TEST(WriteFile, KeepsBackupModeAndLinks) {
-  Scratch at;
+  TempFolder at;
   const std::string file = at / "a.dat", backup = at / "a.bak", link = at / "link.dat";
   const std::string bytes("one\0\r\n\xFF", 7);
   ASSERT_EQ(write_file(file, bytes, backup), kNoFailure);
@@ -49,11 +44,11 @@ TEST(WriteFile, KeepsBackupModeAndLinks) {
   EXPECT_EQ(info.st_mode & 07777, 0640u);
   EXPECT_EQ(write_file(file, "four", file), kNoFailure);  // a backup of the same name is none
   EXPECT_EQ(read_file(file).bytes, "four");
-  EXPECT_EQ(count_files(at.path()), 3);
+  EXPECT_EQ(at.files(), 3);
 }
 
 TEST(WriteFile, NamesTheFailure) {
-  Scratch at;
+  TempFolder at;
   ASSERT_EQ(write_file(at / "a.dat", "x"), kNoFailure);
   EXPECT_EQ(write_file(at / "none/a.dat", "x"), kFolderNotFound);
   EXPECT_EQ(write_file(at / "a.dat/b.dat", "x"), kFolderNotFound);
@@ -74,7 +69,7 @@ TEST(WriteFile, NamesTheFailure) {
 }
 
 TEST(WriteFile, IsRefusedWithoutTheRight) {
-  Scratch at;
+  TempFolder at;
   const std::string file = at / "a.dat", secret = at / "secret.dat", held = at / "held/a.dat";
   ASSERT_EQ(make_folders(at / "held"), kNoFailure);
   for (const std::string& name : {file, secret, held}) ASSERT_EQ(write_file(name, "x"), kNoFailure);
@@ -88,7 +83,7 @@ TEST(WriteFile, IsRefusedWithoutTheRight) {
     EXPECT_EQ(read_file(file).bytes + read_file(held).bytes, "xx");
   }
   ASSERT_EQ(chmod((at / "held").c_str(), 0755), 0);
-  EXPECT_EQ(count_files(at.path()) + count_files(at / "held"), 4) << "nothing is left of the attempts";
+  EXPECT_EQ(at.files() + at.files("held"), 4) << "nothing is left of the attempts";
 }
 
 // Calls that fail at a chosen place: once, or as if the program had ended there.
@@ -144,14 +139,14 @@ int write_with(const Fault& chosen, const std::string& file, const std::string& 
 }
 
 TEST(WriteFile, FailingAtAnyStepLeavesTheOldFileOrTheNewOne) {
-  Scratch at;
+  TempFolder at;
   const std::string file = at / "a.dat", backup = at / "a.bak";
   ASSERT_EQ(write_with({}, file, backup), kNoFailure);
   const int steps = fault.calls;
   ASSERT_GT(steps, 10);
   for (bool ends : {false, true}) {
     for (int step = 1; step <= steps; ++step) {
-      Scratch folder;
+      TempFolder folder;
       const std::string target = folder / "a.dat", kept = folder / "a.bak";
       const int failure = write_with({step, EIO, ends}, target, kept);
       const std::string found = read_file(target).bytes;
@@ -160,7 +155,7 @@ TEST(WriteFile, FailingAtAnyStepLeavesTheOldFileOrTheNewOne) {
       const std::string former = read_file(kept).bytes;
       EXPECT_TRUE(former == "older" || former == kOld) << former << ": the backup is never missing";
       if (!ends) {
-        EXPECT_LE(count_files(folder.path()), 2) << "a temporary file is left";
+        EXPECT_LE(folder.files(), 2) << "a temporary file is left";
       }
     }
   }
@@ -187,7 +182,7 @@ int version_of(const std::string& bytes) {
 // A program that does nothing but save is killed, again and again, wherever it happens to be; who reads
 // meanwhile finds whole files too.
 TEST(WriteFile, KilledAtAnyMomentLeavesWholeFiles) {
-  Scratch at;
+  TempFolder at;
   const std::string file = at / "a.dat", backup = at / "a.bak";
   for (int n : {0, 1}) ASSERT_EQ(write_file(file, version(n), backup), kNoFailure);
   std::mt19937 random(1);
@@ -217,7 +212,7 @@ TEST(WriteFile, KilledAtAnyMomentLeavesWholeFiles) {
 }
 
 TEST(WriteFile, MapsTheSystemsErrors) {
-  Scratch at;
+  TempFolder at;
   const struct {
     int error, failure;
   } cases[] = {{ENOSPC, kDiskFull},        {EDQUOT, kDiskFull}, {EACCES, kPermissionDenied},
@@ -230,7 +225,7 @@ TEST(WriteFile, MapsTheSystemsErrors) {
 
 // File systems without hard links: the backup is a copy.
 TEST(WriteFile, CopiesTheBackupWhereLinksAreUnknown) {
-  Scratch at;
+  TempFolder at;
   ASSERT_EQ(write_file(at / "a.dat", kOld), kNoFailure);
   FileCalls calls = system_calls();
   calls.link = [](const char*, const char*) {
@@ -240,11 +235,11 @@ TEST(WriteFile, CopiesTheBackupWhereLinksAreUnknown) {
   ASSERT_EQ(write_file(at / "a.dat", kNew, at / "a.bak", calls), kNoFailure);
   EXPECT_EQ(read_file(at / "a.dat").bytes, kNew);
   EXPECT_EQ(read_file(at / "a.bak").bytes, kOld);
-  EXPECT_EQ(count_files(at.path()), 2);
+  EXPECT_EQ(at.files(), 2);
 }
 
 TEST(ResolvePath, FindsNamesThatDifferInCase) {
-  Scratch at;
+  TempFolder at;
   for (const char* folder : {"data", "Data", "Data/Powders"}) ASSERT_EQ(make_folders(at / folder), 0);
   for (const char* name : {"data/exact.DAT", "Data/Powders/Ünder.pro", "data/Two.x", "data/tWO.x"}) {
     ASSERT_EQ(write_file(at / name, "x"), 0);
@@ -269,7 +264,7 @@ TEST(ResolvePath, FindsNamesThatDifferInCase) {
 }
 
 TEST(FilesIn, FitsPatternsWithoutCase) {
-  Scratch at;
+  TempFolder at;
   for (const char* name : {"b.BUL", "a.bul", "c.pro", "Ternofw.bul", "plain", ".hidden.bul"}) {
     ASSERT_EQ(write_file(at / name, "x"), 0);
   }

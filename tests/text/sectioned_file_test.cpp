@@ -6,11 +6,13 @@
 #include <random>
 #include <string>
 
+#include "temp_folder.h"
 #include "text/file.h"
-#include "text/scratch.h"
 
 namespace tv {
 namespace {
+
+using tv_test::TempFolder;
 
 TEST(SectionedFile, ReadsByTheRules) {
   const std::string bytes =
@@ -168,7 +170,7 @@ TEST(SectionedFile, KeepsEveryOtherValueAndByte) {
 }
 
 TEST(Settings, GoToTheFileEachTime) {
-  Scratch at;
+  TempFolder at;
   const std::string file = at / "ternofw.set";
   const CodePage page = CodePage::cp1252;
   EXPECT_EQ(settings_read("startup", "tiptim", file, page), "");
