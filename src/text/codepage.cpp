@@ -106,12 +106,22 @@ struct CaseRange {
 };
 
 constexpr CaseRange kCases[] = {
-    {'a', 'z', 32},       {0xE0, 0xF6, 32},     {0xF8, 0xFE, 32},  // Latin-1 but for the division sign
-    {0x0430, 0x044F, 32}, {0x0450, 0x045F, 80},                    // Cyrillic
-    {0x0491, 0x0491, 1},
+    {0xE0, 0xF6, 32},
+    {0xF8, 0xFE, 32},  // Latin-1 but for the division sign
+    {0x0430, 0x044F, 32},
+    {0x0450, 0x045F, 80},
+    {0x0491, 0x0491, 1}  // Cyrillic
 };
 
+// Nearly all text that the program handles is.
+bool is_ascii(std::string_view text) {
+  unsigned all = 0;
+  for (const char c : text) all |= static_cast<unsigned char>(c);
+  return all < 0x80;
+}
+
 char32_t upper_of(char32_t code) {
+  if (code < 0x80) return code >= 'a' && code <= 'z' ? code - 32 : code;
   for (const CaseRange& range : kCases) {
     if (code >= range.first && code <= range.last) return code - range.distance;
   }
@@ -119,6 +129,7 @@ char32_t upper_of(char32_t code) {
 }
 
 char32_t lower_of(char32_t code) {
+  if (code < 0x80) return code >= 'A' && code <= 'Z' ? code + 32 : code;
   for (const CaseRange& range : kCases) {
     if (code + range.distance >= range.first && code + range.distance <= range.last) {
       return code + range.distance;
@@ -127,8 +138,15 @@ char32_t lower_of(char32_t code) {
   return code;
 }
 
-std::string each_letter(std::string_view text, char32_t (*change)(char32_t)) {
+template <class Change>
+std::string each_letter(std::string_view text, Change change) {
   std::string out;
+  if (is_ascii(text)) {
+    out.resize(text.size());
+    std::transform(text.begin(), text.end(), out.begin(),
+                   [&](char c) { return static_cast<char>(change(static_cast<unsigned char>(c))); });
+    return out;
+  }
   out.reserve(text.size());
   while (!text.empty()) {
     const Character c = front(text);
@@ -152,6 +170,7 @@ CodePage code_page_named(std::string_view number) {
 }
 
 std::string to_utf8(std::string_view bytes, CodePage page) {
+  if (is_ascii(bytes)) return std::string(bytes);
   const Table& table = table_of(page);
   std::string out;
   out.reserve(bytes.size());
@@ -163,6 +182,7 @@ std::string to_utf8(std::string_view bytes, CodePage page) {
 }
 
 std::string from_utf8(std::string_view text, CodePage page) {
+  if (is_ascii(text)) return std::string(text);
   std::string out;
   out.reserve(text.size());
   while (!text.empty()) out += byte_of(take(text), page);
@@ -172,10 +192,12 @@ std::string from_utf8(std::string_view text, CodePage page) {
 bool page_has(char32_t character, CodePage page) { return find_byte(character, page) >= 0; }
 
 std::string reread(std::string_view text, CodePage old_page, CodePage new_page) {
+  if (is_ascii(text)) return std::string(text);
   return to_utf8(from_utf8(text, old_page), new_page);
 }
 
 std::size_t length(std::string_view text) {
+  if (is_ascii(text)) return text.size();
   std::size_t n = 0;
   for (; !text.empty(); ++n) take(text);
   return n;
@@ -212,9 +234,13 @@ std::string_view trim_right(std::string_view text) {
   return text;
 }
 
-std::string upper(std::string_view text) { return each_letter(text, upper_of); }
+std::string upper(std::string_view text) {
+  return each_letter(text, [](char32_t code) { return upper_of(code); });
+}
 
-std::string lower(std::string_view text) { return each_letter(text, lower_of); }
+std::string lower(std::string_view text) {
+  return each_letter(text, [](char32_t code) { return lower_of(code); });
+}
 
 bool same_fold(std::string_view a, std::string_view b) {
   // Both cases of a letter have the same number of bytes in UTF-8.

@@ -33,46 +33,42 @@ bool is_key(std::string_view name) {
 
 }  // namespace
 
-SectionedFile::SectionedFile(std::string_view bytes, CodePage page) : bytes_(bytes), page_(page) { index(); }
+SectionedFile::SectionedFile(std::string_view bytes, CodePage page) : source_(bytes), page_(page) { index(); }
 
 void SectionedFile::index() {
-  sections_.clear();
-  order_.clear();
-  Section* current = nullptr;
-  std::size_t at = bytes_.starts_with(kByteOrderMark) ? kByteOrderMark.size() : 0;
-  while (at < bytes_.size()) at = index_line(at, current);
+  bool in_section = false;
+  std::size_t at = source_.starts_with(kByteOrderMark) ? kByteOrderMark.size() : 0;
+  while (at < source_.size()) at = index_line(at, in_section);
+  known_sections_ = sections_.size();
+  for (Section& section : sections_) section.known = section.entries.size();
 }
 
-// Gives the begin of the next line.
-std::size_t SectionedFile::index_line(std::size_t begin, Section*& current) {
-  const std::size_t feed = std::min(bytes_.find('\n', begin), bytes_.size());
-  const std::size_t next = std::min(feed + 1, bytes_.size());
+// Gives the begin of the next line. The section at hand is the last one.
+std::size_t SectionedFile::index_line(std::size_t begin, bool& in_section) {
+  const std::size_t feed = std::min(source_.find('\n', begin), source_.size());
+  const std::size_t next = std::min(feed + 1, source_.size());
   // Also at the end of a file, which may have been cut within its last line end.
-  const bool pair = feed > begin && bytes_[feed - 1] == '\r';
+  const bool pair = feed > begin && source_[feed - 1] == '\r';
   const std::size_t end = pair ? feed - 1 : feed;
-  const std::string_view line = std::string_view(bytes_).substr(begin, end - begin);
+  const std::string_view line = std::string_view(source_).substr(begin, end - begin);
   const std::string_view text = trim(line);
-  const std::size_t close = text.find(']');
-  if (text.starts_with('[') && close != text.npos) {
+  const std::size_t close = text.starts_with('[') ? text.find(']') : text.npos;
+  if (close != text.npos) {
     const std::string name = to_utf8(trim(text.substr(1, close - 1)), page_);
-    const auto [place, added] = sections_.try_emplace(lower(name));
-    current = added ? &place->second : nullptr;
-    if (added) {
-      current->name = name;
-      order_.push_back(place->first);
-    }
+    in_section = !find(name);
+    if (in_section) section_to_write(name);
   }
-  if (!current || text.empty()) return next;
-  current->end = next;
+  if (!in_section || text.empty()) return next;
+  Section& section = sections_.back();
+  section.end = next;
   const std::size_t equals = line.find('=');
-  if (text.starts_with('[') || text.starts_with(';') || equals == line.npos) return next;
-  const std::string key = to_utf8(trim(line.substr(0, equals)), page_);
-  if (key.empty()) return next;
+  if (text.front() == '[' || text.front() == ';' || equals == line.npos) return next;
+  std::string key = to_utf8(trim(line.substr(0, equals)), page_);
+  if (key.empty() || !section.places.try_emplace(folded(key), section.entries.size()).second) return next;
   const std::string_view behind = line.substr(equals + 1);
   const std::size_t blanks = behind.size() - trim_left(behind).size();
-  if (current->values.try_emplace(lower(key), Value{begin + equals + 1 + blanks, end}).second) {
-    current->keys.push_back(key);
-  }
+  const std::size_t value = begin + equals + 1 + blanks;
+  section.entries.push_back({std::move(key), value, end, false, source_[value - 1] == ' ', false, {}});
   return next;
 }
 
@@ -80,19 +76,20 @@ std::size_t SectionedFile::index_line(std::size_t begin, Section*& current) {
 std::string SectionedFile::folded(std::string_view name) const { return lower(reread(name, page_, page_)); }
 
 const SectionedFile::Section* SectionedFile::find(std::string_view section) const {
-  const auto found = sections_.find(folded(section));
-  return found == sections_.end() ? nullptr : &found->second;
+  const auto found = section_places_.find(folded(section));
+  return found == section_places_.end() ? nullptr : &sections_[found->second];
 }
 
-const SectionedFile::Value* SectionedFile::find(std::string_view section, std::string_view key) const {
+const SectionedFile::Entry* SectionedFile::find(std::string_view section, std::string_view key) const {
   const Section* in = find(section);
   if (!in) return nullptr;
-  const auto found = in->values.find(folded(key));
-  return found == in->values.end() ? nullptr : &found->second;
+  const auto found = in->places.find(folded(key));
+  return found == in->places.end() ? nullptr : &in->entries[found->second];
 }
 
-std::string SectionedFile::value_bytes(const Value& value) const {
-  std::string_view text = std::string_view(bytes_).substr(value.begin, value.end - value.begin);
+std::string SectionedFile::value_bytes(const Entry& entry) const {
+  std::string_view text = entry.written;
+  if (!entry.changed) text = std::string_view(source_).substr(entry.begin, entry.end - entry.begin);
   text = trim(text.substr(0, text.find('\0')));
   if (in_quotes(text)) text = text.substr(1, text.size() - 2);
   return std::string(text);
@@ -106,13 +103,16 @@ bool SectionedFile::has_key(std::string_view section, std::string_view key) cons
 
 std::vector<std::string> SectionedFile::sections() const {
   std::vector<std::string> names;
-  for (const std::string& name : order_) names.push_back(sections_.at(name).name);
+  for (const Section& section : sections_) names.push_back(section.name);
   return names;
 }
 
 std::vector<std::string> SectionedFile::keys(std::string_view section) const {
-  const Section* in = find(section);
-  return in ? in->keys : std::vector<std::string>();
+  std::vector<std::string> names;
+  if (const Section* in = find(section)) {
+    for (const Entry& entry : in->entries) names.push_back(entry.key);
+  }
+  return names;
 }
 
 std::string SectionedFile::get(std::string_view section, std::string_view key) const {
@@ -126,8 +126,8 @@ std::string SectionedFile::get2(std::string_view section, std::string_view forme
 }
 
 std::string SectionedFile::get_bytes(std::string_view section, std::string_view key) const {
-  const Value* value = find(section, key);
-  return value ? value_bytes(*value).substr(0, kMaxValue) : std::string();
+  const Entry* entry = find(section, key);
+  return entry ? value_bytes(*entry).substr(0, kMaxValue) : std::string();
 }
 
 void SectionedFile::set(std::string_view section, std::string_view key, std::string_view value) {
@@ -136,8 +136,7 @@ void SectionedFile::set(std::string_view section, std::string_view key, std::str
 }
 
 void SectionedFile::set_bytes(std::string_view section, std::string_view key, std::string_view bytes) {
-  const Value* old = find(section, key);
-  if (old && get_bytes(section, key) == bytes) return;
+  if (has_key(section, key) && get_bytes(section, key) == bytes) return;
   std::string value(bytes.substr(0, bytes.find('\0')));
   std::replace_if(
       value.begin(), value.end(), [](char c) { return c == '\r' || c == '\n'; }, '\xAC');
@@ -151,32 +150,78 @@ void SectionedFile::set_number(std::string_view section, std::string_view key, d
 void SectionedFile::put(std::string_view section, std::string_view key, std::string_view value,
                         std::string_view written) {
   if (!is_section_name(section) || !is_key(key)) return;
-  if (const Value* old = find(section, key)) {
-    if (value_bytes(*old) == value) return;
-    if (bytes_[old->begin - 1] == ' ' && written.starts_with(' ')) written.remove_prefix(1);
-    bytes_.replace(old->begin, old->end - old->begin, written);
-  } else {
-    add_key(section, from_utf8(key, page_) + "=" + std::string(written));
+  const Entry* old = find(section, key);
+  if (old && value_bytes(*old) == value) return;
+  Entry& entry = entry_to_write(section_to_write(section), key);
+  if (written.starts_with(' ')) {
+    entry.blank_added = entry.blank_added || !entry.blank_ahead;
+    entry.blank_ahead = true;
+    written.remove_prefix(1);
   }
-  index();
+  entry.changed = true;
+  entry.written = written;
 }
 
-void SectionedFile::add_key(std::string_view section, std::string_view line) {
-  const std::string end = line_end();
-  const Section* in = find(section);
-  const std::size_t place = in ? in->end : bytes_.size();
-  std::string added;
-  if (place > 0 && bytes_[place - 1] != '\n' && bytes_ != kByteOrderMark) {
-    added += bytes_[place - 1] == '\r' ? "\n" : end;
-  }
-  if (!in) added += "[" + from_utf8(section, page_) + "]" + end;
-  added += line;
-  bytes_.insert(place, added + end);
+// The section or the entry of that name; a new one at the end if there is none.
+SectionedFile::Section& SectionedFile::section_to_write(std::string_view name) {
+  const auto [place, added] = section_places_.try_emplace(folded(name), sections_.size());
+  if (added) sections_.emplace_back().name = reread(name, page_, page_);
+  return sections_[place->second];
 }
 
-std::string SectionedFile::line_end() const {
-  const std::size_t feed = bytes_.find('\n');
-  const bool plain = feed != std::string::npos && (feed == 0 || bytes_[feed - 1] != '\r');
+SectionedFile::Entry& SectionedFile::entry_to_write(Section& section, std::string_view key) {
+  const auto [place, added] = section.places.try_emplace(folded(key), section.entries.size());
+  if (added) section.entries.emplace_back().key = reread(key, page_, page_);
+  return section.entries[place->second];
+}
+
+void SectionedFile::append_added(const Section& section, std::string_view line_end, std::string& out) const {
+  for (std::size_t i = section.known; i < section.entries.size(); ++i) {
+    const Entry& entry = section.entries[i];
+    out.append(from_utf8(entry.key, page_)).append("=").append(entry.blank_added ? " " : "");
+    out.append(entry.written).append(line_end);
+  }
+}
+
+std::string SectionedFile::bytes() const {
+  const std::string_view end = line_end();
+  std::string out;
+  std::size_t done = 0;  // what has been taken over of source_
+  const auto take_to = [&](std::size_t place) {
+    out.append(source_, done, place - done);
+    done = place;
+  };
+  // A line that is not ended, or whose end was cut, gets its end before another follows.
+  const auto end_line = [&] {
+    if (out.empty() || out.back() == '\n' || out == kByteOrderMark) return;
+    out.append(out.back() == '\r' ? "\n" : end);
+  };
+  for (std::size_t i = 0; i < known_sections_; ++i) {
+    const Section& section = sections_[i];
+    for (std::size_t k = 0; k < section.known; ++k) {
+      const Entry& entry = section.entries[k];
+      if (!entry.changed) continue;
+      take_to(entry.begin);
+      out.append(entry.blank_added ? " " : "").append(entry.written);
+      done = entry.end;
+    }
+    if (section.entries.size() == section.known) continue;
+    take_to(section.end);
+    end_line();
+    append_added(section, end, out);
+  }
+  take_to(source_.size());
+  for (std::size_t i = known_sections_; i < sections_.size(); ++i) {
+    end_line();
+    out.append("[").append(from_utf8(sections_[i].name, page_)).append("]").append(end);
+    append_added(sections_[i], end, out);
+  }
+  return out;
+}
+
+std::string_view SectionedFile::line_end() const {
+  const std::size_t feed = source_.find('\n');
+  const bool plain = feed != std::string::npos && (feed == 0 || source_[feed - 1] != '\r');
   return plain ? "\n" : "\r\n";
 }
 

@@ -46,35 +46,45 @@ public:
   // A number in the general form, with a blank ahead if it is not negative.
   void set_number(std::string_view section, std::string_view key, double number);
 
-  const std::string& bytes() const { return bytes_; }
+  std::string bytes() const;  // of the whole file as it stands now
   CodePage page() const { return page_; }
 
 private:
-  struct Value {
-    std::size_t begin = 0;  // behind "=" and the blanks there
-    std::size_t end = 0;    // the line end
+  struct Entry {
+    std::string key;
+    std::size_t begin = 0, end = 0;  // its value in source_, behind "=" and the blanks there, to the line end
+    bool changed = false;            // `written` stands in place of that value, or in a line that is added
+    bool blank_ahead = false;        // a blank stands before the value
+    bool blank_added = false;        // that blank is not in source_
+    std::string written;
   };
   struct Section {
     std::string name;
-    std::size_t end = 0;  // behind its last line that is not blank
-    std::vector<std::string> keys;
-    std::unordered_map<std::string, Value> values;  // by key in lower case
+    std::size_t end = 0;         // in source_, behind its last line that is not blank
+    std::vector<Entry> entries;  // those of source_ in its order, then the added ones
+    std::size_t known = 0;       // entries of source_
+    std::unordered_map<std::string, std::size_t> places;  // in entries, by key in lower case
   };
 
   void index();
-  std::size_t index_line(std::size_t begin, Section*& current);
+  std::size_t index_line(std::size_t begin, bool& in_section);
   std::string folded(std::string_view name) const;
   const Section* find(std::string_view section) const;
-  const Value* find(std::string_view section, std::string_view key) const;
-  std::string value_bytes(const Value& value) const;
+  const Entry* find(std::string_view section, std::string_view key) const;
+  std::string value_bytes(const Entry& entry) const;
   void put(std::string_view section, std::string_view key, std::string_view value, std::string_view written);
-  void add_key(std::string_view section, std::string_view line);
-  std::string line_end() const;
+  Section& section_to_write(std::string_view name);
+  Entry& entry_to_write(Section& section, std::string_view key);
+  void append_added(const Section& section, std::string_view line_end, std::string& out) const;
+  std::string_view line_end() const;
 
-  std::string bytes_;
+  // The bytes that were read stay as they are, and changes are kept beside them: a file of many keys would
+  // else be moved about and read anew for each key that is set.
+  std::string source_;
   CodePage page_ = CodePage::cp1252;
-  std::vector<std::string> order_;                     // sections in lower case
-  std::unordered_map<std::string, Section> sections_;  // by name in lower case
+  std::vector<Section> sections_;  // those of source_ in its order, then the added ones
+  std::size_t known_sections_ = 0;
+  std::unordered_map<std::string, std::size_t> section_places_;  // by name in lower case
 };
 
 // One read goes to the file each time; a missing or unreadable file reads as empty.
