@@ -95,9 +95,8 @@ int find_byte(char32_t code, CodePage page) {
   return found == table.end() ? -1 : 128 + static_cast<int>(found - table.begin());
 }
 
-char byte_of(const Character& c, CodePage page) {
-  const int byte = c.valid ? find_byte(c.code, page) : static_cast<int>(c.code);
-  return byte < 0 ? '?' : static_cast<char>(byte);
+int byte_of(const Character& c, CodePage page) {
+  return c.valid ? find_byte(c.code, page) : static_cast<int>(c.code);
 }
 
 struct CaseRange {
@@ -185,11 +184,13 @@ std::string from_utf8(std::string_view text, CodePage page) {
   if (is_ascii(text)) return std::string(text);
   std::string out;
   out.reserve(text.size());
-  while (!text.empty()) out += byte_of(take(text), page);
+  while (!text.empty()) {
+    if (const int byte = byte_of(take(text), page); byte >= 0) out += static_cast<char>(byte);
+  }
   return out;
 }
 
-bool page_has(char32_t character, CodePage page) { return find_byte(character, page) >= 0; }
+std::string drop_foreign(std::string_view text, CodePage page) { return reread(text, page, page); }
 
 std::string reread(std::string_view text, CodePage old_page, CodePage new_page) {
   if (is_ascii(text)) return std::string(text);
@@ -248,12 +249,8 @@ bool same_fold(std::string_view a, std::string_view b) {
 }
 
 int compare_bytes(std::string_view a, std::string_view b, CodePage page) {
-  while (!a.empty() && !b.empty()) {
-    const auto x = static_cast<unsigned char>(byte_of(take(a), page));
-    const auto y = static_cast<unsigned char>(byte_of(take(b), page));
-    if (x != y) return x < y ? -1 : 1;
-  }
-  return a.empty() ? (b.empty() ? 0 : -1) : 1;
+  const int order = from_utf8(a, page).compare(from_utf8(b, page));
+  return order < 0 ? -1 : order > 0;
 }
 
 std::string marks_to_breaks(std::string_view text) {

@@ -15,10 +15,12 @@ CodePage code_page_named(std::string_view number);
 // so that any file survives reading and writing byte for byte.
 std::string to_utf8(std::string_view bytes, CodePage page);
 
-// Characters that the page does not have become "?". Malformed UTF-8 is passed as single bytes.
+// Characters that the page does not have are dropped: a "?" in their place would be a text nobody entered.
+// Malformed UTF-8 is passed as single bytes.
 std::string from_utf8(std::string_view text, CodePage page);
 
-bool page_has(char32_t character, CodePage page);
+// What of a text that a user enters the page can hold: what it gives survives writing and reading as it is.
+std::string drop_foreign(std::string_view text, CodePage page);
 
 // Text held from a file, read by the old page, as the new page would have read it.
 std::string reread(std::string_view text, CodePage old_page, CodePage new_page);

@@ -73,7 +73,7 @@ std::size_t SectionedFile::index_line(std::size_t begin, bool& in_section) {
 }
 
 // A name as the file would hold it, in lower case.
-std::string SectionedFile::folded(std::string_view name) const { return lower(reread(name, page_, page_)); }
+std::string SectionedFile::folded(std::string_view name) const { return lower(drop_foreign(name, page_)); }
 
 const SectionedFile::Section* SectionedFile::find(std::string_view section) const {
   const auto found = section_places_.find(folded(section));
@@ -149,7 +149,7 @@ void SectionedFile::set_number(std::string_view section, std::string_view key, d
 
 void SectionedFile::put(std::string_view section, std::string_view key, std::string_view value,
                         std::string_view written) {
-  if (!is_section_name(section) || !is_key(key)) return;
+  if (!is_section_name(drop_foreign(section, page_)) || !is_key(drop_foreign(key, page_))) return;
   const Entry* old = find(section, key);
   if (old && value_bytes(*old) == value) return;
   Entry& entry = entry_to_write(section_to_write(section), key);
@@ -165,13 +165,13 @@ void SectionedFile::put(std::string_view section, std::string_view key, std::str
 // The section or the entry of that name; a new one at the end if there is none.
 SectionedFile::Section& SectionedFile::section_to_write(std::string_view name) {
   const auto [place, added] = section_places_.try_emplace(folded(name), sections_.size());
-  if (added) sections_.emplace_back().name = reread(name, page_, page_);
+  if (added) sections_.emplace_back().name = drop_foreign(name, page_);
   return sections_[place->second];
 }
 
 SectionedFile::Entry& SectionedFile::entry_to_write(Section& section, std::string_view key) {
   const auto [place, added] = section.places.try_emplace(folded(key), section.entries.size());
-  if (added) section.entries.emplace_back().key = reread(key, page_, page_);
+  if (added) section.entries.emplace_back().key = drop_foreign(key, page_);
   return section.entries[place->second];
 }
 

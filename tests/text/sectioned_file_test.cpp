@@ -97,9 +97,10 @@ TEST(SectionedFile, ChangesOnlyWhatIsSet) {
        "[s]\nk=a\xAC"
        "b\xAC[t]\xAC"
        "c\n"},
-      {"[s]\nk=1\n", "s", "k", "Größe Ж",
+      {"[s]\nk=1\n", "s", "k", "GrößeЖ",
        "[s]\nk=Gr\xF6\xDF"
-       "e ?\n"},
+       "e\n"},
+      {"[s]\nk=1\n", "s", "Ж", "v", "[s]\nk=1\n"},
       {"[s]\nk=1\n", "s", "a=b", "v", "[s]\nk=1\n"},
       {"[s]\nk=1\n", "s", "", "v", "[s]\nk=1\n"},
       {"[s]\nk=1\n", "s]", "k", "v", "[s]\nk=1\n"},
