@@ -112,7 +112,7 @@ void add_odd_records(const std::vector<OddRecord>& odd, std::vector<FindingText>
   for (std::size_t i = 0; i < std::min(odd.size(), kOddTold); ++i) {
     const OddRecord& record = odd[i];
     const bool is_short = record.fields < kRecordFields;
-    texts.push_back({record.text_lost ? 432 : 186, std::to_string(record.row) + ", "});
+    texts.push_back({record.text_lost ? 442 : 186, std::to_string(record.row) + ", "});
     texts.push_back({187, record.name + (is_short ? ", " : "\n")});
     if (is_short) texts.push_back({188, std::to_string(record.fields + 1) + "\n"});
     short_ones = short_ones || is_short;
@@ -136,11 +136,11 @@ std::vector<FindingText> finding_texts(const RecordFindings& findings) {
     texts.push_back({message, std::to_string(number) + behind});
   };
   if (findings.not_read_whole()) texts.push_back({427, "\n"});
-  if (findings.rows_beyond > 0) tell(433, findings.rows_beyond, "\n");
-  if (findings.taken_for_head > 0) tell(434, findings.taken_for_head, "\n");
+  if (findings.rows_beyond > 0) tell(443, findings.rows_beyond, "\n");
+  if (findings.taken_for_head > 0) tell(444, findings.taken_for_head, "\n");
   if (findings.count_differs()) {
-    tell(435, findings.count_told, ", ");
-    tell(436, findings.count_found, "\n");
+    tell(445, findings.count_told, ", ");
+    tell(446, findings.count_found, "\n");
   }
   add_odd_records(findings.odd, texts);
   if (!texts.empty()) texts.back().behind.pop_back();  // nothing follows the last line

@@ -98,12 +98,10 @@ void Desk::show_visibility(std::string_view screen) {
 
 // The texts of Qt's own dialogs.
 void Desk::translate_toolkit() {
-  static constexpr std::pair<const char*, const char*> kCodes[] = {
-      {"german", "de"}, {"french", "fr"}, {"russian", "ru"}};
   QCoreApplication::removeTranslator(&translator_);
-  for (const auto& [language, code] : kCodes)
+  for (const auto& [language, code] : delivered_languages())
     if (session_.language.name() == language &&
-        translator_.load(QString("qtbase_") + code, QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
+        translator_.load("qtbase_" + qt(code), QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
       QCoreApplication::installTranslator(&translator_);
 }
 

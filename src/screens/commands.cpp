@@ -44,10 +44,10 @@ void end_program(S s, C) {
   if (ask_to_end(s)) s.end_requested = true;
 }
 
-constexpr std::array kLanguages{"german", "english", "french", "russian"};
-void choose_language(S s, C c) { language_switch(s, kLanguages[static_cast<std::size_t>(c.value)]); }
+std::string_view language_of(C c) { return delivered_languages()[static_cast<std::size_t>(c.value)].name; }
+void choose_language(S s, C c) { language_switch(s, language_of(c)); }
 bool language_checked(CS s, C c) {
-  return s.language.name() == kLanguages[static_cast<std::size_t>(c.value)];
+  return s.language.name() == language_of(c);
 }
 
 // --- data sets: the value is the kind of record
@@ -237,8 +237,8 @@ constexpr Command kCommands[] = {
     {.name = "grfpri", .section = kMain, .parent = "Datei_menu"},
     {.name = "grf_akt", .section = kMain, .parent = "grfpri", .action = by_window, .shortcut = "Ctrl+P", .enabled = printable},
     {.name = "s_lang", .section = kMain, .parent = "Datei_menu", .separator_before = true},
-    {.name = "deutsch", .section = kMain, .parent = "s_lang", .action = choose_language, .checked = language_checked, .value = 0, .literal = "&Deutsch"},
-    {.name = "english", .section = kMain, .parent = "s_lang", .action = choose_language, .checked = language_checked, .value = 1, .literal = "&English"},
+    {.name = "deutsch", .section = kMain, .parent = "s_lang", .action = choose_language, .checked = language_checked, .value = 1, .literal = "&Deutsch"},
+    {.name = "english", .section = kMain, .parent = "s_lang", .action = choose_language, .checked = language_checked, .value = 0, .literal = "&English"},
     {.name = "french", .section = kMain, .parent = "s_lang", .action = choose_language, .checked = language_checked, .value = 2, .literal = "&Français"},
     {.name = "russisch", .section = kMain, .parent = "s_lang", .action = choose_language, .checked = language_checked, .value = 3, .literal = "&Русский"},
     {.name = "Ende", .section = kMain, .parent = "Datei_menu", .action = end_program, .separator_before = true},

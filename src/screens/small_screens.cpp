@@ -46,10 +46,11 @@ void refuse(Session& s, int) {
   hide_screen(s, kNotice);
 }
 void next_language(Session& s, int) {
-  static constexpr std::array kLanguages{"english", "german", "french", "russian"};
-  const auto* at = std::ranges::find(kLanguages, s.language.name());
-  const std::size_t next = at == kLanguages.end() ? 0 : static_cast<std::size_t>(at - kLanguages.begin()) + 1;
-  language_switch(s, kLanguages[next % kLanguages.size()]);
+  const auto languages = delivered_languages();
+  std::size_t next = 0;
+  for (std::size_t i = 0; i < languages.size(); ++i)
+    if (s.language.name() == languages[i].name) next = i + 1;
+  language_switch(s, languages[next % languages.size()].name);
 }
 constexpr ControlAction kNoticeActions[] = {
     {"weiter", agree}, {"schluss", refuse}, {"wechsel", next_language}};

@@ -59,7 +59,7 @@ TEST_F(DataSets, AreOpenedWithWhateverIsWrongTold) {
   EXPECT_NE(user.boxes[0].message.text.find("short"), std::string::npos);
   EXPECT_NE(user.boxes[0].message.text.find(s.language.msg(188) + "3"), std::string::npos);
   EXPECT_EQ(user.count("beep"), 1);
-  EXPECT_EQ(p->keys(), "msg185 msg427 msg435 msg436 msg186 msg187 msg188 msg432 msg187 msg188 msg189");
+  EXPECT_EQ(p->keys(), "msg185 msg427 msg445 msg446 msg186 msg187 msg188 msg442 msg187 msg188 msg189");
   EXPECT_EQ(p->table(bullets).last(), 1);
   EXPECT_EQ(s.set(bullets).file.comments, std::vector<std::string>{"\"x;y\""});
   EXPECT_EQ(s.set(bullets).stored_name, at("b/bad."));

@@ -155,7 +155,7 @@ TEST(TableText, ColumnsEndWhereTheHeadsExpectThem) {
 TEST(TableText, UnitWordsFollowTheLanguage) {
   for (const std::string name : {"english", "german", "french", "russian"}) {
     Language l;
-    ASSERT_TRUE(l.read(std::string(TV_SHARE_DIR) + "/lan/tn_" + name + ".lan"));
+    ASSERT_EQ(l.read(std::string(TV_SHARE_DIR) + "/lan/tn_" + name + ".lan"), LanguageRead::good);
     const std::string text = DrawLoadTableText(load_table(0.92, 0, 0), l, {}).text;
     const std::size_t end = text.find("    MPa    MPa      %");
     ASSERT_NE(end, std::string::npos) << name;

@@ -144,7 +144,8 @@ TEST(DeliveredLanguages, NameThemselvesAndTheirCodePage) {
 TEST(DeliveredLanguages, KeepTheLettersOfAWindowApart) {
   const std::set<std::string> menus{"frmMAIN", "form7", "files", "messages", "fastmsg", "fileout"};
   const std::set<std::string> other_modes{"cal_man", "DZ_ok", "DZ_load", "text_auf", "text_ab"};
-  for (const std::string name : kNames) {
+  for (const auto& [delivered, code] : delivered_languages()) {
+    const std::string name(delivered);
     const SectionedFile file = read_delivered(name, ".lan").file;
     for (const std::string& section : file.sections()) {
       if (menus.contains(section)) continue;
