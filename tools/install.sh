@@ -1,27 +1,29 @@
 #!/usr/bin/env bash
-# tools/install.sh GROUP...: installs from Debian's packages what is missing of the groups build, test and ci.
-# Nothing missing: no call of apt-get, no rights needed. PROGRAM=PACKAGE is there when the program is, from whatever
-# package: the office program without windows would drive out one with windows.
+# tools/install.sh [--list] GROUP...: installs from Debian's packages what is missing of the groups build, test, ci and
+# fresh; with --list it names their packages instead. Nothing missing: no call of apt-get, no rights needed.
 set -euo pipefail
 
 declare -A packages=(
-  [build]="g++ cmake ninja-build pkg-config qt6-base-dev qt6-svg-dev libxlsxwriter-dev libcli11-dev
+  [build]="g++ cmake ninja-build pkg-config qt6-base-dev qt6-svg-dev libxlsxwriter-dev zlib1g-dev libcli11-dev
            nlohmann-json3-dev libfmt-dev libgtest-dev libbenchmark-dev qt6-qpa-plugins
            qt6-translations-l10n"
-  [test]="clang fonts-dejavu-core soffice=libreoffice-calc-nogui poppler-utils unzip"
-  [ci]="git clang-format libclang-rt-14-dev dpkg-dev lintian desktop-file-utils appstream shared-mime-info
-        libglib2.0-bin"
+  [test]="clang fonts-dejavu-core poppler-utils unzip"
+  [ci]="git clang-format libclang-rt-14-dev dpkg-dev lintian desktop-file-utils appstream
+        shared-mime-info libglib2.0-bin"
+  [fresh]="mmdebstrap util-linux"
 )
 
+list=
+if [[ ${1:-} == --list ]]; then
+  list=yes
+  shift
+fi
 missing=()
 for group in "$@"; do
   [[ -n ${packages[$group]:-} ]] || { echo "install.sh: no such group: $group" >&2; exit 2; }
   for package in ${packages[$group]}; do
-    if [[ $package == *=* ]]; then
-      command -v "${package%%=*}" >/dev/null || missing+=("${package#*=}")
-    else
-      dpkg-query -W -f '${db:Status-Status}' "$package" 2>/dev/null | grep -qx installed || missing+=("$package")
-    fi
+    [[ $list ]] && echo "$package" && continue
+    dpkg-query -W -f '${db:Status-Status}' "$package" 2>/dev/null | grep -qx installed || missing+=("$package")
   done
 done
 ((${#missing[@]})) || exit 0
