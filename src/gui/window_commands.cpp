@@ -134,9 +134,11 @@ void save_output(Desk& desk) {
   if (!answer) return;
   int failure = 0;
   if (text) {
-    std::string lines = output_text(s) + "\n" + output_notes(s) + "\n";
-    for (std::size_t i = lines.find('\n'); i != std::string::npos; i = lines.find('\n', i + 2))
-      lines.insert(i, "\r");
+    std::string lines;
+    for (const char c : output_text(s) + "\n" + output_notes(s) + "\n") {
+      if (c == '\n') lines += '\r';
+      lines += c;
+    }
     failure = write_file(answer->file, lines);
   } else {
     failure = save_picture(output_picture(desk), answer->file);

@@ -67,8 +67,11 @@ bool store_tip(Session& s, const std::string& key, const std::string& text) {
 }
 
 void edit_tip(Session& s, const std::string& key) {
-  const auto answer = s.user->input(
-      {kProgramName, {"Enter the tooltip text:", {}}, replaced(s.language.tip(key), "\n", kBreak)});
+  InputBox box;
+  box.title = kProgramName;
+  box.prompt.text = "Enter the tooltip text:";
+  box.value = replaced(s.language.tip(key), "\n", kBreak);
+  const auto answer = s.user->input(box);
   if (answer && store_tip(s, key, *answer) && s.hooks.language_changed) s.hooks.language_changed(s);
 }
 
