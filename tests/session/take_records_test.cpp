@@ -50,9 +50,9 @@ TEST_F(TakeRecords, CartridgeFillsLoadAndFieldsInBothUnits) {
   EXPECT_EQ(text("Form3", "Llenz"), "24.0");
   EXPECT_EQ(text("Form3", "Llenm"), "609.6");
   EXPECT_NEAR(d.buldin, 0.308, 0.0025) << "a bullet of the calibre comes with it";
-  EXPECT_EQ(s.load.bultyp, ".308 , 85 , RN") << "the first";
-  EXPECT_EQ(s.state.start_pressure, 15e6) << "with its start pressure";
-  EXPECT_EQ(text("Form4", "ini_press1"), "15");
+  EXPECT_EQ(s.load.bultyp, ".308 , 110 , FMJ RN") << "the first";
+  EXPECT_EQ(s.state.start_pressure, 20e6) << "with its start pressure";
+  EXPECT_EQ(text("Form4", "ini_press1"), "20");
   EXPECT_EQ(text("Form3", "Bnam"), s.load.bultyp);
   EXPECT_TRUE(s.valid.ask_charge);
   EXPECT_FALSE(s.load.bore_area_stale);
