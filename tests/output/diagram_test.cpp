@@ -91,7 +91,7 @@ TEST(Scale, BarrelAxisReadsZeroAtTheBoltFace) {
   EXPECT_EQ(read_out(f, options, {f.right, 100})->x, "609.6 mm");
 }
 
-// Every logged point is drawn, and the read-out at its place tells its values.
+// Every logged point is drawn, and the read-out at its x tells its values, at whatever height the pointer is.
 TEST(ReadOut, IsTheInverseOfTheDrawing) {
   const Shot shot = magnum();
   for (int type = 1; type <= 6; ++type) {
@@ -103,28 +103,29 @@ TEST(ReadOut, IsTheInverseOfTheDrawing) {
     }
     ASSERT_TRUE(curve) << type;
     for (const std::size_t i : {std::size_t{1}, std::size_t{50}, std::size_t{98}}) {
-      const auto out = read_out(d.frame, options, curve->points[i]);
+      const double height = d.frame.top + 4.0 * static_cast<double>(i);
+      const auto out = read_out(d.frame, options, shot.run(), {curve->points[i].x, height});
       ASSERT_TRUE(out) << type;
       const double x = type < 4 ? shot.curve->x[i] * 1000 : (shot.curve->t[i] - shot.curve->t[0]) * 1000;
       const double y = type % 3 == 2 ? shot.curve->v[i] : shot.curve->p[i] / 1e6;
       EXPECT_NEAR(read_number(out->x), x, type < 4 ? 0.051 : 0.00051) << type;
       EXPECT_NEAR(read_number(out->y1), y, 0.51) << type;
       EXPECT_EQ(out->y2.empty(), type % 3 != 0);
+      if (type % 3 == 0) {
+        EXPECT_NEAR(read_number(out->y2), shot.curve->v[i], 0.51) << type;
+      }
+      ASSERT_EQ(out->on_curve.size(), type % 3 == 0 ? 2U : 1U);
+      EXPECT_NEAR(out->on_curve[0].y, curve->points[i].y, 0.5);
+      EXPECT_EQ(read_out_marks(options, *out).items.size(), 2 * out->on_curve.size());
     }
-    EXPECT_FALSE(read_out(d.frame, options, {d.frame.left - 1, 200}));
-    EXPECT_FALSE(read_out(d.frame, options, {200, d.frame.bottom + 1}));
+    // Beside an axis the pointer's own values stand, elsewhere none.
+    const auto beside = read_out(d.frame, options, shot.run(), {d.frame.left - 1, d.frame.bottom});
+    ASSERT_TRUE(beside);
+    EXPECT_EQ(read_number(beside->y1), 0);
+    EXPECT_TRUE(beside->on_curve.empty());
+    EXPECT_FALSE(read_out(d.frame, options, shot.run(), {d.frame.left - 1, d.frame.bottom + 5}));
+    EXPECT_FALSE(read_out(d.frame, options, shot.run(), {200, d.frame.top - 1}));
   }
-}
-
-TEST(ReadOut, FollowedCurveTellsItsOwnValue) {
-  const Shot shot = magnum();
-  DiagramOptions options = of_type(3);
-  const DiagramFrame f = draw(shot, options).frame;
-  const double muzzle_edge = f.right;
-  options.followed = 1;
-  EXPECT_EQ(read_out(f, options, shot.run(), {muzzle_edge, f.top + 5})->y1, "105.6 MPa");
-  options.followed = 2;
-  EXPECT_EQ(read_out(f, options, shot.run(), {muzzle_edge, f.top + 5})->y2, "899 m/s");
 }
 
 // The bands beside the axes, for each type: left, right, below with travel and with barrel axis.

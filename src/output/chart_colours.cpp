@@ -1,16 +1,17 @@
-#include "output/diagram.h"
+#include "output/chart.h"
 
 namespace tv {
 
-DiagramColours light_colours() { return {}; }
+ChartColours light_colours() { return {}; }
 
-DiagramColours dark_colours() {
-  DiagramColours c;
+ChartColours dark_colours() {
+  ChartColours c;
   c.paper = {24, 26, 30, 255};
   c.ink = {236, 236, 236, 255};
   c.grid = {66, 70, 76, 255};
   c.pressure = {255, 168, 84, 255};
   c.velocity = {120, 190, 255, 255};
+  c.reference = {110, 215, 150, 255};
   c.over = {255, 40, 40, 90};
   c.near_limit = {255, 0, 255, 75};
   c.caution = {255, 255, 0, 55};

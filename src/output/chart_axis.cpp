@@ -1,4 +1,4 @@
-#include "output/diagram_scale.h"
+#include "output/chart_axis.h"
 
 #include <algorithm>
 #include <array>
@@ -10,8 +10,8 @@
 namespace tv {
 namespace {
 
-// Beyond any gun in any unit; what is larger would only break the scale.
-constexpr double kLargestShown = 1e9;
+constexpr double kLargestShown =
+    1e9;  // beyond any gun in any unit; what is larger would only break the scale
 constexpr int kMostTicks = 40;
 
 // Powers of ten exactly as they are written; pow() may miss the last bit.
@@ -49,10 +49,6 @@ double sound_tick(double range, double tick) {
   return tick > 0 && range / tick <= kMostTicks ? tick : range / 10;
 }
 
-bool within(const DiagramRun& run, int index) { return index >= 0 && index <= last_index(run); }
-
-double share(double value, double from, double to) { return to == from ? 0 : (value - from) / (to - from); }
-
 }  // namespace
 
 double NiceTick(double range) {
@@ -69,95 +65,81 @@ double NiceTick(double range) {
   return first_step(x, e);
 }
 
-double cut_three_digits(double value) {
-  if (!(value > 0) || !std::isfinite(value)) return 0;
-  const double digits = 2 - std::floor(std::log10(value));
-  const double scale = std::pow(10, digits);
-  const double cut = std::trunc(value * scale + 1e-9) / scale;
-  return std::isfinite(cut) ? cut : 0;
-}
+bool is_drawable(double value) { return std::abs(value) <= kLargestShown; }  // false for NaN
 
-Axis exact_axis(double from, double to, double span, double offset, const std::string& unit) {
-  Axis axis;
+ChartAxis exact_axis(double from, double to, double span, double offset, const std::string& unit) {
+  ChartAxis axis;
   axis.unit = unit;
   axis.from = from;
   axis.to = is_drawable(to) && to > from ? to : from + 1;
-  axis.low = axis.from;
-  axis.high = axis.to;
   axis.offset = offset;
-  axis.tick = sound_tick(axis.to - axis.from, NiceTick(is_drawable(span) && span > 0 ? span : 1));
-  axis.pattern = tick_pattern(axis.tick, unit == "ms");
-  return axis;
+  axis.tick = NiceTick(is_drawable(span) && span > 0 ? span : 1);
+  return sound_axis(axis);
 }
 
-Axis value_axis(double largest, double reach, const std::string& unit) {
+ChartAxis value_axis(double largest, double reach, const std::string& unit) {
   const double need = std::max(1.02 * largest, reach);
-  Axis axis;
+  ChartAxis axis;
   axis.unit = unit;
+  axis.tick = 0.1;
   if (is_drawable(need) && need > 0) {
     axis.tick = sound_tick(need, NiceTick(need));
     axis.to = std::ceil(need / axis.tick * (1 - 1e-12)) * axis.tick;
   }
-  axis.high = axis.to;
-  axis.pattern = tick_pattern(axis.tick, false);
-  return axis;
+  return sound_axis(axis);
 }
 
-Axis section_of(const Axis& axis, const ViewRange& range) {
+ChartAxis spread_axis(double lowest, double highest, const std::string& unit) {
+  ChartAxis axis;
+  axis.unit = unit;
+  if (is_drawable(lowest) && is_drawable(highest) && highest > lowest) {
+    const double margin = 0.02 * (highest - lowest);
+    axis.tick = sound_tick(highest - lowest, NiceTick(highest - lowest));
+    axis.from = std::floor((lowest - margin) / axis.tick + 1e-9) * axis.tick;
+    axis.to = std::ceil((highest + margin) / axis.tick - 1e-9) * axis.tick;
+  }
+  return sound_axis(axis);
+}
+
+ChartAxis sound_axis(const ChartAxis& axis) {
+  ChartAxis sound = axis;
+  if (!is_drawable(sound.from)) sound.from = 0;
+  if (!is_drawable(sound.to) || !(sound.to > sound.from)) sound.to = sound.from + 1;
+  if (!is_drawable(sound.offset)) sound.offset = 0;
+  const double length = sound.to - sound.from;
+  sound.tick = sound_tick(length, sound.tick > 0 ? sound.tick : NiceTick(length));
+  if (sound.pattern.empty()) sound.pattern = tick_pattern(sound.tick, axis.unit == "ms");
+  return sound;
+}
+
+ChartAxis section_of(const ChartAxis& axis, const ViewRange& range) {
   if (range == ViewRange{}) return axis;
-  Axis section = axis;
-  const double length = axis.high - axis.low;
-  section.from = axis.low + range.from * length;
-  section.to = axis.low + range.to * length;
+  ChartAxis section = axis;
+  const double length = axis.to - axis.from;
+  section.from = axis.from + range.from * length;
+  section.to = axis.from + range.to * length;
   section.tick = sound_tick(section.to - section.from, NiceTick(section.to - section.from));
   section.pattern = tick_pattern(section.tick, axis.unit == "ms");
   return section;
 }
 
-std::vector<Tick> ticks_of(const Axis& axis) {
-  std::vector<Tick> ticks;
+std::vector<ChartTick> ticks_of(const ChartAxis& axis) {
+  std::vector<ChartTick> ticks;
   const double slack = 1e-9 * axis.tick;
+  if (!axis.ticks.empty()) {
+    for (const ChartTick& tick : axis.ticks) {
+      if (tick.position >= axis.from - slack && tick.position <= axis.to + slack) ticks.push_back(tick);
+    }
+    return ticks;
+  }
   const double first = std::ceil((axis.from + axis.offset - slack) / axis.tick);
   for (int i = 0; i <= 2 * kMostTicks; ++i) {
     const double told = (first + i) * axis.tick;
     if (told - axis.offset > axis.to + slack) break;
     ticks.push_back({told - axis.offset, format_pattern(told, axis.pattern), false});
   }
-  if (ticks.size() > 1) ticks.back() = {ticks.back().position, axis.unit, true};
+  if (ticks.size() > 1 && !axis.unit.empty()) ticks.back() = {ticks.back().position, axis.unit, true};
   return ticks;
-}
-
-double x_value(const DiagramFrame& f, double x) {
-  return f.x_from + share(x, f.left, f.right) * (f.x_to - f.x_from);
-}
-double y1_value(const DiagramFrame& f, double y) {
-  return f.y1_from + share(y, f.bottom, f.top) * (f.y1_to - f.y1_from);
-}
-double y2_value(const DiagramFrame& f, double y) {
-  return f.y2_from + share(y, f.bottom, f.top) * (f.y2_to - f.y2_from);
-}
-
-bool is_drawable(double value) { return std::abs(value) <= kLargestShown; }  // false for NaN
-
-double sound_factor(double factor) { return factor > 0 && std::isfinite(factor) ? factor : 1; }
-
-int last_index(const DiagramRun& run) { return std::clamp(run.result->lastIdx, 0, ShotCurve::kPoints - 1); }
-
-double x_of(const DiagramRun& run, const DiagramOptions& options, int index) {
-  if (!within(run, index)) return std::nan("");
-  const auto i = static_cast<std::size_t>(index);
-  return is_over_time(options.type) ? (run.curve->t[i] - run.curve->t[0]) * 1000
-                                    : run.curve->x[i] * 1000 / sound_factor(options.distance_factor);
-}
-
-double pressure_of(const DiagramRun& run, const DiagramOptions& options, int index) {
-  if (!within(run, index)) return std::nan("");
-  return run.curve->p[static_cast<std::size_t>(index)] / sound_factor(options.pressure_factor);
-}
-
-double velocity_of(const DiagramRun& run, const DiagramOptions& options, int index) {
-  if (!within(run, index)) return std::nan("");
-  return run.curve->v[static_cast<std::size_t>(index)] / sound_factor(options.velocity_factor);
 }
 
 }  // namespace tv

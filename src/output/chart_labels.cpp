@@ -1,4 +1,4 @@
-#include "output/diagram_labels.h"
+#include "output/chart_labels.h"
 
 #include <algorithm>
 
