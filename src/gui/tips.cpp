@@ -7,6 +7,7 @@
 
 #include "gui/captions.h"
 #include "session/tips.h"
+#include "text/wrap.h"
 
 namespace tv {
 namespace {
@@ -23,19 +24,9 @@ QWidget* tip_owner(const Session& s, QWidget* widget) {
 QString wrapped(const QString& text, int width) {
   const QFontMetrics metrics(QToolTip::font());
   QStringList lines;
-  for (const QString& paragraph : text.split('\n')) {
-    QString line;
-    for (const QString& word : paragraph.split(' ')) {
-      const QString longer = line.isEmpty() ? word : line + ' ' + word;
-      if (!line.isEmpty() && metrics.horizontalAdvance(longer) > width) {
-        lines << line;
-        line = word;
-      } else {
-        line = longer;
-      }
-    }
-    lines << line;
-  }
+  for (const std::string& line : wrap_words(
+           utf8(text), [&](const std::string& each) { return metrics.horizontalAdvance(qt(each)) <= width; }))
+    lines << qt(line);
   return lines.join('\n');
 }
 

@@ -4,6 +4,8 @@
 #include <array>
 #include <cmath>
 
+#include "text/wrap.h"
+
 namespace tv {
 namespace {
 
@@ -133,24 +135,6 @@ void draw_axis_titles(Canvas& canvas, const ChartAxis& left, const ChartAxis* ri
            {canvas.axis_colour(right->title_colour), fitting_size(canvas, right->title, room), Align::right});
 }
 
-// Breaks a text at blanks into lines no wider than that at the size.
-std::vector<std::string> wrapped(const Canvas& canvas, const std::string& text, double width, double size,
-                                 bool bold) {
-  std::vector<std::string> lines(1);
-  for (std::size_t at = 0; at < text.size();) {
-    const std::size_t blank = std::min(text.find_first_of(" \n", at), text.size());
-    const std::string word = text.substr(at, blank - at);
-    const std::string longer = lines.back().empty() ? word : lines.back() + " " + word;
-    if (!lines.back().empty() && canvas.text_width(longer, size, bold, false, canvas.list.font) > width) {
-      lines.push_back(word);
-    } else {
-      lines.back() = longer;
-    }
-    at = blank + 1;
-  }
-  return lines;
-}
-
 }  // namespace
 
 void draw_axes(Canvas& canvas, const AxesOnShow& axes) {
@@ -182,10 +166,14 @@ void draw_banner(Canvas& canvas, const std::string& text, Colour colour) {
   const double plot = canvas.frame.right - canvas.frame.left - 3 * canvas.size;
   const double room = std::max(plot, std::min(12 * canvas.size, 0.9 * canvas.list.width));
   const double size = std::min(1.15 * canvas.size, canvas.list.height / 12);
-  const std::vector<std::string> lines = wrapped(canvas, text, room, size, true);
+  const auto width_of = [&](const std::string& line) {
+    return canvas.text_width(line, size, true, false, canvas.list.font);
+  };
+  const std::vector<std::string> lines =
+      wrap_words(text, [&](const std::string& line) { return width_of(line) <= room; });
   double widest = 0;
   for (const std::string& line : lines) {
-    widest = std::max(widest, canvas.text_width(line, size, true, false, canvas.list.font));
+    widest = std::max(widest, width_of(line));
   }
   const double shrink = std::min(1.0, room / std::max(widest, 1.0));
   const double row = 1.3 * size, half = 0.5 * row * static_cast<double>(lines.size()) + 0.4 * size;

@@ -115,7 +115,8 @@ std::string read_out_text(double value, double range, const std::string& unit) {
   const double scale = range > 0 && std::isfinite(range) ? std::floor(std::log10(range)) : 0;
   const int decimals = std::clamp(3 - static_cast<int>(std::clamp(scale, -9.0, 9.0)), 0, 6);
   const std::string zeros(static_cast<std::size_t>(decimals), '0');
-  return format_pattern(value, decimals == 0 ? "0" : "0." + zeros) + " " + unit;
+  const std::string figure = format_pattern(value, decimals == 0 ? "0" : "0." + zeros);
+  return unit.empty() ? figure : figure + " " + unit;
 }
 
 std::optional<ChartReadOut> chart_read_out(const Chart& chart, const ChartFrame& frame, Point at) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "screens/output_window.h"
+#include "text/wrap.h"
 
 namespace tv {
 namespace {
@@ -28,26 +29,13 @@ std::vector<std::string> lines_of(const std::string& text) {
 }
 
 // Words into lines no wider than the area.
-std::vector<std::string> wrapped(const std::string& text, double size, const std::string& font,
+std::vector<std::string> wrapped(std::string text, double size, const std::string& font,
                                  const PrintArea& area) {
-  std::vector<std::string> lines;
-  for (const std::string& paragraph : lines_of(text)) {
-    std::string line;
-    for (std::size_t at = 0; at < paragraph.size();) {
-      const std::size_t end = std::min(paragraph.find(' ', at), paragraph.size());
-      const std::string word = paragraph.substr(at, end - at);
-      const std::string longer = line.empty() ? word : line + " " + word;
-      if (!line.empty() && area.text_width(longer, size, false, false, font) > area.width) {
-        lines.push_back(line);
-        line = word;
-      } else if (!word.empty()) {
-        line = longer;
-      }
-      at = end + 1;
-    }
-    lines.push_back(line);
-  }
-  return lines;
+  std::erase(text, '\r');
+  while (text.ends_with(' ') || text.ends_with('\n')) text.pop_back();
+  return wrap_words(text, [&](const std::string& line) {
+    return area.text_width(line, size, false, false, font) <= area.width;
+  });
 }
 
 double width_of(const std::vector<std::string>& lines, double size, const PrintArea& area) {
