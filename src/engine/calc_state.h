@@ -15,6 +15,9 @@ inline constexpr double kMmPerInch = 25.4;
 inline constexpr double kMm2PerSqIn = 645.16;
 inline constexpr double kPaPerPsi = 6894.76;
 inline constexpr double kFeetPerMetre = 3.280839895;
+// v^2 times the bullet in grains over these is its energy; near the exact conversions and kept so.
+inline constexpr double kEnergyJoule = 30860;
+inline constexpr double kEnergyFootPound = 41840;
 inline constexpr double kPi = 3.141592654;
 
 inline constexpr double dicht_H2 = 0.998;   // density of water, g/cm3, for case capacity

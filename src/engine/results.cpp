@@ -8,9 +8,7 @@
 namespace tv {
 namespace {
 
-// The constants of energy and efficiency are rounded on purpose and stay so.
-constexpr double kEnergyJoule = 30860;
-constexpr double kEnergyFootPound = 41840;
+// Rounded on purpose, like those of the energy.
 constexpr double kEfficiency = 308.6;
 
 // Times need steps finer than the coarse setting has.

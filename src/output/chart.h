@@ -26,19 +26,19 @@ ChartColours dark_colours();
 
 struct ChartTick {
   double position = 0;
-  std::string label;
+  std::string label = {};
   bool is_unit = false;  // the last one names the unit instead of its value
 };
 
 // A whole axis; what of it is on show tells the view.
 struct ChartAxis {
-  std::string title, unit;       // without a unit the last tick shows its value like the others
-  double from = 0, to = 1;       // values beyond stand at the ends
-  double offset = 0;             // added to a position where it is told
-  double tick = 0;               // not above 0: a nice one for the length
-  std::string pattern;           // of the tick labels; empty: as the tick needs
-  std::vector<ChartTick> ticks;  // these instead of regular ones, e.g. names below bars
-  std::optional<Colour> title_colour, label_colour;  // else ink
+  std::string title = {}, unit = {};  // without a unit the last tick shows its value like the others
+  double from = 0, to = 1;            // values beyond stand at the ends
+  double offset = 0;                  // added to a position where it is told
+  double tick = 0;                    // not above 0: a nice one for the length
+  std::string pattern = {};           // of the tick labels; empty: as the tick needs
+  std::vector<ChartTick> ticks = {};  // these instead of regular ones, e.g. names below bars
+  std::optional<Colour> title_colour = {}, label_colour = {};  // else ink
 };
 
 // From `from` to its exact end; ticks as fit a length of `span`.
@@ -55,12 +55,12 @@ enum class ChartReading : std::uint8_t { along, at_points, none };
 enum class ChartPoints : std::uint8_t { none, dots, rings, bars };
 
 struct ChartSeries {
-  int id = 1;                  // by which legend, marks and read-out name it
-  std::string name;            // in legend and read-out; empty: no entry in the legend
-  std::string unit;            // in the read-out; empty: that of its axis
-  std::vector<Point> points;   // x rising
-  std::vector<double> spread;  // as many as points or none: half the length of a bar across each point
-  Colour colour;
+  int id = 1;                       // by which legend, marks and read-out name it
+  std::string name = {};            // in legend and read-out; empty: no entry in the legend
+  std::string unit = {};            // in the read-out; empty: that of its axis
+  std::vector<Point> points = {};   // x rising
+  std::vector<double> spread = {};  // as many as points or none: half the length of a bar across each point
+  Colour colour = {};
   LineStyle style = LineStyle::solid;
   double weight = 1;  // times the chart's line width; 0: no line
   ChartPoints shape = ChartPoints::none;
@@ -72,31 +72,31 @@ struct ChartSeries {
 // A strip across the plot between two values of the left axis, or of the x axis if vertical.
 struct ChartBand {
   double from = 0, to = 0;
-  Colour colour;
+  Colour colour = {};
   bool vertical = false;
 };
 // What lies between two lines over the same axes, e.g. the spread of a curve.
 struct ChartArea {
-  std::vector<Point> lower, upper;
-  Colour colour;
+  std::vector<Point> lower = {}, upper = {};
+  Colour colour = {};
   bool right_scale = false;
 };
 // A line across the plot at a value of the left axis, or of the x axis if vertical.
 struct ChartLimit {
   double level = 0;
-  std::string label;
+  std::string label = {};
   LineStyle style = LineStyle::solid;
   bool label_below = true;  // may be; below its line a label could be taken for the next line's
   bool vertical = false;
 };
 // A ring with a label. One with an id is a handle: larger, and found by handle_hit().
 struct ChartMark {
-  std::string label;
-  Point at;
+  std::string label = {};
+  Point at = {};
   bool right_scale = false;
   int series = 0;  // goes with this series when that is hidden
   int id = 0;
-  std::optional<Colour> colour;  // else ink
+  std::optional<Colour> colour = {};  // else ink
 };
 
 struct ChartLook {
@@ -151,7 +151,7 @@ struct LegendEntry {
 };
 struct HandlePlace {
   int id = 0;
-  Point at;
+  Point at = {};
   double radius = 0;
 };
 

@@ -5,9 +5,8 @@
 #include <variant>
 #include <vector>
 
-#include "tables/load_table.h"
 #include "tables/point_list.h"
-#include "tables/powder_table.h"
+#include "tables/table_data.h"
 
 namespace tv {
 
@@ -27,13 +26,6 @@ ExportData export_load_table(const LoadTable& table, const ViewUnits& units);
 // A row that shows no figures keeps its name alone.
 ExportData export_powder_table(const PowderTable& table, bool imperial);
 ExportData export_point_list(const PointListRun& run, const ViewUnits& units);
-
-// Columns of the same length; the first is x. Values that are not finite are blank.
-struct ExportSeries {
-  std::string header;
-  std::vector<double> values;
-};
-ExportData export_series(const std::vector<ExportSeries>& series);
 // The standard diagrams, type 1 to 6: x or time from the first point, then the pressure, the velocity or
 // both.
 ExportData export_diagram(int type, const ShotCurve& curve, int lastIdx, const ViewUnits& units);

@@ -5,67 +5,68 @@
 namespace tv {
 namespace {
 
-void heads(const PointListRun& run, const Language& language, const ViewUnits& units, TableWriter& out) {
-  const std::string unit = pressure_unit_name(units);
-  const bool times = run.schrit < 2;
+std::vector<TableColumn> columns(bool times, const ViewUnits& units) {
+  const bool i = units.imperial;
+  const std::string p = pressure_unit_name(units);
+  return {
+      {"x", "fbultrv", i ? "in." : "mm", i ? "X (in.)" : "X (mm)", i ? "0.00000" : "0.000", 11, 1},
+      {"burnt", "fcharge11", "%", "Z (%)", "0.00", 8, 2},
+      {"velocity", "fvel", i ? "fps" : "m/s", i ? "V (fps)" : "V (m/s)", "0.0", 9, 3},
+      {"pressure", "fchp", p, "p (" + p + ")", i ? "0" : "0.0", 10, 4},
+      {"time", "ftime", "ms", "t(ms)", "0.0000", times ? 10U : 0U, times ? 5 : 0},
+  };
+}
+
+// The heads stand literally; they are not quite in line with the columns.
+std::string heads(const PointListRun& run, const ViewUnits& units) {
+  return (units.imperial
+              ? std::string("   NR.:   x(in.)     Z(%)    v(fps)   p(psi)")
+              : std::string("   NR.:   x(mm)      Z(%)    v(m/s)   p(") + pressure_unit_name(units) + ")") +
+         (run.schrit < 2 ? "    t (ms)" : "");
+}
+
+constexpr const char* kMuzzle = " Muzzle";
+
+}  // namespace
+
+TableData point_list_data(const PointListRun& run, const ViewUnits& units) {
+  TableData view{"NR.", "", false, units.imperial ? "X (in.)" : "X (mm)", columns(run.schrit < 2, units), {}};
+  const ShotCurve& c = run.curve;
+  for (std::size_t i = 0; i <= static_cast<std::size_t>(run.lastIdx); ++i) {
+    TableRow& row = view.rows.emplace_back();
+    row.name = format_pattern(static_cast<double>(i), "0");
+    row.values = {shown_travel(c.x[i], units), burnt_percent(c.z[i]), shown_velocity(c.v[i], units),
+                  shown_pressure(c.p[i], units), (c.t[i] - c.t[0]) * 1000};
+    row.mark = pressure_mark(c.p[i] / 1e6, run.zul_P);
+  }
+  return view;
+}
+
+TableText DrawPointList(const PointListRun& run, const Language& language, const ViewUnits& units) {
+  const TableData view = point_list_data(run, units);
+  TableWriter out;
   out.block(CartridgeDataBlock(run.block, BlockKind::point_list, language));
   out.line(language.fastmsg("ftabpoc"));
-  // The heads stand literally; they are not quite in line with the columns.
-  out.column_head((units.imperial ? std::string("   NR.:   x(in.)     Z(%)    v(fps)   p(psi)")
-                                  : "   NR.:   x(mm)      Z(%)    v(m/s)   p(" + unit + ")") +
-                  (times ? "    t (ms)" : ""));
-  out.head("NR.");
-  out.head(units.imperial ? "X (in.)" : "X (mm)");
-  out.head("Z (%)");
-  out.head(units.imperial ? "V (fps)" : "V (m/s)");
-  out.head("p (" + unit + ")");
-  if (times) out.head("t(ms)");
-  out.end_heads();
-}
-
-void point(const PointListRun& run, std::size_t i, const ViewUnits& units, TableWriter& out) {
-  const ShotCurve& c = run.curve;
-  out.number(static_cast<double>(i), "0", 6);
-  if (units.imperial)
-    out.number(c.x[i] * kFeetPerMetre * 12, "0.00000", 11);
-  else
-    out.number(c.x[i] * 1000, "0.000", 11);
-  out.number(burnt_percent(c.z[i]), "0.00", 8);
-  out.number(units.imperial ? c.v[i] * kFeetPerMetre : c.v[i], "0.0", 9);
-  if (units.imperial)
-    out.number(c.p[i] / kPaPerPsi, "0", 10);
-  else
-    out.number(c.p[i] * units.pressure_unit_factor / 1e6, "0.0", 10);
-  if (run.schrit < 2) out.number((c.t[i] - c.t[0]) * 1000, "0.0000", 10);
-}
-
-TableWriter draw(const PointListRun& run, const Language& language, const ViewUnits& units,
-                 TableWriter::Form form) {
-  TableWriter out(form);
-  heads(run, language, units, out);
-  const auto last = static_cast<std::size_t>(run.lastIdx);
-  for (std::size_t i = 0; i <= last; ++i) {
+  out.column_head(heads(run, units));
+  for (const TableRow& row : view.rows) {
     if (out.text().size() > kMaxListText) {
       out.line("Too much text - Window overflow");
       break;
     }
-    point(run, i, units, out);
-    if (i == last && run.exits) out.plain(" Muzzle");
+    out.right(row.name, 6);
+    out.figures(view.columns, row);
+    if (&row == &view.rows.back() && run.exits) out.plain(kMuzzle);
     out.end_row();
   }
-  return out;
-}
-
-}  // namespace
-
-TableText DrawPointList(const PointListRun& run, const Language& language, const ViewUnits& units) {
-  TableText view{language.fastmsg("ftable") + " Ternovale", {}};
-  draw(run, language, units, TableWriter::Form::columns).give(view);
-  return view;
+  return out.table_text(language.fastmsg("ftable") + " Ternovale");
 }
 
 std::string point_list_tsv(const PointListRun& run, const Language& language, const ViewUnits& units) {
-  return draw(run, language, units, TableWriter::Form::tabs).text();
+  TableData view = point_list_data(run, units);
+  for (TableRow& row : view.rows) row.mark = Mark::none;  // of the list only the spreadsheet has marks
+  std::string text = table_tsv(view, language);
+  if (run.exits) text.insert(text.size() - 2, std::string("\t") + (kMuzzle + 1));
+  return text;
 }
 
 }  // namespace tv

@@ -107,25 +107,6 @@ void column_heads(const View& v, TableWriter& out) {
   out.column_head(std::string(kRule) + heads.rule + (times ? "--------" : ""));
 }
 
-void copy_heads(const View& v, TableWriter& out) {
-  const bool i = v.imperial;
-  for (const char* text : {i ? "Type" : "Typ", "fill (%)", "mc (gr)", "mc (g)", i ? "vel (fps)" : "vel (m/s)",
-                           "Z (%)", i ? "Pmax (psi)" : "Pmax (MPa)"})
-    out.head(text);
-  if (v.strategy() == 3) {
-    out.head(i ? "2.mc(gr)" : "2.mc(g)");
-    out.head(i ? "2.vel(fps)" : "2.vel(m/s)");
-  } else {
-    out.head(i ? "Pmuz (psi)" : "Pmuz (MPa)");
-    if (v.strategy() == 8) {
-      out.head(i ? "CCap (grH2O)" : "CCap (ccm)");
-      out.head(i ? "Blen (in.)" : "Blen (mm)");
-    }
-    if (v.times()) out.head("t (ms)");
-  }
-  out.end_heads();
-}
-
 void heads(const View& v, TableWriter& out) {
   const PowderTable& t = v.table;
   out.block(CartridgeDataBlock(t.inputs.block, BlockKind::powder_table, v.language));
@@ -136,90 +117,33 @@ void heads(const View& v, TableWriter& out) {
   if (t.cancelled) out.line(v.say(14));
   if (!(t.inputs.zul_P > 0)) out.line(v.language.fastmsg("fwarn3"));
   column_heads(v, out);
-  copy_heads(v, out);
 }
 
-void pressure(const View& v, double p, std::size_t metric_width, TableWriter& out) {
-  if (v.imperial)
-    out.number(p / kPaPerPsi, "#0", metric_width + 1);
-  else
-    out.number(p / 1e6, "#0", metric_width);
-}
-
-void chamber_and_barrel(const View& v, const PowderRow& row, TableWriter& out) {
-  if (v.imperial) {
-    out.number(row.cell(10) * 1e6 * kGrainsPerGram * dicht_H2, "#0.0", 8);
-    out.number(row.cell(11) * 1000 / kMmPerInch, "#0.0", 7);
-  } else {
-    out.number(row.cell(10) * 1e6, "#0.00", 8);
-    out.number(row.cell(11) * 1000, "#0", 8);
-  }
-}
-
-void second_level(const View& v, const PowderRow& row, TableWriter& out) {
-  if (v.imperial) {
-    out.number(row.cell(6) * 1000 * kGrainsPerGram, "0.0", 10);
-    out.number(row.cell(8) * kFeetPerMetre, "0", 8);
-  } else {
-    out.number(row.cell(6) * 1000, "0.00", 11);
-    out.number(row.cell(8), "0", 8);
-  }
-}
-
-void figures(const View& v, const PowderRow& row, TableWriter& out) {
-  out.number(row.cell(2) * 1000 * kGrainsPerGram, "0.0", 9);
-  out.number(row.cell(2) * 1000, "0.00", 9);
-  out.number(v.imperial ? row.cell(1) * kFeetPerMetre : row.cell(1), "0", 8);
-  out.number(burnt_percent(row.cell(4)), "0.0", 8);
-  pressure(v, row.cell(3), 8, out);
-  if (v.strategy() == 3) return second_level(v, row, out);
-  pressure(v, row.cell(12), 7, out);
-  if (v.strategy() == 8) chamber_and_barrel(v, row, out);
-  if (v.times()) out.number(row.cell(6) * 1000, "0.000", v.imperial ? 8 : 9);
-}
-
-void write_row(const View& v, const PowderRow& row, TableWriter& out) {
-  out.left(row.name, 35);
-  if (row.cell(5) > 0)
-    out.number(row.cell(5), "0.0", 5);
-  else
-    out.plain("  ???");
-  if (!shows_figures(v.table, row)) {
-    out.plain("  " + v.language.fastmsg("fldat11") + " ");
-  } else {
-    figures(v, row, out);
-    const std::string mark = mark_text(pressure_mark(row.cell(3) / 1e6, v.table.inputs.zul_P), v.language);
-    if (!mark.empty()) out.plain("  " + mark);
-  }
-  out.end_row();
-}
-
-TableWriter draw(const View& v, TableWriter::Form form) {
-  TableWriter out(form);
+TableWriter draw(const View& v) {
+  const TableData view = powder_table_data(v.table, v.imperial);
+  TableWriter out;
   heads(v, out);
-  for (const PowderRow& row : v.table.rows) write_row(v, row, out);
+  for (const TableRow& row : view.rows) {
+    out.left(row.name, 35);
+    out.figures(view.columns, row);
+    if (!row.has_figures()) out.plain("  " + v.language.fastmsg(row.reason) + " ");
+    out.mark(row.mark, v.language);
+    out.end_row();
+  }
   return out;
 }
 
 }  // namespace
 
-double whole_psi(double p_MPa) { return int_of(p_MPa / (kPaPerPsi * 1e-6)); }
-
-bool shows_figures(const PowderTable& table, const PowderRow& row) {
-  return !(row.cell(1) < 0.2 || (table.criteria.strategy == 3 && row.cell(8) < 0.2));
-}
-
 TableText DrawPowderTableText(const PowderTable& table, const Language& language, bool imperial) {
-  TableText view{language.fastmsg("fproptab", 0) + " Ternovale", {}};
-  if (!table.rows.empty())
-    draw({table, language, imperial}, TableWriter::Form::columns).give(view);
-  else
-    view.text = (table.finished ? language.fastmsg("fproptab", 29) : language.fastmsg("fcrgvar", 6)) + " ";
-  return view;
+  const std::string caption = language.fastmsg("fproptab", 0) + " Ternovale";
+  if (!table.rows.empty()) return draw({table, language, imperial}).table_text(caption);
+  return {caption,
+          (table.finished ? language.fastmsg("fproptab", 29) : language.fastmsg("fcrgvar", 6)) + " "};
 }
 
 std::string powder_table_tsv(const PowderTable& table, const Language& language, bool imperial) {
-  return table.rows.empty() ? "" : draw({table, language, imperial}, TableWriter::Form::tabs).text();
+  return table_tsv(powder_table_data(table, imperial), language);
 }
 
 }  // namespace tv

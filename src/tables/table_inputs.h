@@ -26,14 +26,4 @@ inline TableInputs note_inputs(const CalcState& s, const TableHead& head) {
   return {head.block, head.Veffm, s.dim.Bwg, s.bulkdn, s.dim.zul_P, s.fill, s.schrit};
 }
 
-// Units of a view; they may change without a new run.
-struct ViewUnits {
-  bool imperial = false;
-  double pressure_unit_factor = 1;  // 1 shows MPa, 10 shows bar; metric views only
-};
-inline const char* pressure_unit_name(const ViewUnits& units) {
-  if (units.imperial) return "psi";
-  return units.pressure_unit_factor == 10 ? "bar" : "MPa";
-}
-
 }  // namespace tv

@@ -4,9 +4,7 @@
 
 #include <string>
 
-#include "tables/load_table.h"
-#include "tables/powder_table.h"
-#include "text/language.h"
+#include "tables/table_data.h"
 
 namespace tv {
 
@@ -18,20 +16,11 @@ struct TableText {
 
 // A table that was never run gives one short text instead.
 TableText DrawLoadTableText(const LoadTable& table, const Language& language, const ViewUnits& units);
-// Pressures of the powder table are MPa whatever the pressure unit, or psi.
 TableText DrawPowderTableText(const PowderTable& table, const Language& language, bool imperial);
 
 // A line of heads and the rows as shown, cells parted by tabs; empty without rows.
 std::string load_table_tsv(const LoadTable& table, const Language& language, const ViewUnits& units);
 std::string powder_table_tsv(const PowderTable& table, const Language& language, bool imperial);
-
-// The target pressure in whole psi.
-double whole_psi(double p_MPa);
-
-enum class Mark { none, near_limit, over_limit };
-// Peak (MPa) above the maximum pressure less 5 MPa, or above 85 % of it; none when the limit is unknown.
-Mark pressure_mark(double peak, double zul_P);
-std::string mark_text(Mark mark, const Language& language);  // empty for none
 
 // Whether the shot of a row could be calculated; the others show a text instead of figures.
 bool shows_figures(const PowderTable& table, const PowderRow& row);

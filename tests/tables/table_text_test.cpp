@@ -132,7 +132,7 @@ TEST(TableText, MarksAtTheirLimits) {
   EXPECT_EQ(pressure_mark(395, 400), Mark::near_limit);
   EXPECT_EQ(pressure_mark(340.01, 400), Mark::near_limit);
   EXPECT_EQ(pressure_mark(340, 400), Mark::none);
-  EXPECT_EQ(pressure_mark(900, 0), Mark::none);
+  EXPECT_EQ(pressure_mark(900, 0), Mark::unknown);
 }
 
 TEST(TableText, ARatioThatCannotBeComputedIsAQuestionMark) {
