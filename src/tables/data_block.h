@@ -3,12 +3,13 @@
 
 #include <string>
 
+#include "engine/calc_state.h"
 #include "text/language.h"
 
 namespace tv {
 
-// Names and field texts of the load, noted when a run begins so that a view never shows figures under names
-// that have changed since.
+// Names and values of the load, noted when a run begins so that a view never shows figures under names that
+// have changed since.
 struct DataBlock {
   std::string cartridge, bullet, powder;
   bool coated = false;       // fproof
@@ -17,6 +18,11 @@ struct DataBlock {
   std::string Llenz, Llenm;  // barrel length, inch and mm
   std::string MPgn, MPgm;    // charge, grains and grams
 };
+
+// The block of a load: its figures as the fields write them, but from the values that run, which a field's
+// text may lag behind.
+DataBlock data_block_of(const CalcState& s, const std::string& cartridge, const std::string& bullet,
+                        const std::string& powder, bool coated);
 
 enum class BlockKind { powder_table = 3, load_table = 4, point_list = 5 };
 

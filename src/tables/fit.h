@@ -25,8 +25,8 @@ struct FitRule {
 
 enum class FitEnd { met, shot_failed, not_converged };
 
-// Repeats quickShot from the value now in s until the rule is met; s, curve and result then hold that shot.
-// A proposal not above 0 ends the fit as not converged. shots is counted up.
+// Repeats quickShot from the value now in s until the rule is met; s, curve and result then hold that shot. A
+// shot that fails ends the fit, but for chamber, travel and the rise time. shots is counted up.
 FitEnd run_fit(CalcState& s, ShotCurve& curve, ShotResult& result, const FitRule& rule, double target,
                int& shots);
 

@@ -71,7 +71,8 @@ TableWriter draw(const View& v) {
 
 TableText DrawLoadTableText(const LoadTable& table, const Language& language, const ViewUnits& units) {
   const std::string caption = language.fastmsg("fcrgvar", 12) + " Ternovale";
-  if (table.row_count == 0) return {caption, language.fastmsg("fcrgvar", 6) + " "};
+  if (table.row_count == 0)
+    return {caption, language.fastmsg("fcrgvar6") + "\r\n" + language.fastmsg("notable0") + "\r\n"};
   return draw({table, language, units}).table_text(caption);
 }
 

@@ -224,7 +224,10 @@ void run_list(PowderRun& run, const RecordTable& powders, const PowderRunHooks& 
   const int total = static_cast<int>(powders.rows.size());
   for (int i = 0; i < total; ++i) {
     load_powder(run.s, powders, i);
-    if (run.s.Ba0 < run.criteria.bamint || run.s.Ba0 > run.criteria.bamaxt) continue;
+    if (run.s.Ba0 < run.criteria.bamint || run.s.Ba0 > run.criteria.bamaxt) {
+      ++table.outside_band;
+      continue;
+    }
     if (hooks.cancelled && hooks.cancelled()) {
       table.cancelled = true;
       return;
@@ -248,6 +251,11 @@ void run_list(PowderRun& run, const RecordTable& powders, const PowderRunHooks& 
 }  // namespace
 
 std::span<const Strategy, kStrategies> strategies() { return kStrategyTable; }
+
+bool needs_present_charge(int strategy) {
+  const Strategy& s = kStrategyTable[static_cast<std::size_t>(std::clamp(strategy, 0, kStrategies - 1))];
+  return s.times || s.start == present;
+}
 
 const char* status_name(RowStatus status) {
   constexpr const char* kNames[] = {"ok", "no density", "failed", "not converged"};

@@ -47,6 +47,10 @@ struct Strategy {
 };
 std::span<const Strategy, kStrategies> strategies();
 
+// Whether a strategy starts from the charge of the load at hand or aims at its time; the others do without
+// it.
+bool needs_present_charge(int strategy);
+
 enum class RowStatus { ok, no_density, failed, not_converged };
 const char* status_name(RowStatus status);  // "ok", "no density", "failed", "not converged"
 
@@ -65,6 +69,7 @@ struct PowderRow {
 struct PowderTable {
   std::vector<PowderRow> rows;
   int rejected_count = 0;    // powders left out for their loading ratio
+  int outside_band = 0;      // and for their Ba0
   bool table_valid = false;  // belongs to the present load
   bool finished = false;     // a run went through to its end
   bool cancelled = false;    // the last run was cut short; its rows are kept

@@ -102,7 +102,7 @@ TableData powder_table_data(const PowderTable& table, bool imperial) {
     row.values = values(kind, each);
     if (!shows_figures(table, each)) {
       std::fill(row.values.begin() + 1, row.values.end(), kEmpty);
-      row.reason = "fldat11";
+      row.reason = each.status == RowStatus::not_converged ? "fproptab31" : "fldat11";
       continue;
     }
     row.mark = pressure_mark(each.cell(3) / 1e6, table.inputs.zul_P);

@@ -1,3 +1,6 @@
+#include <algorithm>
+#include <utility>
+
 #include "tables/table_text.h"
 #include "tables/table_writer.h"
 
@@ -39,7 +42,6 @@ void chamber_lines(const View& v, TableWriter& out) {
            v.word("ffps") + " " + v.word("ftable7") + str(int_of(velocity)) + " " + v.word("fmps") +
            v.word("ftable30"));
   for (const int n : {15, 16, 17}) out.line(v.say(n));
-  out.line();
 }
 
 void criterion_lines(const View& v, TableWriter& out) {
@@ -73,8 +75,29 @@ void criterion_lines(const View& v, TableWriter& out) {
       out.line(v.say(2) + both_pressures(v, v.table.p) + " MPa");
       if (v.strategy() == 2) out.line(v.word("ftable6") + percent(c.lratio));
   }
-  for (int n = 18; n <= 23; ++n) out.line(v.say(n));
+}
+
+// What to think of the charges below.
+void caution_lines(const View& v, TableWriter& out) {
+  for (int n = 18; n <= 23 && v.strategy() != 8; ++n) out.line(v.say(n));
   out.line();
+}
+
+// How many powders are not there, and which test left them out. A table with figures tells only of the
+// loading ratio; where nothing fits, each reason counts.
+void left_out_lines(const View& v, TableWriter& out) {
+  const PowderTable& t = v.table;
+  if (t.rejected_count > 0)
+    out.line(str(t.rejected_count) + " " + v.say(24) + " " + str(t.criteria.lv_min) + v.say(25));
+  if (std::ranges::any_of(t.rows, [&t](const PowderRow& row) { return shows_figures(t, row); })) return;
+  const auto rows_of = [&t](RowStatus status) {
+    return static_cast<int>(std::ranges::count(t.rows, status, &PowderRow::status));
+  };
+  const std::pair<int, int> others[] = {
+      {32, t.outside_band}, {33, rows_of(RowStatus::no_density)}, {34, rows_of(RowStatus::not_converged)}};
+  for (const auto& [text, count] : others) {
+    if (count > 0) out.line(str(count) + " " + v.say(text));
+  }
 }
 
 struct Heads {
@@ -112,8 +135,8 @@ void heads(const View& v, TableWriter& out) {
   out.block(CartridgeDataBlock(t.inputs.block, BlockKind::powder_table, v.language));
   out.line();
   criterion_lines(v, out);
-  if (t.rejected_count > 0)
-    out.line(str(t.rejected_count) + " " + v.say(24) + " " + str(t.criteria.lv_min) + v.say(25));
+  caution_lines(v, out);
+  left_out_lines(v, out);
   if (t.cancelled) out.line(v.say(14));
   if (!(t.inputs.zul_P > 0)) out.line(v.language.fastmsg("fwarn3"));
   column_heads(v, out);
@@ -133,13 +156,29 @@ TableWriter draw(const View& v) {
   return out;
 }
 
+TableWriter draw_none(const View& v) {
+  TableWriter out;
+  if (v.table.cancelled) {
+    out.line(v.say(14));
+  } else if (v.table.finished) {
+    out.line(v.say(29));
+    out.line();
+    criterion_lines(v, out);
+    out.line();
+    left_out_lines(v, out);
+  } else {
+    out.line(v.word("fcrgvar6"));
+    out.line(v.word("notable0"));
+  }
+  return out;
+}
+
 }  // namespace
 
 TableText DrawPowderTableText(const PowderTable& table, const Language& language, bool imperial) {
   const std::string caption = language.fastmsg("fproptab", 0) + " Ternovale";
-  if (!table.rows.empty()) return draw({table, language, imperial}).table_text(caption);
-  return {caption,
-          (table.finished ? language.fastmsg("fproptab", 29) : language.fastmsg("fcrgvar", 6)) + " "};
+  const View view{table, language, imperial};
+  return (table.rows.empty() ? draw_none(view) : draw(view)).table_text(caption);
 }
 
 std::string powder_table_tsv(const PowderTable& table, const Language& language, bool imperial) {

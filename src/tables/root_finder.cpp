@@ -1,5 +1,6 @@
 #include "tables/root_finder.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "engine/checked.h"
@@ -12,6 +13,12 @@ double proposal(const SecantState& state, double target, double x_in) {
   const double y = state.y[n], y_before = state.y[n - 1];
   if (y_before == y) return x_in - 1.1e-5;
   return finite(state.x[n] + checked_div((target - y) * (state.x[n - 1] - state.x[n]), y_before - y));
+}
+
+// Half of the step before, but a chamber never tighter than the guard's own bound.
+double halved(double x, Guard guard, const CalcState& s) {
+  const double least = guard == Guard::chamber ? 1.2 * checked_div(s.chargeKg, s.Pdens * 1000) : 0;
+  return std::max(x / 2, least);
 }
 
 }  // namespace
@@ -42,7 +49,8 @@ FitStep SecantStep(SecantState& state, double target, double current, double& x,
     return FitStep::more;
   }
   try {
-    const double next = proposal(state, target, x);
+    double next = proposal(state, target, x);
+    if (!(next > 0)) next = halved(x, guard, s);
     if (state.n >= max_steps) return finish(FitStep::failed);
     x = state.x[n + 1] = GuardStep(next, guard, s);
     return FitStep::more;

@@ -34,7 +34,8 @@ double GuardStep(double x, Guard guard, const CalcState& s);
 // out: met: within the tolerance, x stands; more: x is the next value to try; failed: no convergence in
 //      max_steps, or an arithmetic failure, x stands. After met and failed the state is idle again.
 // why: the first step is a fixed nudge of 1e-5 (0.01 g of charge); two equal values in a row are parted by
-//      1.1e-5 the other way. Only the upper side is guarded: the caller refuses a proposal not above 0.
+//      1.1e-5 the other way. A proposal not above 0 becomes half the value of the step before, for a chamber
+//      at least the guard's bound.
 FitStep SecantStep(SecantState& state, double target, double current, double& x, int max_steps,
                    double tolerance, Guard guard, const CalcState& s);
 

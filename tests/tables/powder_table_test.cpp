@@ -4,7 +4,10 @@
 
 #include <algorithm>
 #include <cmath>
+#include <set>
+#include <tuple>
 
+#include "data/record_file.h"
 #include "tables/fixture.h"
 #include "tables/sort_table.h"
 
@@ -45,7 +48,19 @@ TEST(PowderTable, EachStrategyMeetsItsCriterion) {
   const RecordTable list = test::powders();
   Shot load = rifle();
   ASSERT_TRUE(load.run());
-  const double barrel_time = std::abs(load.result.t10), rise_time = std::abs(load.result.ptime);
+  const double space = load.s.dim.Veff / dicht_H2 / kGrainsPerGram, whole = 56 / dicht_H2 / kGrainsPerGram;
+  const auto pressure = [](const Shot& s) { return s.result.pMax; };
+  const auto velocity = [](const Shot& s) { return s.velocity(); };
+  const auto barrel = [](const Shot& s) { return std::abs(s.result.t10); };
+  const auto rise = [](const Shot& s) { return std::abs(s.result.ptime); };
+  const auto density = [](const Shot& s) { return s.s.chargeGr / kGrainsPerGram / s.s.bulkdn; };
+  const struct {
+    double (*value)(const Shot&);
+    double target, tolerance;
+  } criterion[] = {
+      {pressure, 360e6, 0.2e6},     {density, 0.95 * space, 1e-9}, {nullptr, 0, 0},
+      {pressure, 360e6, 0.2e6},     {velocity, 820, 0.15},         {barrel, barrel(load), 1.001e-6},
+      {rise, rise(load), 2.001e-6}, {density, 0.85 * whole, 1e-9}, {velocity, 820, 0.021}};
   for (int strategy = 0; strategy < kStrategies; ++strategy) {
     SCOPED_TRACE(strategy);
     Shot shot = rifle();
@@ -59,134 +74,81 @@ TEST(PowderTable, EachStrategyMeetsItsCriterion) {
       SCOPED_TRACE(row.name);
       ++met;
       const Shot s = single(list, row, row.cell(2));
-      const double grams = row.cell(2) * 1000, space = rifle().s.dim.Veff / dicht_H2 / kGrainsPerGram;
       EXPECT_NEAR(row.cell(1), s.velocity(), 1e-3);
       EXPECT_NEAR(row.cell(4), s.result.zMuzzle, 1e-6);
       EXPECT_NEAR(row.cell(12), s.curve.p[static_cast<std::size_t>(s.result.lastIdx)], 100);
-      if (strategy != 3) {
-        EXPECT_NEAR(row.cell(6), std::abs(s.result.t10), 1e-9);
+      const auto& c = criterion[strategy];
+      if (c.value) {
+        EXPECT_NEAR(c.value(s), c.target, c.tolerance);
       }
-      switch (strategy) {
-        case 0:
-        case 3:
-          EXPECT_NEAR(s.result.pMax, 360e6, 0.2e6);
-          break;
-        case 1:
-          EXPECT_NEAR(grams, 0.95 * space * s.s.bulkdn, 1e-9);
-          break;
-        case 2:
-          EXPECT_LT(s.result.pMax, 360.2e6);
-          if (row.cell(5) < 94.9) {
-            EXPECT_EQ(row.cell(3), 360e6);
-          }
-          break;
-        case 4:
-          EXPECT_NEAR(s.velocity(), 820, 0.15);
-          break;
-        case 5:
-          EXPECT_NEAR(std::abs(s.result.t10), barrel_time, 1.001e-6);
-          break;
-        case 6:
-          EXPECT_NEAR(std::abs(s.result.ptime), rise_time, 2.001e-6);
-          break;
-        case 7:
-          EXPECT_NEAR(grams, 0.85 * 56 / dicht_H2 / kGrainsPerGram * s.s.bulkdn, 1e-9);
-          break;
-        case 8:
-          EXPECT_NEAR(s.result.pMax, 360e6, 0.5e6);
-          EXPECT_NEAR(s.velocity(), 820, 0.021);
-          EXPECT_NEAR(s.s.chargeGr, 42, 1e-9);
-      }
-      if (strategy == 0 || strategy == 3) {
-        EXPECT_EQ(row.cell(3), 360e6);
-      } else if (strategy != 2) {
-        EXPECT_NEAR(row.cell(3), s.result.pMax, 10);
-      }
+      // The pressure that was fitted is told as it was asked for.
+      const bool fitted = strategy == 0 || strategy == 3 || (strategy == 2 && row.cell(5) < 94.9);
+      EXPECT_NEAR(row.cell(3), fitted ? 360e6 : s.result.pMax, fitted ? 0 : 10);
+      EXPECT_LT(s.result.pMax, strategy == 2 || strategy == 8 ? 360.5e6 : 1e9);
       if (strategy == 3) {
         const Shot second = single(list, row, row.cell(6));
         EXPECT_NEAR(second.result.pMax, 324e6, 0.2e6);
         EXPECT_NEAR(row.cell(8), second.velocity(), 1e-3);
+      } else {
+        EXPECT_NEAR(row.cell(6), std::abs(s.result.t10), 1e-9);
       }
     }
     EXPECT_GE(met, 5);
-    EXPECT_EQ(find(table, "Too slow for the band"), nullptr);
-    const PowderRow* rubbish = find(table, "Energy out of range");
-    ASSERT_NE(rubbish, nullptr);
-    EXPECT_EQ(rubbish->status, RowStatus::failed);
+    EXPECT_EQ(table.outside_band, 1);
+    EXPECT_EQ(find(table, "Energy out of range")->status, RowStatus::failed);
   }
 }
 
-TEST(PowderTable, APowderWithoutBulkDensityIsNeverLeftOut) {
-  RecordTable list;
-  list.rows = {powder("bare", 0.6, 0)};
-  for (int strategy = 0; strategy < kStrategies; ++strategy) {
-    PowderCriteria c = criteria(strategy);
-    c.lv_min = 140;
+// Searches that leave the range of good charges on their way come back to it.
+TEST(PowderTable, FindsTheRiseTimeAndTheChamberForNearlyAllPowders) {
+  const RecordTable list =
+      read_records(TV_SHARE_DIR "/data/powders/ternofw.pro", RecordKind::powders, CodePage::cp1252)
+          .file.table;
+  ASSERT_GE(list.rows.size(), 20U);
+  PowderCriteria c = criteria(6);
+  c.lv_min = 0;
+  c.bamint = 0.1;
+  c.bamaxt = 30;
+  const struct {
+    int strategy;
+    double velocity;
+    int missing;  // at most
+  } cases[] = {{6, 0, 0}, {8, 300, 2}, {8, 450, 1}, {8, 600, 0}, {8, 850, 0}};
+  for (const auto& each : cases) {
+    c.strategy = each.strategy;
+    c.veltab = each.velocity;
     Shot shot = rifle();
     const PowderTable table = test::run(shot, list, c);
-    ASSERT_EQ(table.row_index(), 0) << strategy;
-    EXPECT_EQ(table.rejected_count, 0);
-    EXPECT_EQ(table.rows[0].cell(5), 0);
-    if (strategy == 1 || strategy == 7) {
-      EXPECT_EQ(table.rows[0].name, "bare , no density");
-      EXPECT_EQ(table.rows[0].status, RowStatus::no_density);
-      EXPECT_EQ(table.shots, 0);
-    } else {
-      EXPECT_EQ(table.rows[0].status, RowStatus::ok) << strategy;
-    }
-    if (strategy == 2) {
-      EXPECT_EQ(table.rows[0].cell(3), 360e6);  // fitted at once
-    }
+    const auto ok = std::ranges::count(table.rows, RowStatus::ok, &PowderRow::status);
+    EXPECT_GE(ok, static_cast<std::ptrdiff_t>(list.rows.size()) - each.missing)
+        << each.strategy << " " << each.velocity;
+    EXPECT_LT(table.shots, 39 * 2 * static_cast<int>(list.rows.size()));
   }
 }
 
-TEST(PowderTable, LoadingRatioUnderBothLimits) {
-  Shot shot = rifle();
+TEST(PowderTable, WhatLeavesAPowderOut) {
   RecordTable list;
-  list.rows = {powder("slow", 0.4), powder("fast", 0.8)};
-  const PowderTable table = test::run(shot, list, criteria(2));
-  const PowderRow* slow = find(table, "slow");
-  const PowderRow* fast = find(table, "fast");
-  EXPECT_NEAR(slow->cell(5), 95, 1e-9);
-  EXPECT_LT(slow->cell(3), 359e6);
-  EXPECT_LT(fast->cell(5), 95);
-  EXPECT_EQ(fast->cell(3), 360e6);
-}
-
-TEST(PowderTable, LeavesOutAtTheLeastRatioAndTakesBothEndsOfTheBand) {
-  RecordTable list;
-  list.rows = {powder("low", 0.5), powder("mid", 0.6), powder("high", 0.7)};
+  list.rows = {powder("low", 0.5), powder("mid", 0.6), powder("high", 0.7), powder("bare", 0.6, 0)};
   PowderCriteria c = criteria(0);
   c.bamint = 0.5;
   c.bamaxt = 0.7;
   Shot shot = rifle();
-  const PowderTable all = test::run(shot, list, c);
-  ASSERT_EQ(all.row_index(), 2);
-  c.lv_min = find(all, "mid")->cell(5);
-  const PowderTable some = test::run(shot, list, c);
-  EXPECT_EQ(some.rejected_count, 2);  // mid, and high, which needs still less
-  EXPECT_EQ(some.row_index(), 0);
+  c.lv_min = find(test::run(shot, list, c), "mid")->cell(5);
+  EXPECT_EQ(test::run(shot, list, c).rejected_count, 2) << "mid, and high, which needs still less";
   c.lv_min = std::nextafter(c.lv_min, 0);
   EXPECT_EQ(test::run(shot, list, c).rejected_count, 1);
   c.bamint = std::nextafter(0.5, 1);
   c.bamaxt = std::nextafter(0.7, 0);
-  c.lv_min = 29;
-  EXPECT_EQ(test::run(shot, list, c).row_index(), 0);
-}
-
-TEST(PowderTable, AFitThatDoesNotConvergeLeavesTheName) {
-  PowderCriteria c = criteria(4);
-  c.veltab = 3000;
-  Shot shot = rifle();
-  const CalcState before = shot.s;
-  const PowderTable table = test::run(shot, test::powders(), c);
-  EXPECT_EQ(shot.s, before);
-  EXPECT_EQ(table.row_index(), 9);
-  for (const PowderRow& row : table.rows) {
-    EXPECT_NE(row.status, RowStatus::ok);
-    EXPECT_TRUE(std::all_of(row.cells.begin(), row.cells.end(), [](double x) { return x == 0; }));
+  EXPECT_EQ(test::run(shot, list, c).outside_band, 2);
+  c.lv_min = 140;  // without a bulk density there is no ratio to leave it out for
+  for (c.strategy = 0; c.strategy < kStrategies; ++c.strategy) {
+    const PowderTable table = test::run(shot, list, c);
+    const bool needed = c.strategy == 1 || c.strategy == 7;
+    const PowderRow* bare = find(table, needed ? "bare , no density" : "bare");
+    ASSERT_TRUE(bare) << c.strategy;
+    EXPECT_EQ(bare->status, needed ? RowStatus::no_density : RowStatus::ok) << c.strategy;
+    EXPECT_EQ(bare->cell(5), 0);
   }
-  EXPECT_EQ(find(table, "Example A")->status, RowStatus::not_converged);
 }
 
 TEST(PowderTable, ASecondLevelThatIsNotMetLowersThePressureForGood) {
@@ -210,26 +172,20 @@ TEST(PowderTable, ASecondLevelThatIsNotMetLowersThePressureForGood) {
 }
 
 TEST(PowderTable, TargetPressureAndStepSetting) {
-  Shot shot = rifle();
-  PowderCriteria c = criteria(0);
-  c.maxtab = 8;
-  EXPECT_EQ(test::run(shot, test::powders(), c).p, 415);
-  shot.s.dim.zul_P = 0;
-  EXPECT_EQ(test::run(shot, test::powders(), c).p, 350);
-  c.maxtab = 10.5;
-  EXPECT_EQ(test::run(shot, test::powders(), c).p, 10.5);
-  for (const int strategy : {4, 5, 6}) {
+  const struct { double maxtab, zul_P, p; } cases[] = {{8, 415, 415}, {8, 0, 350}, {10.5, 0, 10.5}};
+  for (const auto& each : cases) {
+    Shot shot = rifle();
+    shot.s.dim.zul_P = each.zul_P;
+    PowderCriteria c = criteria(0);
+    c.maxtab = each.maxtab;
+    EXPECT_EQ(test::run(shot, test::powders(), c).p, each.p);
+  }
+  for (const int strategy : {4, 5, 6}) {  // times want a finer step, for good
     Shot coarse = rifle();
     coarse.s.schrit = 2;
     setBaseStep(coarse.s);
-    CalcState expected = coarse.s;
-    if (strategy != 4) {
-      expected.schrit = 0;
-      setBaseStep(expected);
-    }
-    const PowderTable table = test::run(coarse, test::powders(), criteria(strategy));
-    EXPECT_EQ(coarse.s, expected);
-    EXPECT_EQ(table.inputs.schrit, expected.schrit);
+    test::run(coarse, test::powders(), criteria(strategy));
+    EXPECT_EQ(coarse.s.schrit, strategy == 4 ? 2 : 0);
   }
 }
 
@@ -238,29 +194,16 @@ TEST(PowderTable, ACancelKeepsWhatIsDoneAndTheState) {
     Shot shot = rifle();
     const CalcState before = shot.s;
     int asked = 0;
-    std::vector<std::string> told;
+    int told = 0;
     PowderRunHooks hooks;
     hooks.cancelled = [&asked] { return ++asked > 3; };
-    hooks.progress = [&told](const std::string& name, int, int total) {
-      EXPECT_EQ(total, 11);
-      told.push_back(name);
-    };
+    hooks.progress = [&told](const std::string&, int, int) { ++told; };
     const PowderTable table = test::run(shot, test::powders(), criteria(strategy), hooks);
     EXPECT_EQ(shot.s, before);
-    EXPECT_TRUE(table.cancelled);
-    EXPECT_FALSE(table.finished);
+    EXPECT_TRUE(table.cancelled && !table.finished);
     EXPECT_EQ(table.row_index() + 1 + table.rejected_count, 3);
-    EXPECT_EQ(static_cast<int>(told.size()), 3 - table.rejected_count);
+    EXPECT_EQ(told, 3 - table.rejected_count);
   }
-}
-
-TEST(PowderTable, AnExceptionOfTheCallerLeavesTheStateAsItWas) {
-  Shot shot = rifle();
-  const CalcState before = shot.s;
-  PowderRunHooks hooks;
-  hooks.progress = [](const std::string&, int, int) { throw 1; };
-  EXPECT_ANY_THROW(test::run(shot, test::powders(), criteria(8), hooks));
-  EXPECT_EQ(shot.s, before);
 }
 
 TEST(PowderTable, TwoThousandPowdersHalfOfThemRubbish) {
@@ -299,30 +242,30 @@ TEST(PowderTable, TwoThousandPowdersHalfOfThemRubbish) {
 
 TEST(SortTable, EveryKeyGivesTheOrderOfALibrarySortAndKeepsRowsTogether) {
   std::mt19937 random(3);
-  for (const int count : {0, 1, 2, 3, 4, 7, 50, 301}) {
+  for (const int count : {0, 1, 2, 3, 7, 301}) {
     std::vector<PowderRow> rows(static_cast<std::size_t>(count));
-    for (std::size_t i = 0; i < rows.size(); ++i) {
-      rows[i].name = i % 5 ? "Ä" + std::to_string(random() % 40) : "z" + std::to_string(random() % 40);
-      for (double& cell : rows[i].cells) cell = random() % 4 ? static_cast<double>(random() % 90) : 0;
-      rows[i].cells[0] =
-          static_cast<double>(std::hash<std::string>{}(rows[i].name) % 1000) + rows[i].cells[9];
+    for (PowderRow& row : rows) {
+      row.name = (random() % 5 ? "Ä" : "z") + std::to_string(random() % 40);  // "z" before "Ä" in bytes
+      for (double& cell : row.cells) cell = random() % 4 ? static_cast<double>(random() % 90) : 0;
     }
+    const auto text_of = [](const PowderRow& row) {
+      std::string text = row.name;
+      for (const double cell : row.cells) text += " " + general(cell);
+      return text;
+    };
     for (const SortKeyEntry& key : sort_keys())
       for (const bool ascending : {true, false}) {
         const auto less = [&](const PowderRow& a, const PowderRow& b) {
-          if (key.column == 0)
-            return ascending ? a.name < b.name : b.name < a.name;  // "z" before "Ä" in both
-          return ascending ? a.cell(key.column) < b.cell(key.column)
-                           : b.cell(key.column) < a.cell(key.column);
+          const auto& [low, high] = ascending ? std::tie(a, b) : std::tie(b, a);
+          return key.column == 0 ? low.name < high.name : low.cell(key.column) < high.cell(key.column);
         };
-        std::vector<PowderRow> sorted = rows, expected = rows;
+        std::vector<PowderRow> sorted = rows;
         SortTable(sorted, 0, count - 1, key.column, ascending);
-        std::stable_sort(expected.begin(), expected.end(), less);
-        for (std::size_t i = 0; i < rows.size(); ++i) {
-          EXPECT_FALSE(less(sorted[i], expected[i]) || less(expected[i], sorted[i])) << key.name << i;
-          EXPECT_EQ(sorted[i].cells[0], static_cast<double>(std::hash<std::string>{}(sorted[i].name) % 1000) +
-                                            sorted[i].cells[9]);
-        }
+        EXPECT_TRUE(std::is_sorted(sorted.begin(), sorted.end(), less)) << key.name;
+        std::multiset<std::string> before, after;
+        for (const PowderRow& row : rows) before.insert(text_of(row));
+        for (const PowderRow& row : sorted) after.insert(text_of(row));
+        EXPECT_EQ(before, after);
       }
   }
 }
