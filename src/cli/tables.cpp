@@ -24,6 +24,7 @@ std::string label(const LoadTable& table, int row) {
 
 Json load_table_json(const Session& s, const CliUser& user) {
   const LoadTable& t = s.tables.load;
+  const TableData data = load_table_data(t, {});
   Json rows = Json::array();
   for (int i = 0; i <= t.row_count; ++i) {
     const auto at = static_cast<std::size_t>(i);
@@ -34,7 +35,8 @@ Json load_table_json(const Session& s, const CliUser& user) {
                     {"burnt", t.burnt[at]},
                     {"barrel_time", t.barrel_time[at]},
                     {"velocity", t.velocity[at]},
-                    {"ok", t.velocity[at] != 0}});
+                    {"ok", t.velocity[at] != 0},
+                    {"mark", mark_key(data.rows[at].mark)}});
   }
   Json json = answer_head(s);
   json["step"] = t.step;
@@ -45,11 +47,15 @@ Json load_table_json(const Session& s, const CliUser& user) {
 }
 
 Json powder_table_json(const Session& s, const CliUser& user) {
+  const TableData data = powder_table_data(s.tables.powder, false);
   Json rows = Json::array();
-  for (const PowderRow& row : s.tables.powder.rows) {
+  for (std::size_t i = 0; i < data.rows.size(); ++i) {
+    const PowderRow& row = s.tables.powder.rows[i];
     Json cells = Json::array({row.name});
     for (int column = 1; column < 13; ++column) cells.push_back(row.cell(column));
-    rows.push_back({{"cells", std::move(cells)}, {"status", status_name(row.status)}});
+    rows.push_back({{"cells", std::move(cells)},
+                    {"status", status_name(row.status)},
+                    {"mark", mark_key(data.rows[i].mark)}});
   }
   Json json = answer_head(s);
   json["strategy"] = s.tables.powder.criteria.strategy;

@@ -2,6 +2,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
+
+#include "tables/table_text.h"
 
 namespace tv {
 namespace {
@@ -30,7 +33,8 @@ std::vector<std::size_t> columns_of(const TableData& view, const std::vector<std
   return order;
 }
 
-ExportData export_columns(const TableData& view, const std::vector<std::size_t>& order) {
+ExportData export_columns(const TableData& view, const std::vector<std::size_t>& order,
+                          const Language& language) {
   ExportData out;
   out.x_title = view.sheet_x_title;
   if (view.names_in_sheet) out.headers.push_back(view.name_head);
@@ -38,6 +42,7 @@ ExportData export_columns(const TableData& view, const std::vector<std::size_t>&
     const TableColumn& column = view.columns[i];
     out.headers.push_back(column.sheet_head.empty() ? column.head : column.sheet_head);
   }
+  out.headers.emplace_back("mark");
   for (const TableRow& row : view.rows) {
     if (!row.in_sheet) continue;
     auto& cells = out.data.emplace_back();
@@ -46,11 +51,20 @@ ExportData export_columns(const TableData& view, const std::vector<std::size_t>&
       const bool known = row.has_figures() || !view.columns[i].leads;
       cells.push_back(known ? number(row.values[i]) : ExportCell{});
     }
+    cells.push_back(row.mark == Mark::none ? ExportCell{} : mark_word(row.mark, language));
   }
   return out;
 }
 
-ExportData export_view(const TableData& view) { return export_columns(view, sheet_order(view)); }
+ExportData export_view(const TableData& view, const Language& language, std::string notes) {
+  ExportData out = export_columns(view, sheet_order(view), language);
+  out.notes = std::move(notes);
+  return out;
+}
+
+std::string list_head(const PointListRun& run, const Language& language) {
+  return CartridgeDataBlock(run.block, BlockKind::point_list, language);
+}
 
 }  // namespace
 
@@ -59,27 +73,28 @@ bool ExportData::text_first() const {
                      [](const auto& row) { return std::holds_alternative<std::string>(row.front()); });
 }
 
-ExportData export_load_table(const LoadTable& table, const ViewUnits& units) {
-  return export_view(load_table_data(table, units));
+ExportData export_load_table(const LoadTable& table, const Language& language, const ViewUnits& units) {
+  return export_view(load_table_data(table, units), language, load_table_head(table, language));
 }
 
-ExportData export_powder_table(const PowderTable& table, bool imperial) {
-  return export_view(powder_table_data(table, imperial));
+ExportData export_powder_table(const PowderTable& table, const Language& language, bool imperial) {
+  return export_view(powder_table_data(table, imperial), language, powder_table_head(table, language));
 }
 
-ExportData export_point_list(const PointListRun& run, const ViewUnits& units) {
-  return export_view(point_list_data(run, units));
+ExportData export_point_list(const PointListRun& run, const Language& language, const ViewUnits& units) {
+  return export_view(point_list_data(run, units), language, list_head(run, language));
 }
 
-ExportData export_diagram(int type, const ShotCurve& curve, int lastIdx, const ViewUnits& units) {
-  const DataBlock nobody;
-  const TableData view = point_list_data({nobody, curve, lastIdx}, units);
+ExportData export_diagram(int type, const PointListRun& run, const Language& language,
+                          const ViewUnits& units) {
+  const TableData data = point_list_data(run, units);
   std::vector<std::string_view> keys{type > 3 ? "time" : "x"};
   const int shown = (type - 1) % 3;  // 0 pressure, 1 velocity, 2 both
   if (shown != 1) keys.push_back("pressure");
   if (shown != 0) keys.push_back("velocity");
-  ExportData out = export_columns(view, columns_of(view, keys));
+  ExportData out = export_columns(data, columns_of(data, keys), language);
   out.x_title = out.headers.front();
+  out.notes = list_head(run, language);
   return out;
 }
 

@@ -3,8 +3,10 @@
 #include <unistd.h>
 #include <xlsxwriter.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <filesystem>
+#include <string_view>
 
 #include "text/file.h"
 #include "text/number.h"
@@ -63,12 +65,27 @@ void write_numbers(lxw_workbook* book, lxw_worksheet* sheet, const ExportData& d
   }
 }
 
+// What the figures are of, a line a row.
+void add_notes(lxw_workbook* book, const ExportData& data) {
+  lxw_worksheet* sheet = workbook_add_worksheet(book, (data.title + " Notes").c_str());
+  if (!sheet) return;
+  worksheet_set_column(sheet, 0, 0, 100, nullptr);
+  lxw_row_t row = 0;
+  for (std::size_t at = 0; at < data.notes.size(); ++row) {
+    const std::size_t end = std::min(data.notes.find('\n', at), data.notes.size());
+    std::string line = data.notes.substr(at, end - at);
+    std::erase(line, '\r');
+    worksheet_write_string(sheet, row, 0, line.c_str(), nullptr);
+    at = end + 1;
+  }
+}
+
 void add_chart(lxw_workbook* book, const std::string& sheet, const ExportData& data) {
   lxw_chartsheet* chart_sheet = workbook_add_chartsheet(book, (data.title + " Graph").c_str());
   lxw_chart* chart = workbook_add_chart(
       book, static_cast<std::uint8_t>(data.text_first() ? LXW_CHART_COLUMN : LXW_CHART_SCATTER_STRAIGHT));
   const auto last = static_cast<lxw_row_t>(data.data.size());
-  for (lxw_col_t col = 1; col < data.headers.size(); ++col) {
+  for (lxw_col_t col = 1; col < data.figures(); ++col) {
     lxw_chart_series* series = chart_add_series(chart, nullptr, nullptr);
     chart_series_set_categories(series, sheet.c_str(), 1, 0, last, 0);
     chart_series_set_values(series, sheet.c_str(), 1, col, last, col);
@@ -90,13 +107,21 @@ int build_workbook(const ExportData& data, const std::string& path) {
     return kFileError;
   }
   write_numbers(book, sheet, data);
-  if (data.data.size() > 1 && data.headers.size() > 1) add_chart(book, name, data);
+  if (!data.notes.empty()) add_notes(book, data);
+  if (data.data.size() > 1 && data.figures() > 1) add_chart(book, name, data);
   errno = 0;
   if (workbook_close(book) == LXW_NO_ERROR) return kNoFailure;
   return errno == ENOSPC ? kDiskFull : kFileError;
 }
 
-void append_quoted(std::string& out, const std::string& text) {
+// A program that opens the file must not take a text for a formula.
+std::string defused(const std::string& text) {
+  constexpr std::string_view kFormula = "=+-@";
+  return !text.empty() && kFormula.find(text.front()) != std::string_view::npos ? "'" + text : text;
+}
+
+void append_quoted(std::string& out, const std::string& cell) {
+  const std::string text = defused(cell);
   if (text.find_first_of(",\"\r\n") == std::string::npos) {
     out += text;
     return;

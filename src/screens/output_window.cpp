@@ -14,7 +14,8 @@ namespace {
 ViewUnits view_units(const Session& s) { return {s.output.imperial, s.state.pressure_unit_factor}; }
 
 PointListRun point_list_run(const Session& s) {
-  return {s.shown.block, s.curve, s.result.lastIdx, s.shown.state.schrit, s.shown.outcome.ok()};
+  return {s.shown.block,          s.curve, s.result.lastIdx, s.shown.state.schrit, s.shown.outcome.ok(),
+          s.shown.state.dim.zul_P};
 }
 
 TableText view_text(const Session& s) {
@@ -130,17 +131,24 @@ Diagram output_diagram(const Session& s, double width, double height, TextWidth 
                       height, text_width);
 }
 
+namespace {
+
+std::optional<ExportData> export_of_view(const Session& s) {
+  if (s.options.grftyp == -1 && s.tables.load.row_count > 0)
+    return export_load_table(s.tables.load, s.language, view_units(s));
+  if (s.options.grftyp == -2 && !s.tables.powder.rows.empty())
+    return export_powder_table(s.tables.powder, s.language, s.output.imperial);
+  if (shows_table(s) || !s.shown.any) return std::nullopt;
+  if (s.options.grftyp == 0) return export_point_list(point_list_run(s), s.language, view_units(s));
+  return export_diagram(s.options.grftyp, point_list_run(s), s.language, view_units(s));
+}
+
+}  // namespace
+
 std::optional<ExportData> output_export(const Session& s) {
-  if (s.options.grftyp == -1)
-    return s.tables.load.row_count > 0 ? std::optional(export_load_table(s.tables.load, view_units(s)))
-                                       : std::nullopt;
-  if (s.options.grftyp == -2)
-    return s.tables.powder.rows.empty()
-               ? std::nullopt
-               : std::optional(export_powder_table(s.tables.powder, s.output.imperial));
-  if (!s.shown.any) return std::nullopt;
-  if (s.options.grftyp == 0) return export_point_list(point_list_run(s), view_units(s));
-  return export_diagram(s.options.grftyp, s.curve, s.result.lastIdx, view_units(s));
+  auto data = export_of_view(s);
+  if (data) data->notes += "\r\n" + stale_head(s) + output_notes(s);
+  return data;
 }
 
 bool click_output(Session& s, const DiagramFrame& frame, Point at) {

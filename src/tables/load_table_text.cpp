@@ -7,7 +7,7 @@ namespace {
 struct View {
   const LoadTable& table;
   const Language& language;
-  const ViewUnits& units;
+  ViewUnits units;
   bool ratio() const { return table.inputs.fill > 0; }
   bool times() const { return table.inputs.schrit < 2; }
 };
@@ -23,15 +23,21 @@ std::string units_line(const View& v) {
   return v.times() ? line + "        ms" : line;
 }
 
-void heads(const View& v, TableWriter& out) {
+// What the table is of, and its step.
+void head_lines(const View& v, TableWriter& out) {
   const LoadTable& t = v.table;
   const auto say = [&v](int n) { return v.language.fastmsg("fcrgvar", n); };
-  out.line();
   out.block(CartridgeDataBlock(t.inputs.block, BlockKind::load_table, v.language));
   out.line(say(0));
   out.line(say(1) + format_pattern(t.step, "0.0##") + say(2));
   out.line(say(3));
   if (!(t.inputs.zul_P > 0)) out.line(v.language.fastmsg("fwarn3"));
+}
+
+void heads(const View& v, TableWriter& out) {
+  const auto say = [&v](int n) { return v.language.fastmsg("fcrgvar", n); };
+  out.line();
+  head_lines(v, out);
   out.line();
   out.column_head(say(v.ratio() ? 4 : 5) + (v.times() ? " " + v.language.fastmsg("fbtim") : ""));
   out.column_head(unit_words(units_line(v), v.language));
@@ -74,6 +80,12 @@ TableText DrawLoadTableText(const LoadTable& table, const Language& language, co
   if (table.row_count == 0)
     return {caption, language.fastmsg("fcrgvar6") + "\r\n" + language.fastmsg("notable0") + "\r\n"};
   return draw({table, language, units}).table_text(caption);
+}
+
+std::string load_table_head(const LoadTable& table, const Language& language) {
+  TableWriter out;
+  head_lines({table, language, {}}, out);
+  return out.text();
 }
 
 std::string load_table_tsv(const LoadTable& table, const Language& language, const ViewUnits& units) {

@@ -130,7 +130,8 @@ void column_heads(const View& v, TableWriter& out) {
   out.column_head(std::string(kRule) + heads.rule + (times ? "--------" : ""));
 }
 
-void heads(const View& v, TableWriter& out) {
+// What the table is of, what was asked for and what left powders out.
+void head_lines(const View& v, TableWriter& out) {
   const PowderTable& t = v.table;
   out.block(CartridgeDataBlock(t.inputs.block, BlockKind::powder_table, v.language));
   out.line();
@@ -138,14 +139,14 @@ void heads(const View& v, TableWriter& out) {
   caution_lines(v, out);
   left_out_lines(v, out);
   if (t.cancelled) out.line(v.say(14));
-  if (!(t.inputs.zul_P > 0)) out.line(v.language.fastmsg("fwarn3"));
-  column_heads(v, out);
+  if (!(t.inputs.zul_P > 0)) out.line(v.word("fwarn3"));
 }
 
 TableWriter draw(const View& v) {
   const TableData view = powder_table_data(v.table, v.imperial);
   TableWriter out;
-  heads(v, out);
+  head_lines(v, out);
+  column_heads(v, out);
   for (const TableRow& row : view.rows) {
     out.left(row.name, 35);
     out.figures(view.columns, row);
@@ -179,6 +180,12 @@ TableText DrawPowderTableText(const PowderTable& table, const Language& language
   const std::string caption = language.fastmsg("fproptab", 0) + " Ternovale";
   const View view{table, language, imperial};
   return (table.rows.empty() ? draw_none(view) : draw(view)).table_text(caption);
+}
+
+std::string powder_table_head(const PowderTable& table, const Language& language) {
+  TableWriter out;
+  head_lines({table, language, false}, out);
+  return out.text();
 }
 
 std::string powder_table_tsv(const PowderTable& table, const Language& language, bool imperial) {

@@ -18,6 +18,10 @@ struct TableText {
 TableText DrawLoadTableText(const LoadTable& table, const Language& language, const ViewUnits& units);
 TableText DrawPowderTableText(const PowderTable& table, const Language& language, bool imperial);
 
+// What stands above the columns: the load, the step or the criterion, what was left out. Lines end in CR LF.
+std::string load_table_head(const LoadTable& table, const Language& language);
+std::string powder_table_head(const PowderTable& table, const Language& language);
+
 // A line of heads and the rows as shown, cells parted by tabs; empty without rows.
 std::string load_table_tsv(const LoadTable& table, const Language& language, const ViewUnits& units);
 std::string powder_table_tsv(const PowderTable& table, const Language& language, bool imperial);
