@@ -55,7 +55,7 @@ ExportData awkward() {
 const Language& english() {
   static const Language language = [] {
     Language l;
-    EXPECT_TRUE(l.read(TV_SHARE_DIR "/lan/tn_english.lan"));
+    EXPECT_EQ(l.read(TV_SHARE_DIR "/lan/tn_english.lan"), LanguageRead::good);
     return l;
   }();
   return language;
