@@ -32,10 +32,7 @@ constexpr const char* kOut = "form7";
 
 // --- file
 
-void calculate(S s, C) {
-  bring_to_front(s, Role::dimensions);
-  Patdef(s);
-}
+void calculate(S s, C) { Patdef(s); }
 void save_load(S s, C) { lab_sav(s); }
 void open_load_file(S s, C) { lab_lod(s); }
 void delete_load(S s, C) { lab_del(s); }
@@ -46,9 +43,7 @@ void end_program(S s, C) {
 
 std::string_view language_of(C c) { return delivered_languages()[static_cast<std::size_t>(c.value)].name; }
 void choose_language(S s, C c) { language_switch(s, language_of(c)); }
-bool language_checked(CS s, C c) {
-  return s.language.name() == language_of(c);
-}
+bool language_checked(CS s, C c) { return s.language.name() == language_of(c); }
 
 // --- data sets: the value is the kind of record
 
@@ -77,6 +72,7 @@ void show_view(S s, C c) {
 bool view_checked(CS s, C c) { return s.options.grftyp == c.value; }
 
 void choose_step(S s, C c) {
+  s.step_before_friction.reset();  // the user's own choice stands
   setStep(s, c.value);
   if (!s.firstRun) recalculate(s);
 }
@@ -409,8 +405,15 @@ bool run_command(Session& s, std::string_view name) {
   const Command* command = find_command(name);
   if (!command || !command->action || !command_enabled(s, *command)) return false;
   const Action action(s);
+  const Focus in_use = s.focus;
   leave_focus(s);
   command->action(s, *command);
+  // A calculation leaves the person where he types.
+  if (command->action == calculate && !in_use.field.empty() && s.focus.field.empty()) {
+    focus_field(s, in_use.screen, in_use.field);
+    s.focus.select_from = in_use.select_from;
+    s.focus.select_length = in_use.select_length;
+  }
   return true;
 }
 

@@ -60,6 +60,9 @@ void band_seating_changed(Session& s, int, bool differs) {
   if (differs) setResultsValid(s, false);
 }
 
+// While it is typed the field of the overall length lags one entry behind.
+void band_seating_left(Session& s, int) { write_number(s, s.state.dim.Plen); }
+
 // A bullet cannot be seated deeper than the case.
 Limits seating_limits(const Session& s, const NumberSide& side, int) {
   const double Hlen = s.state.dim.Hlen;
@@ -108,8 +111,11 @@ const NumberField kNumbers[] = {
      .value = dim<&D::Bsd>,
      .changed = seating_changed,
      .limits = seating_limits},
-    pair_of({"ssdm", &units::mm_of_inch, {-1016, 1016}, "0.00"}, {"ssdz", &units::inch, {-40, 40}, "0.000"},
-            dim<&D::ssd>, band_seating_changed),
+    {.sides = {{{"ssdm", &units::mm_of_inch, {-1016, 1016}, "0.00"},
+                {"ssdz", &units::inch, {-40, 40}, "0.000"}}},
+     .value = dim<&D::ssd>,
+     .changed = band_seating_changed,
+     .left = band_seating_left},
     one_side({"sebf", &units::plain, {0, 3}, nullptr, "#0.0#"}, dim<&D::sebf>, input_changed),
     {.sides = {{{"zul_P0", &units::chosen_of_MPa, {0, 1500}, "0.0", "0.0"},
                 {"zul_P1", &units::psi_of_MPa, {0, kPsi1500MPa}, "0", "0"}}},

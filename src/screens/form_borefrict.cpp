@@ -36,9 +36,12 @@ void toggle_friction(Session& s, int) {
 
 // Friction always runs with the fine step.
 void close(Session& s) {
-  if (!(s.state.frictionPress >= 0 && s.state.frictionPress <= 30000000))
+  if (!(s.state.frictionPress >= 0 && s.state.frictionPress <= 30000000)) {
+    warn(s, MessageText(s).msg(428).line().add(s.language.text("frmboref", "sugg_P0") + " 0 ... 30 MPa"));
     return s.user->focus(kName, "sugg_P0");
-  if (s.state.frictionOn) setStep(s, 1);
+  }
+  if (s.state.frictionOn) begin_friction_step(s);
+  if (!s.state.frictionOn) end_friction_step(s);
   hide_screen(s, kName);
 }
 void press_ok(Session& s, int) { close(s); }

@@ -88,6 +88,10 @@ std::optional<FileAnswer> ask_save_name(Session& s, RecordKind kind, const std::
   if (!delivered_powders(kind, proposed)) box.name = proposed;
   box.comment = comment;
   return ask_file(s, std::move(box), {record_kind(kind).extension}, [&](const std::string& file) {
+    if (s.set(kind).part_of_file && same_fold(file, data_path(s, name_in_use(s, kind)))) {
+      warn(s, MessageText(s).msg(427).line().add(file_name_only(file)));
+      return true;
+    }
     if (!delivered_powders(kind, file)) return false;
     warn(s, MessageText(s).msg(308).line().add(file_name_only(file)));
     return true;
@@ -97,7 +101,7 @@ std::optional<FileAnswer> ask_save_name(Session& s, RecordKind kind, const std::
 void store_name(Session& s, RecordKind kind, const std::string& file) {
   DataSet& set = s.set(kind);
   set.stored_name = file_folder(file) + file_stem(file) + ".";
-  set.collected = false;
+  set.collected = set.part_of_file = false;
   set.collection.clear();
   set.caption = caption_of(s, kind);
   s.options.*dialogs(kind).stored = set.stored_name;
@@ -118,6 +122,10 @@ bool write_set(Session& s, RecordKind kind, const std::string& file) {
 bool own_file_first(Session& s, RecordKind kind, const std::function<bool()>& own_file) {
   if (s.set(kind).collected) {
     warn(s, MessageText(s).msg(408), false);
+    return save_as(s, kind);
+  }
+  if (s.set(kind).part_of_file) {
+    warn(s, MessageText(s).msg(427).line().add(file_name_only(name_in_use(s, kind))), false);
     return save_as(s, kind);
   }
   if (!delivered_powders(kind, full_name(s, kind))) return true;
@@ -172,6 +180,7 @@ bool read_data_set(Session& s, RecordKind kind, const std::string& file, bool bo
   // What a failed reading left must not take the place of the file in use, nor of one that is only out of
   // reach.
   set.collected = !read.ok() && (!missing || file_exists(full_name(s, kind)));
+  set.part_of_file = read.findings.not_read_whole();
   set.collection.clear();
   tell_findings(s, file, read.findings);
   if (read.failure && (box_if_missing || !missing)) tell_failure(s, file, read.failure);
@@ -185,7 +194,10 @@ void open_records(Session& s, RecordKind kind) {
   if (info.backup_extension[0] != '\0') extensions.emplace_back(info.backup_extension);
   if (kind == RecordKind::black_powders) extensions.emplace_back("bp$");
   const auto answer = ask_file(s, file_box(s, kind, FileMode::open), extensions);
-  if (answer && read_data_set(s, kind, answer->file, true)) store_name(s, kind, answer->file);
+  if (!answer || !read_data_set(s, kind, answer->file, true)) return;
+  const bool part = s.set(kind).part_of_file;
+  store_name(s, kind, answer->file);
+  s.set(kind).part_of_file = part;
 }
 
 bool save_records(Session& s, RecordKind kind, const std::string& file, const std::string* comment) {

@@ -164,17 +164,6 @@ bool number_text_ok(std::string_view text) {
   return points <= 1 && !read_number_checked(text).overflow;
 }
 
-std::string drop_foreign(const Session& s, std::string_view text) {
-  std::string kept;
-  for (std::size_t i = 0; i < text.size();) {
-    const std::size_t next = next_character(text, i);
-    const std::string_view one = text.substr(i, next - i);
-    if (to_utf8(from_utf8(one, s.language.page()), s.language.page()) == one) kept += one;
-    i = next;
-  }
-  return kept;
-}
-
 bool focus_field(Session& s, std::string_view screen, std::string_view name) {
   const ScreenSpec* spec = spec_of(s, screen);
   if (!spec || !control_kind(*spec, name) || !usable(s, screen, name)) return false;
@@ -199,7 +188,7 @@ bool edit_field(Session& s, std::string_view screen, std::string_view name, std:
   const NumberPlace at = find_number(s, spec_of(s, screen)->name, name);
   if (at.number && at.number->read_only) return false;
   Field& f = field(s, screen, name);
-  f.text = at.number ? std::string(text) : drop_foreign(s, text);
+  f.text = at.number ? std::string(text) : drop_foreign(text, s.language.page());
   s.focus.edited = true;
   if (at.number) {
     number_edited(s, at);

@@ -64,7 +64,4 @@ void show_text(Session& s, std::string_view screen, std::string_view name, std::
 // (a comma must have been turned into one), and a number that does not overflow. The empty text may stand.
 bool number_text_ok(std::string_view would_be);
 
-// A typed character that the code page of the files does not have is dropped at entry.
-std::string drop_foreign(const Session& s, std::string_view text);
-
 }  // namespace tv

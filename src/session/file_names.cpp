@@ -85,6 +85,7 @@ std::optional<FileAnswer> ask_file(Session& s, FileBox box, const std::vector<st
     if (file_name_valid(s, answer->file, box.mode) && !(refused && refused(answer->file)) &&
         extension_fits(s, answer->file, extensions) && file_exists_check(s, answer->file, box.mode)) {
       if (kept) *kept = file_folder(answer->file);
+      answer->comment = drop_foreign(answer->comment, s.language.page());
       return answer;
     }
     const std::string name = file_name_only(typed);

@@ -11,6 +11,11 @@
 namespace tv {
 namespace {
 
+// The one chosen last, percent or weight, stands; the other follows the charge.
+double present_weight(const Session& s) {
+  return s.options.ldweight ? s.tables.weight_step : s.options.ldstep * s.state.chargeGr / 100;
+}
+
 void save_steps(Session& s) { store_options(s, {"ldstep", "ldweight", "ldperc"}); }
 
 }  // namespace
@@ -46,8 +51,8 @@ void ask_weight_step(Session& s) {
   prompt.caption("frmMAIN", "fldtsteps").add(format_number(0.1 / unit, "0.0#"));
   prompt.caption("frmMAIN", "fldtto").add(format_number(5.0 / unit, "0.0#")).add(" ");
   prompt.fast(grains ? "fgrains" : "fgramm").caption("frmMAIN", "fldtreduc");
-  const auto answer = s.user->input({s.language.text("frmMAIN", "fldtabinp"), prompt,
-                                     format_number(s.tables.weight_step / unit, "0.0###")});
+  const auto answer = s.user->input(
+      {s.language.text("frmMAIN", "fldtabinp"), prompt, format_number(present_weight(s) / unit, "0.0###")});
   if (!answer) return;
   const double weight = read_number(with_points(*answer)) * unit;
   if (!(weight >= 0.1 && weight <= 5.0)) return;
@@ -55,6 +60,7 @@ void ask_weight_step(Session& s) {
   s.options.ldweight = true;
   s.options.ldperc = false;
   s.tables.weight_step = weight;
+  if (s.state.chargeGr > 0) s.options.ldstep = 100 * weight / s.state.chargeGr;
   save_steps(s);
 }
 

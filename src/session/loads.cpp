@@ -6,6 +6,7 @@
 
 #include "geometry/dimensions.h"
 #include "session/dimensions.h"
+#include "session/entry.h"
 #include "session/file_names.h"
 #include "session/input_check.h"
 #include "session/message.h"
@@ -105,30 +106,42 @@ void clear_results(Session& s) {
   s.status.clear();
 }
 
-// The seating depth follows from the lengths; one that agrees with them but for rounding stands, so that a
-// load reads back to the last bit.
+// The seating depth follows from the lengths. One that agrees with them but for rounding stands, so that a
+// load reads back to the last bit; one that does not was kept so: the overall length of a bullet seated too
+// deep stays at that of the case.
 void settle_dimensions(Session& s) {
-  constexpr double rounding = 1e-9;  // inch
+  constexpr double rounding = 1e-9, kept = 0.0005;  // inch
   const double Bsd = s.state.dim.Bsd;
   recompute_dimensions(s, kOverallLength);
-  if (std::abs(s.state.dim.Bsd - Bsd) >= rounding) return;
+  const double off = std::abs(s.state.dim.Bsd - Bsd);
+  if (off >= rounding && off <= kept) return;
   s.state.dim.Bsd = Bsd;
+  write_number(s, s.state.dim.Bsd);
   recompute_dimensions(s, kNothingMoved);
 }
 
+// Texts of the load that are no numbers as a whole, and tails of an unknown kind.
+void tell_odd_keys(Session& s, const KeyList& keys) {
+  if (keys.empty()) return;
+  MessageText text(s);
+  text.msg(426).line();
+  for (const std::string_view key : keys) text.add(key).add(" ");
+  warn(s, text);
+}
+
 // Fields and derived dimensions after values were read from a file.
-void take_read_values(Session& s) {
+void take_read_values(Session& s, bool with_depth) {
   if (s.load.coefficients.empty()) s.load.coefficients = {{s.load.c1icao, 0}};
   s.state.ExwJ = 1000 * s.state.Exw;
   refresh_all_fields(s);
-  settle_dimensions(s);
+  with_depth ? settle_dimensions(s) : recompute_dimensions(s, kOverallLength);
   setResultsValid(s, false);
 }
 
 void begin_load(Session& s) {
   clear_results(s);
-  take_read_values(s);
-  if (s.state.frictionOn) setStep(s, 1);
+  take_read_values(s, true);
+  if (s.state.frictionOn) begin_friction_step(s);
   s.tables.weight_step = s.options.ldstep * s.state.chargeGr / 100;
   s.valid.ask_charge = !(s.state.chargeGr > 0);
 }
@@ -186,22 +199,33 @@ void refresh_all_fields(Session& s) {
 }
 
 bool load_read(Session& s, const std::string& file) {
+  leave_focus(s);  // nothing held from before survives the load
   const FileRead read = read_file(file);
   const bool settings = file == s.settings_file;
   const SectionedFile sections(read.bytes, s.language.page());
-  s.picture.clear();
-  const bool whole = read.failure == 0 && read_load_keys(sections, s.state, s.load);
-  if (!whole && !settings) {
+  CalcState state = s.state;  // taken over when it is whole
+  LoadData load = s.load;
+  const auto odd = read.failure == 0 ? read_load_keys(sections, state, load) : std::nullopt;
+  if (!odd && !settings) {
     MessageText text(s);
     text.msg(185).add(file).line().msg(197);
     if (read.failure) text.line().add(s.language.failure(read.failure));
     warn_as_warning(s, text);
-    if (s.writes_files) load_read(s, s.settings_file);
     return false;
   }
-  if (whole) read_load_options(sections, s.state, s.options);
+  s.picture.clear();
+  if (odd) {
+    const bool had_friction = s.state.frictionOn;
+    s.state = state;
+    s.load = std::move(load);
+    read_load_options(sections, s.state, s.options);
+    if (had_friction && !s.state.frictionOn) end_friction_step(s);
+  }
   begin_load(s);
-  if (whole) compare_powder(s);
+  if (odd) {
+    tell_odd_keys(s, *odd);
+    compare_powder(s);
+  }
   return true;
 }
 
@@ -263,7 +287,7 @@ void lab_omt(Session& s) {
   read_design_data(SectionedFile(read.bytes, s.language.page()), s.state, s.load);
   s.options.omtfil = stored_load(answer->file);
   store_option(s, "omtfil");
-  take_read_values(s);
+  take_read_values(s, false);
 }
 
 void recent_open(Session& s, int index) {

@@ -106,6 +106,17 @@ std::string shown_text(const Session& s, const double& value, int side) {
   return text;
 }
 
+std::string stored_text(const Session& s, const double& value, std::size_t side) {
+  std::string text;
+  bool found = false;
+  each_place(const_cast<Session&>(s), value, [&](const NumberPlace& at) {
+    if (found || !at.number->sides[side].field) return;
+    text = number_text(s, at.number->sides[side], value, nullptr);
+    found = true;
+  });
+  return text;
+}
+
 double shown_number(const Session& s, const double& value, int side) {
   return read_number(shown_text(s, value, side));
 }

@@ -42,6 +42,8 @@ void write_numbers(Session& s, const ScreenSpec& spec);  // all of a screen, by 
 // What the fields of a value show: 0 the first (metric) side, 1 the second. Read leniently, as a person reads
 // it; the text may be older or shorter than the value.
 std::string shown_text(const Session& s, const double& value, int side);
+// The stored value as a field would show it, whatever it shows at present.
+std::string stored_text(const Session& s, const double& value, std::size_t side);
 double shown_number(const Session& s, const double& value, int side = 0);
 
 // A comma that a person types counts as a point.

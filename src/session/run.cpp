@@ -125,6 +125,17 @@ void setStep(Session& s, int step) {
   s.state.schrit = s.options.schrit = step >= 0 && step <= 2 ? step : 0;
 }
 
+void begin_friction_step(Session& s) {
+  if (s.state.schrit == 1) return;
+  s.step_before_friction = s.state.schrit;
+  setStep(s, 1);
+}
+
+void end_friction_step(Session& s) {
+  if (s.step_before_friction && s.state.schrit == 1) setStep(s, *s.step_before_friction);
+  s.step_before_friction.reset();
+}
+
 int recalculate(Session& s) {
   if (s.firstRun) end_first_run(s);
   transferInputs(s);
@@ -141,7 +152,7 @@ void Patdef(Session& s) {
   convertUnits(s.state);
   if (s.firstRun) {
     end_first_run(s);
-    return focus_number(s, s.state.chargeGr, 1);
+    if (!(s.state.chargeGr > 0)) return focus_number(s, s.state.chargeGr, 1);
   }
   prepare_shot_checked(s);
   if (!s.inputsOk || start_pressure_refused(s)) return;
@@ -150,6 +161,7 @@ void Patdef(Session& s) {
     return open_output(s);
   }
   s.valid.ask_charge = false;
+  s.status = s.language.fastmsg("askcharge0");
   focus_number(s, s.state.chargeGr, 1);
 }
 
@@ -173,6 +185,7 @@ int run_by_mode(Session& s) {
 }  // namespace
 
 int runAndShow(Session& s) {
+  s.status.clear();
   if (s.tables.powder_shown) SetDisplayMode(s, 3);
   save_current_load(s);
   if (!s.valid.results) s.valid.load_table = s.valid.powder_table = false;
@@ -185,7 +198,7 @@ bool run_shown_shot(Session& s) { return prepareShot(s.state) == SetUp::ok && ru
 
 DataBlock data_block(const Session& s) {
   const CartridgeDimensions& d = s.state.dim;
-  const auto text = [&](const double& value, int side) { return shown_text(s, value, side); };
+  const auto text = [&](const double& value, std::size_t side) { return stored_text(s, value, side); };
   return {.cartridge = s.load.pattyp,
           .bullet = s.load.bultyp,
           .powder = s.load.pulver,

@@ -7,6 +7,10 @@ namespace tv {
 
 void setResultsValid(Session& s, bool valid);  // also clears both table_valid when invalid
 void setStep(Session& s, int step);
+// Friction runs with the fine step at least; without it the step is again the one that stood before, unless the
+// user has chosen another since.
+void begin_friction_step(Session& s);
+void end_friction_step(Session& s);
 int recalculate(Session& s);  // 0 on refusal, -1 after a finished run
 void Patdef(Session& s);
 int runAndShow(Session& s);

@@ -59,10 +59,11 @@ struct ShownRun {
 // One kind of component data: its records, its file and how its list is on show.
 struct DataSet {
   RecordFile file;
-  std::string stored_name;  // file name less extension (ends in a point), relative paths under the root
-  bool collected = false;   // the table has no file yet: collected, or what a failed reading left
-  std::string collection;   // caption of a collected table
-  std::string caption;      // beside the list; also tells a filter
+  std::string stored_name;    // file name less extension (ends in a point), relative paths under the root
+  bool collected = false;     // the table has no file yet: collected, or what a failed reading left
+  bool part_of_file = false;  // the file held more than was read: it is not saved under that name
+  std::string collection;     // caption of a collected table
+  std::string caption;        // beside the list; also tells a filter
   std::optional<std::vector<int>> filter;  // rows on show, if not all
 };
 
@@ -159,6 +160,7 @@ struct Session {
   Tables tables;
   OutputView output;
   FitUndo fit_undo;
+  std::optional<int> step_before_friction;
 
   // entry
   Screens screens;

@@ -49,12 +49,13 @@ bool change_sectioned(Session& s, const std::string& path,
   return false;
 }
 
-void settings_save(Session& s) {
-  if (!s.writes_files) return;
+bool settings_save(Session& s) {
+  if (!s.writes_files) return true;
   take_shown_start_pressure(s);
   s.user->busy(true);
-  change_sectioned(s, s.settings_file, [&](SectionedFile& file) { write_all(s, file); });
+  const bool saved = change_sectioned(s, s.settings_file, [&](SectionedFile& file) { write_all(s, file); });
   s.user->busy(false);
+  return saved;
 }
 
 bool store_option(Session& s, std::string_view key) { return store_options(s, {key}); }

@@ -10,7 +10,7 @@
 
 namespace tv {
 
-void settings_save(Session& s);  // options and load in one write; one box on failure
+bool settings_save(Session& s);  // options and load in one write; one box on failure, which is false
 // Reads a file of sections, lets it be changed and writes it once; one box on failure, which is false.
 bool change_sectioned(Session& s, const std::string& path, const std::function<void(SectionedFile&)>& change);
 bool store_option(Session& s, std::string_view key);  // one option at once, as menus and toggles do

@@ -86,13 +86,13 @@ bool start(Session& s, const PlaceHints& hints) {
 bool ask_to_end(Session& s) {
   if (!s.options.intro_off && !ask_ok_cancel(s, MessageText(s).msg(145).add(" ").add(kProgramName).msg(146)))
     return false;
-  save_and_exit(s);
-  return true;
+  return save_and_exit(s);
 }
 
-void save_and_exit(Session& s) {
-  settings_save(s);
+bool save_and_exit(Session& s) {
+  if (!settings_save(s) && !ask_yes_no(s, MessageText(s).msg(429))) return false;
   write_bullet_file_mark(s, false);
+  return true;
 }
 
 }  // namespace tv

@@ -9,7 +9,7 @@ namespace tv {
 // (no language file and the user gave up).
 bool start(Session& s, const PlaceHints& hints);
 // The user agreed to end: settings and load are saved, the transfer file's bullet file is cleared.
-bool ask_to_end(Session& s);  // false: cancelled
-void save_and_exit(Session& s);
+bool ask_to_end(Session& s);     // false: cancelled
+bool save_and_exit(Session& s);  // false: it could not be saved, and the user stays
 
 }  // namespace tv

@@ -68,6 +68,12 @@ void take_picture(Session& s, std::string_view name) {
   s.picture = there ? trimmed : std::string();
 }
 
+// The start pressure of a coated bullet goes back to the uncoated one: records hold uncoated values.
+void end_coating(Session& s) {
+  if (s.load.fproof) s.state.start_pressure /= s.state.moly_factor;
+  s.load.fproof = false;
+}
+
 // A bullet without a start pressure of its own leaves it to the case: short ones hold it less.
 void default_start_pressure(Session& s) {
   if (s.state.start_pressure < 5000000) {
@@ -132,15 +138,15 @@ void take_bullet(Session& s, int row) {
   d.Bwg = table.number(row, bullet_field::Bwg);
   d.Glen = table.number(row, bullet_field::Glen);
   d.tail_type = to_int(table.number(row, bullet_field::tail_type));
-  if (d.tail_type == kFlatBase) d.TAIL = false;
   d.tail_dia_small = table.number(row, bullet_field::tail_dia_small);
   d.tail_dia_large = table.number(row, bullet_field::tail_dia_large);
   d.tail_len = table.number(row, bullet_field::tail_len);
   const auto gfunc = trim(table.cell(row, bullet_field::gfunc));
   s.load.gfunc = gfunc.empty() ? "G1" : std::string(gfunc);
   d.buldin = table.number(row, bullet_field::buldin);
+  d.TAIL = d.tail_type != kFlatBase && tail_is_possible(d);  // the same bullet always gives the same figures
   take_coefficients(s, table, row);
-  s.load.fproof = false;  // a record holds uncoated values: the box goes off without dividing
+  end_coating(s);
   take_own_start_pressure(s, table.number(row, bullet_field::start_pressure) * 1000000);
   clear_warning(s, d.Zkal);
   write_number(s, d.Bwg, {"0.00#", "0.0#"});
@@ -152,13 +158,51 @@ void take_bullet(Session& s, int row) {
   setResultsValid(s, false);
 }
 
-void match_bullet_list(Session& s, bool show_message) {
+namespace {
+
+// How a bullet of the row would sit with the overall length of the load.
+struct Seating {
+  double depth = 0, Veff = 0, calibre = 0;
+};
+Seating seating_of(const Session& s, int row) {
   const RecordTable& table = s.set(RecordKind::bullets).file.table;
+  CartridgeDimensions d = s.state.dim;
+  d.Glen = table.number(row, bullet_field::Glen);
+  d.buldin = table.number(row, bullet_field::buldin);
+  d.tail_type = to_int(table.number(row, bullet_field::tail_type));
+  d.tail_dia_small = table.number(row, bullet_field::tail_dia_small);
+  d.tail_dia_large = table.number(row, bullet_field::tail_dia_large);
+  d.tail_len = table.number(row, bullet_field::tail_len);
+  d.TAIL = d.tail_type != kFlatBase && tail_is_possible(d);
+  move_dimensions(d, kOverallLength, d.Zkal * kMmPerInch, [](Dimension) {});
+  return {d.Bsd, d.Veff, d.buldin};
+}
+
+// The first bullet of the calibre that sits half a calibre deep; if none does, the deepest that leaves room for
+// the powder; -1 if there is none.
+int bullet_of_calibre(const Session& s) {
+  const RecordTable& table = s.set(RecordKind::bullets).file.table;
+  int deepest = -1;
+  double depth = 0;
+  for (const int row : rows_on_show(s, RecordKind::bullets)) {
+    if (!(std::fabs(table.number(row, bullet_field::buldin) - s.state.dim.Zkal) <= kCalibreTolerance))
+      continue;
+    const Seating seated = seating_of(s, row);
+    if (!(seated.Veff > 0)) continue;
+    if (seated.depth >= seated.calibre / 2) return row;
+    if (deepest < 0 || seated.depth > depth) {
+      deepest = row;
+      depth = seated.depth;
+    }
+  }
+  return deepest;
+}
+
+}  // namespace
+
+void match_bullet_list(Session& s, bool show_message) {
   const auto& d = s.state.dim;
-  int found = -1;
-  for (const int row : rows_on_show(s, RecordKind::bullets))
-    if (found < 0 && std::fabs(table.number(row, bullet_field::buldin) - d.Zkal) <= kCalibreTolerance)
-      found = row;
+  const int found = bullet_of_calibre(s);
   const bool bullet_shown =
       std::fabs(d.Zkal - d.buldin) <= kCalibreTolerance && read_number(s.load.bultyp) != 0;
   if (bullet_shown) {
@@ -187,7 +231,7 @@ void take_cartridge(Session& s, int row) {
   s.load.pmetho = trim(table.cell(row, cartridge_field::method));
   take_case_body(s, table, row);
   take_picture(s, table.cell(row, cartridge_field::picture));
-  s.load.fproof = false;
+  end_coating(s);
   write_cartridge(s);
   s.load.bore_area_stale = false;
   select_row(s, RecordKind::cartridges, row);

@@ -43,7 +43,7 @@ std::string own_tip_file(const Session& s) {
 
 bool store_tip(Session& s, const std::string& key, const std::string& text) {
   const std::size_t whole = SectionedFile::kMaxValue;
-  std::string rest = replaced(text, "\n", kBreak);
+  std::string rest = replaced(drop_foreign(text, s.language.page()), "\n", kBreak);
   while (rest.ends_with('_')) rest.pop_back();  // it would go on
   std::vector<std::pair<std::string, std::string>> pieces;
   for (int n = 0;; ++n) {

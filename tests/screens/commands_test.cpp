@@ -98,8 +98,6 @@ TEST_F(Commands, StepEntryCalculatesAgainOnceSomethingWasCalculated) {
   EXPECT_TRUE(run_command(s, "schriwg"));
   EXPECT_FALSE(s.shown.any);
   EXPECT_TRUE(run_command(s, "rech"));
-  EXPECT_EQ(user.last_focus(), "Form4.MPgn") << "the first use asks for the charge";
-  EXPECT_TRUE(run_command(s, "rech"));
   ASSERT_TRUE(s.valid.results);
   for (const char* step : {"schriwg", "schriwn"}) {  // the one in force too
     s.shown.any = false;

@@ -78,9 +78,12 @@ TEST_F(DimensionFields, LengthsAtTheirEdges) {
   EXPECT_EQ(s.state.dim.Plen, 3);
   EXPECT_NEAR(s.state.dim.Bsd, s.state.dim.Glen, 1e-12);
   load("308_winchester_168");
-  type("Form3", "ssdz", "0.1");
+  focus_field(s, "Form3", "ssdz");
+  edit_field(s, "Form3", "ssdz", "0.1");
   EXPECT_EQ(read_number(text("Form3", "Plenz")), Plen) << "the field lags one entry behind";
   EXPECT_NE(s.state.dim.Plen, Plen);
+  leave_field(s, "Form3", "ssdz");
+  EXPECT_NEAR(read_number(text("Form3", "Plenz")), s.state.dim.Plen, 0.0005) << "until it is left";
   type("Form3", "Bsdz", "-0.1");
   EXPECT_LT(s.state.dim.Vvg, 0) << "a bullet that stands off is legal";
   type("Form3", "Glenz", "0");

@@ -127,12 +127,13 @@ TEST_F(Loads, TellWhereThePowderDiffersFromItsRecord) {
   EXPECT_EQ(p->keys(), "");
 }
 
-TEST_F(Loads, ThatCannotBeReadBringTheLastOneBack) {
+TEST_F(Loads, ThatCannotBeReadChangeNothing) {
   ASSERT_TRUE(load_read(s, example("308_winchester_168")));
   user.forget();
   save_current_load(s);
+  s.state.chargeGr = 1;  // entered, and in no file yet
+  s.options.labfil = "/home/me/mine.";
   const std::string before = values();
-  s.state.chargeGr = 1;
   const std::string rubbish = write("data/rubbish.dat", "\x01\xFF no load\r\n[other]\r\nx=1");
   make_folders(at("data/folder.dat"));
   for (const std::string& file : {at("data/none.dat"), rubbish, at("data/folder.dat")}) {
@@ -141,6 +142,7 @@ TEST_F(Loads, ThatCannotBeReadBringTheLastOneBack) {
     EXPECT_NE(user.boxes[0].message.text.find(file), std::string::npos);
     EXPECT_EQ(p->keys(), "msg185 msg197 msg75") << file;
     EXPECT_EQ(values(), before) << file;
+    EXPECT_EQ(s.options.labfil, "/home/me/mine.") << "the next save is still its own";
     EXPECT_TRUE(s.recent.empty());
   }
   // Older names of the sections, plain line ends, a value given twice and no end of the last line.

@@ -50,9 +50,8 @@ TEST_F(TakeRecords, CartridgeFillsLoadAndFieldsInBothUnits) {
   EXPECT_EQ(text("Form3", "Llenz"), "24.0");
   EXPECT_EQ(text("Form3", "Llenm"), "609.6");
   EXPECT_NEAR(d.buldin, 0.308, 0.0025) << "a bullet of the calibre comes with it";
-  EXPECT_EQ(s.load.bultyp, ".308 , 110 , FMJ RN") << "the first";
-  EXPECT_EQ(s.state.start_pressure, 20e6) << "with its start pressure";
-  EXPECT_EQ(text("Form4", "ini_press1"), "20");
+  EXPECT_GE(d.Bsd, d.buldin / 2) << "one that can be seated";
+  EXPECT_GT(d.Veff, 0);
   EXPECT_EQ(text("Form3", "Bnam"), s.load.bultyp);
   EXPECT_TRUE(s.valid.ask_charge);
   EXPECT_FALSE(s.load.bore_area_stale);
@@ -148,6 +147,7 @@ TEST_F(TakeRecords, BulletListFollowsTheCalibre) {
   add_row(RecordKind::bullets, bullet(".308 , 150 , b", "150", ".3104", ""));  // just within the tolerance
   add_row(RecordKind::bullets, bullet(".308 , 168 , c", "168", ".308", ""));
   s.state.dim.Zkal = 0.308;
+  s.state.dim.Volf = 56;
 
   take_bullet(s, 2);
   match_bullet_list(s, true);
@@ -201,7 +201,6 @@ TEST_F(TakeRecords, NoSelectionDoesNothing) {
 TEST_F(TakeRecords, FirstLoadByPicksAndEntriesEqualsTheLoadFile) {
   pick("Form3", "HVolDat", ".308 Winchester");
   pick("Form3", "Bnam", ".308 , 168 , HPBT");
-  EXPECT_TRUE(toggle(s, "Form3", "TAIL"));
   pick("Form4", "PulvDat", "Example R-04 light bullet rifle");
   type("Form3", "Plenz", "2.8");
   type("Form4", "MPgn", "38.7");
