@@ -14,10 +14,10 @@
 #include "session/loads.h"
 #include "session/message.h"
 #include "session/record_lists.h"
-#include "temp_folder.h"
 #include "session/recording_user.h"
 #include "session/settings.h"
 #include "session/start.h"
+#include "temp_folder.h"
 #include "text/file.h"
 
 namespace tv_test {
