@@ -88,29 +88,21 @@ private:
     v_ += h;
     highest_ = std::fmax(highest_, p());
   }
+  bool passes(State next) const {
+    return (law_ == Law::first && next.y > s_.Limz1) || (law_ == Law::second && next.y < 0);
+  }
   // One step, parted where the law changes or burning ends.
   void advance(double h) {
-    const double change = s_.Limz1;
-    State next = stepped(h);
-    if (law_ == Law::first && next.y > change) {
-      double low = 0, high = h;
-      for (int n = 0; n < 60; ++n) {
-        const double mid = (low + high) / 2;
-        (stepped(mid).y > change ? high : low) = mid;
-      }
-      take(stepped(low), low);
-      law_ = change < 1 ? Law::second : Law::burnt;
-      at_.y = std::sqrt(1 - change);
-      return advance(h - low);
+    if (!passes(stepped(h))) return take(stepped(h), h);
+    double low = 0, high = h;
+    for (int n = 0; n < 60; ++n) {
+      const double mid = (low + high) / 2;
+      (passes(stepped(mid)) ? high : low) = mid;
     }
-    if (law_ == Law::second && next.y < 0) {
-      const double left = at_.y / (K_ * s_.Ba1 / 2);
-      take(stepped(left), left);
-      law_ = Law::burnt;
-      at_.y = 0;
-      return advance(h - left);
-    }
-    take(next, h);
+    take(stepped(low), low);
+    law_ = law_ == Law::first && s_.Limz1 < 1 ? Law::second : Law::burnt;
+    at_.y = law_ == Law::second ? std::sqrt(1 - s_.Limz1) : 0;
+    advance(h - low);
   }
 
   CalcState s_;

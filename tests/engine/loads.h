@@ -15,6 +15,21 @@ inline SetUp set_up(CalcState& s) {
   return prepareShot(s);
 }
 
+// A load set up and run, with what came of it. Large: make it static.
+struct Shot {
+  CalcState s = worked_load();
+  ShotCurve c;
+  ShotResult r;
+  ShotOutcome outcome;
+
+  bool run() {
+    if (set_up(s) != SetUp::ok) return false;
+    outcome = runShot(s, c, r);
+    return outcome.ok();
+  }
+  std::size_t last() const { return static_cast<std::size_t>(r.lastIdx); }
+};
+
 // Factor after z1 at which the burn rate does not jump.
 inline double continuous_factor(double b, double z1) { return std::sqrt(1 + b * z1) / std::sqrt(1 - z1); }
 
