@@ -1,10 +1,12 @@
-// How long a shot takes, for each variant and step setting, and three ratios measured in the same run:
-//   /bare   to the bare formulas of its points, at the values where the shot read them: no search, no check
+// How long a shot takes, for each variant and step setting, and four ratios measured in the same run:
+//   /own    to the engine's own functions of its points, in a loop over the values where the shot read them:
+//           constants, points, base pressure and time, but no walk that searches these values
+//   /bare   to the same formulas written out without checks, and with the z of a start pressure known
 //   /calls  to the calls of pow and log that these formulas make, alone
 //   /integr to an integration that yields the peak pressure and the muzzle velocity and nothing else: the
 //           classical Runge-Kutta method over the velocity, z taken from its solution z(v), steps ending
 //           where the burn law changes and at burnout, the peak from a cubic between two steps, with the
-//           least number of equal steps that gives both figures to 1e-4 for every load of the ladder
+//           least number of steps that gives both figures to 1e-4 for every load of the ladder
 // The number of steps to the limit of the velocity is in the last column. Processor time, best of several.
 #include "engine/shot.h"
 
@@ -67,6 +69,7 @@ std::vector<CalcState> ladder(double start_pressure, int schrit) {
 // What one shot evaluated: its logged points, and for points that were gone back over as many of them again.
 struct Evaluated {
   BurnModel m;
+  BurnPoint burnout;
   double bullet = 0, moving = 0, start = 0;    // of the base pressure
   std::vector<double> sigma1, z1, w2, sigma3;  // z1: with a start pressure, the z found for sigma1
   std::vector<double> solved;                  // z of the evaluations on the way there
@@ -74,8 +77,9 @@ struct Evaluated {
 };
 
 Evaluated evaluated(const CalcState& s, const ShotCurve& c, const ShotResult& r, const ShotOutcome& outcome) {
-  Evaluated e{
-      burn_inputs(s), s.bulletKg, s.dim.sebf * s.chargeKg, s.start_pressure, {}, {}, {}, {}, {}, {}, {}, {}};
+  Evaluated e;
+  e.m = burn_inputs(s);
+  e.bullet = s.bulletKg, e.moving = s.dim.sebf * s.chargeKg, e.start = s.start_pressure;
   phase1_constants(e.m);
   if (r.z1Idx >= 0) {
     phase2_constants(e.m);
@@ -83,8 +87,9 @@ Evaluated evaluated(const CalcState& s, const ShotCurve& c, const ShotResult& r,
   }
   const auto logged = static_cast<std::size_t>(r.lastIdx) + 1;
   const int burnt = r.burnIdx >= 0 ? r.burnIdx : r.lastIdx;
-  if (r.burnIdx >= 0)
-    phase3_from_phase2(e.m, {c.x[static_cast<std::size_t>(burnt)], r.vMuzzle, r.pMax, 1, 1});
+  const auto end = static_cast<std::size_t>(burnt);
+  e.burnout = {c.x[end], c.v[end], c.p[end], 1, c.sigma[end]};
+  if (r.burnIdx >= 0) phase3_from_phase2(e.m, e.burnout);
   for (std::size_t n = 0; n < static_cast<std::size_t>(outcome.points); ++n) {
     const std::size_t i = n % logged;
     if (static_cast<int>(i) > burnt) {
@@ -107,6 +112,27 @@ Evaluated evaluated(const CalcState& s, const ShotCurve& c, const ShotResult& r,
 double squared(double x) { return x * x; }
 double pressure(const BurnModel& m, double x, double v, double z) {
   return (m.kappa - 1) * (m.w0 * m.Q * z - m.m * v * v / 2) / (x * m.A + m.V0);
+}
+
+void own(const CalcState& s, const Evaluated& e, ShotCurve& out, ShotResult& r) {
+  BurnModel m = burn_inputs(s);
+  BurnSolver solver;
+  phase1_constants(m);
+  const auto keep = [&](std::size_t i, const BurnPoint& point) {
+    out.x[i] = point.x, out.v[i] = point.v, out.p[i] = point.p, out.z[i] = point.z,
+    out.sigma[i] = point.sigma;
+  };
+  for (std::size_t i = 0; i < e.sigma1.size(); ++i) keep(i, stepPhase1(m, solver, e.sigma1[i], i == 0));
+  if (!e.w2.empty()) phase2_constants(m);
+  m.sigmaZ1 = e.m.sigmaZ1;
+  for (std::size_t i = 0; i < e.w2.size(); ++i) keep(i, stepPhase2(m, e.w2[i]));
+  if (!e.sigma3.empty()) phase3_from_phase2(m, e.burnout);
+  for (std::size_t i = 0; i < e.sigma3.size(); ++i) keep(i, stepPhase3(m, e.sigma3[i]));
+  std::copy(e.x.begin(), e.x.end(), out.x.begin());
+  std::copy(e.v.begin(), e.v.end(), out.v.begin());
+  std::copy(e.p.begin(), e.p.end(), out.p.begin());
+  baseCurve(s, out, r);
+  integrateTime(out, r);
 }
 
 void bare_phase1(const Evaluated& e, ShotCurve& out) {
@@ -311,10 +337,12 @@ void measure(const char* variant, double start_pressure, int schrit, const char*
   ShotResult result;
   Calls calls;
   std::vector<Evaluated> runs;
+  std::vector<ShotResult> results;
   double points = 0, expansions = 0;
   for (const CalcState& s : loads) {
     const ShotOutcome outcome = runShot(s, curve, result);
     runs.push_back(evaluated(s, curve, result, outcome));
+    results.push_back(result);
     add_calls(calls, runs.back());
     points += outcome.points;
     expansions += static_cast<double>(outcome.expansions);
@@ -324,6 +352,9 @@ void measure(const char* variant, double start_pressure, int schrit, const char*
   const double shot = seconds_of([&] {
     for (const CalcState& s : loads) runShot(s, curve, result);
   });
+  const double functions = seconds_of([&] {
+    for (std::size_t i = 0; i < runs.size(); ++i) own(loads[i], runs[i], out, results[i]);
+  });
   const double formulas = seconds_of([&] {
     for (const Evaluated& e : runs) bare(e, out);
   });
@@ -332,16 +363,16 @@ void measure(const char* variant, double start_pressure, int schrit, const char*
     for (const CalcState& s : loads) sink = integrate(s, steps).vMuzzle;
   });
   const auto n = static_cast<double>(loads.size());
-  fmt::print("{:<15} {:<7} {:>8.0f} {:>8.2f} {:>7.1f} {:>11.1f} {:>6.2f} {:>6.2f} {:>8.1f} {:>6}\n", variant,
-             step, n / shot, 1e6 * shot / n, points / n, expansions / n, shot / formulas, shot / alone,
-             shot / integration, steps);
+  fmt::print("{:<15} {:<7} {:>8.0f} {:>8.2f} {:>7.1f} {:>11.1f} {:>6.2f} {:>6.2f} {:>6.2f} {:>8.1f} {:>6}\n",
+             variant, step, n / shot, 1e6 * shot / n, points / n, expansions / n, shot / functions,
+             shot / formulas, shot / alone, shot / integration, steps);
 }
 
 }  // namespace
 
 int main() {
-  fmt::print("{:<15} {:<7} {:>8} {:>8} {:>7} {:>11} {:>6} {:>6} {:>8} {:>6}\n", "variant", "step", "shots/s",
-             "us/shot", "points", "expansions", "/bare", "/calls", "/integr", "steps");
+  fmt::print("{:<15} {:<7} {:>8} {:>8} {:>7} {:>11} {:>6} {:>6} {:>6} {:>8} {:>6}\n", "variant", "step",
+             "shots/s", "us/shot", "points", "expansions", "/own", "/bare", "/calls", "/integr", "steps");
   constexpr std::array<const char*, 3> kSteps{"normal", "fine", "coarse"};
   for (const double start : {0.0, 25e6}) {
     for (const int schrit : {2, 0, 1}) {
