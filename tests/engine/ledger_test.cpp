@@ -12,7 +12,7 @@ namespace tv::test {
 namespace {
 
 TEST(Ledger, NotesAndFailsWhatTheClosedFormsCannotFollow) {
-  // A case nearly empty under a high start pressure: 189 m/s, where the equations give 307.
+  // A case nearly empty under the highest start pressure: 177 m/s, where the equations give 316.
   static Shot shot;
   shot.s.chargeGr = 10;
   ASSERT_TRUE(shot.run());
