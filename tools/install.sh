@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# tools/install.sh [--list] GROUP...: installs from Debian's packages what is missing of the groups build, test, ci and
-# fresh; with --list it names their packages instead. Nothing missing: no call of apt-get, no rights needed.
+# tools/install.sh [--list] GROUP...: installs from Debian's packages what is missing of the groups build, test, ci,
+# fresh and portable; with --list it names their packages instead. Nothing missing: no call of apt-get, no rights needed.
 set -euo pipefail
 
 declare -A packages=(
@@ -11,6 +11,7 @@ declare -A packages=(
   [ci]="git clang-format libclang-rt-14-dev dpkg-dev lintian desktop-file-utils appstream
         shared-mime-info libglib2.0-bin"
   [fresh]="mmdebstrap util-linux"
+  [portable]="patchelf xz-utils"
 )
 
 list=
