@@ -9,6 +9,7 @@
 #include "session/entry.h"
 #include "session/file_names.h"
 #include "session/input_check.h"
+#include "session/load_steps.h"
 #include "session/message.h"
 #include "session/numbers.h"
 #include "session/record_lists.h"
@@ -142,7 +143,7 @@ void begin_load(Session& s) {
   clear_results(s);
   take_read_values(s, true);
   if (s.state.frictionOn) begin_friction_step(s);
-  s.tables.weight_step = s.options.ldstep * s.state.chargeGr / 100;
+  settle_steps(s);
   s.valid.ask_charge = !(s.state.chargeGr > 0);
 }
 

@@ -1,6 +1,7 @@
 #include "session/settings.h"
 
 #include "session/input_check.h"
+#include "session/load_steps.h"
 #include "session/message.h"
 #include "text/file.h"
 
@@ -52,6 +53,7 @@ bool change_sectioned(Session& s, const std::string& path,
 bool settings_save(Session& s) {
   if (!s.writes_files) return true;
   take_shown_start_pressure(s);
+  settle_steps(s);
   s.user->busy(true);
   const bool saved = change_sectioned(s, s.settings_file, [&](SectionedFile& file) { write_all(s, file); });
   s.user->busy(false);

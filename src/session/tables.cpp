@@ -4,6 +4,7 @@
 
 #include "engine/shot.h"
 #include "session/dimensions.h"
+#include "session/load_steps.h"
 #include "session/message.h"
 #include "session/numbers.h"
 #include "session/run.h"
@@ -89,6 +90,7 @@ bool fit_the_barrel(Session& s, double value, FitMode mode) {
 }  // namespace
 
 void run_load_table(Session& s) {
+  settle_steps(s);
   LoadTableSettings settings{s.options.ldstep, s.tables.weight_step, s.options.ldweight, s.options.ldperc,
                              s.options.batols};
   {
