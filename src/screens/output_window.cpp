@@ -18,6 +18,11 @@ PointListRun point_list_run(const Session& s) {
           s.shown.state.dim.zul_P};
 }
 
+// Before the first run: that there is none, and how to get one.
+std::string no_shot_text(const Session& s) {
+  return s.language.fastmsg("noshot0") + "\n" + s.language.fastmsg("noshot1");
+}
+
 TableText view_text(const Session& s) {
   switch (s.options.grftyp) {
     case -1:
@@ -25,7 +30,7 @@ TableText view_text(const Session& s) {
     case -2:
       return DrawPowderTableText(s.tables.powder, s.language, s.output.imperial);
     default:
-      if (!s.shown.any) return {s.language.text("form7", "Form7"), s.language.fastmsg("fcrgvar6")};
+      if (!s.shown.any) return {s.language.text("form7", "Form7"), no_shot_text(s)};
       return DrawPointList(point_list_run(s), s.language, view_units(s));
   }
 }
@@ -126,7 +131,7 @@ DiagramOptions diagram_options(const Session& s, bool dark) {
 Diagram output_diagram(const Session& s, double width, double height, TextWidth text_width, bool dark) {
   const DiagramOptions options = diagram_options(s, dark);
   if (!s.shown.any || s.result.lastIdx < 1)
-    return empty_diagram(s.language.fastmsg("fcrgvar6"), options, width, height, text_width);
+    return empty_diagram(no_shot_text(s), options, width, height, text_width);
   return draw_diagram({&s.shown.state, &s.curve, &s.result, s.shown.outcome.ok()}, options, s.language, width,
                       height, text_width);
 }

@@ -97,13 +97,30 @@ bool powder_table_waits(const Session& s) {
   return s.mode() == DisplayMode::powder_table && !s.tables.powder_shown;
 }
 
-// The checks that both ways to a calculation share, between set-up and run.
 bool start_pressure_refused(Session& s) {
   if (start_pressure_accepted(s)) {
     refresh_fill(s);
     return false;
   }
   return true;
+}
+
+// The powder table finds charges of its own: the present one may be missing, or impossible.
+bool charge_does_not_matter(Session& s) {
+  if (!powder_table_waits(s) || needs_present_charge(s.tables.strategy)) return false;
+  CalcState trial = s.state;
+  const SetUp refused = prepareShot(trial);
+  return refused == SetUp::chargeGr || refused == SetUp::freeVol;
+}
+
+// Set-up and checks that both ways to a calculation share, before the run.
+bool set_up_refused(Session& s) {
+  if (charge_does_not_matter(s)) {
+    refresh_fill(s);
+    return false;
+  }
+  prepare_shot_checked(s);
+  return !s.inputsOk || start_pressure_refused(s);
 }
 
 void end_first_run(Session& s) {
@@ -141,8 +158,7 @@ int recalculate(Session& s) {
   transferInputs(s);
   if (!s.inputsOk) return 0;
   convertUnits(s.state);
-  prepare_shot_checked(s);
-  if (!s.inputsOk || start_pressure_refused(s)) return 0;
+  if (set_up_refused(s)) return 0;
   return runAndShow(s);
 }
 
@@ -154,8 +170,7 @@ void Patdef(Session& s) {
     end_first_run(s);
     if (!(s.state.chargeGr > 0)) return focus_number(s, s.state.chargeGr, 1);
   }
-  prepare_shot_checked(s);
-  if (!s.inputsOk || start_pressure_refused(s)) return;
+  if (set_up_refused(s)) return;
   if (powder_table_waits(s) || !s.valid.ask_charge) {
     runAndShow(s);
     return open_output(s);
@@ -197,20 +212,7 @@ int runAndShow(Session& s) {
 bool run_shown_shot(Session& s) { return prepareShot(s.state) == SetUp::ok && run_single(s) != 0; }
 
 DataBlock data_block(const Session& s) {
-  const CartridgeDimensions& d = s.state.dim;
-  const auto text = [&](const double& value, std::size_t side) { return stored_text(s, value, side); };
-  return {.cartridge = s.load.pattyp,
-          .bullet = s.load.bultyp,
-          .powder = s.load.pulver,
-          .coated = s.load.fproof,
-          .Veffz = text(d.Veff, 1),
-          .Veffm = text(d.Veff, 0),
-          .Plenz = text(d.Plen, 1),
-          .Plenm = text(d.Plen, 0),
-          .Llenz = text(d.Llen, 1),
-          .Llenm = text(d.Llen, 0),
-          .MPgn = text(s.state.chargeGr, 1),
-          .MPgm = text(s.state.chargeGr, 0)};
+  return data_block_of(s.state, s.load.pattyp, s.load.bultyp, s.load.pulver, s.load.fproof);
 }
 
 void show_whole_diagram(Session& s) { s.output.view = {}; }

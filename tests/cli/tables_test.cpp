@@ -86,14 +86,16 @@ TEST(PowderTable, RefusesCriteriaAndFilesThatAreNone) {
   const Scratch scratch;
   const std::string load = load_file("308_winchester_168");
   const auto table = [&](std::vector<std::string> more) {
-    std::vector<std::string> arguments{"powder-table", load, "--strategy", "1"};
+    std::vector<std::string> arguments{"powder-table", load};
+    if (std::ranges::find(more, "--strategy") == more.end()) more.insert(more.end(), {"--strategy", "1"});
     arguments.insert(arguments.end(), more.begin(), more.end());
     return cli_in(scratch, arguments);
   };
   EXPECT_EQ(table({"--powders", kPowders, "--set", "lod2nd=0.2"}).exit, 1);
   EXPECT_EQ(table({"--powders", scratch.path() + "none.pro"}).exit, 3);
   EXPECT_EQ(table({"--powders", kPowders, "--sort", "colour"}).exit, 2);
-  EXPECT_EQ(table({"--powders", kPowders, "--set", "powwht=0"}).exit, 1);
+  EXPECT_EQ(table({"--powders", kPowders, "--set", "powwht=0"}).exit, 0) << "finds charges of its own";
+  EXPECT_EQ(table({"--powders", kPowders, "--strategy", "8", "--set", "powwht=0"}).exit, 1);
   const CliAnswer answer = table({"--powders", scratch.write("empty.pro", ""), "--format", "json"});
   EXPECT_EQ(answer.exit, 0) << answer.err;
   EXPECT_TRUE(answer.json()["rows"].empty());

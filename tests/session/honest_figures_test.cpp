@@ -50,7 +50,7 @@ TEST_F(HonestFigures, HeadLinesTellTheLengthThatRan) {
 
 TEST_F(HonestFigures, ASavedLoadComesBackAsItRan) {
   load("44_magnum_240");
-  type("Form4", "MPgn", "3");
+  type("Form4", "MPgn", "8");
   for (const char* depth : {"0.8", "0.5", "0.25"}) {
     type("Form3", "Bsdz", depth);
     ASSERT_EQ(recalculate(s), -1) << depth;
