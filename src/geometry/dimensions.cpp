@@ -1,5 +1,7 @@
 #include "geometry/dimensions.h"
 
+#include <cmath>
+
 #include "engine/checked.h"
 
 namespace tv {
@@ -78,6 +80,13 @@ bool tail_is_possible(const CartridgeDimensions& d) {
   const double bullet_mm = d.buldin * kMmPerInch;
   return d.tail_len > 0 && d.tail_dia_small >= 0 && bullet_mm >= d.tail_dia_small &&
          d.tail_dia_large - bullet_mm <= 0.02 && d.tail_dia_small <= d.tail_dia_large;
+}
+
+double tail_angle(const CartridgeDimensions& d) {
+  const double step = std::fabs(d.tail_dia_large - d.tail_dia_small);
+  if (!(step >= 0.01) || !(d.tail_len > 0) || d.tail_type == kFlatBase) return 0;
+  const double degrees = std::atan(step / 2 / d.tail_len) * 180 / kPi;
+  return d.tail_type == kOuterCone ? degrees : -degrees;
 }
 
 bool move_dimensions(CartridgeDimensions& d, int kind, double Zkalm_shown,

@@ -39,6 +39,10 @@ double tail_volume(const CartridgeDimensions& d, double Zkalm_shown);
 // mm.
 bool tail_is_possible(const CartridgeDimensions& d);
 
+// Half the angle of the tail's cone, degrees: above zero for a boat tail, below for a hollow base. 0 where
+// the ends differ by less than 0.01 mm or there is no length.
+double tail_angle(const CartridgeDimensions& d);
+
 // The full-diameter body of a boat tail bullet does not reach into the case: the tail stands above its mouth.
 inline bool body_stands_off(const CartridgeDimensions& d) {
   return d.TAIL && d.tail_type == kOuterCone && d.ssd < 0;

@@ -6,18 +6,10 @@
 #include <string>
 
 #include "engine/calc_state.h"
+#include "geometry/case_volume.h"
 #include "output/draw_list.h"
 
 namespace tv {
-
-// The outside of the case, inch; zeros where it was not measured. Lengths are from the head.
-struct CaseBody {
-  double l1 = 0, l2 = 0;        // to where the shoulder and the neck begin
-  double rim = 0, rim_dia = 0;  // head or rim: its length and diameter
-  double P1 = 0, P2 = 0;        // diameter of the body at the head and at the shoulder
-  double H1 = 0, H2 = 0;        // diameter of the neck at the shoulder and at the mouth
-  int Shape = 0;                // body (0 bottleneck, 1 cone, 2 cylinder) + 10 * head
-};
 
 struct CartridgeWords {
   std::string note;     // what dotted lines mean

@@ -123,6 +123,23 @@ TEST(Dimensions, TailMustFitTheBullet) {
   EXPECT_FALSE(tail_is_possible(d));
 }
 
+TEST(Dimensions, AngleOfTheTail) {
+  auto d = rifle();
+  d.tail_len = 4.6;
+  d.tail_dia_large = 7.82;
+  d.tail_dia_small = 6.30;
+  EXPECT_EQ(tail_angle(d), 0);  // a flat base has none
+  d.tail_type = kOuterCone;
+  EXPECT_NEAR(std::tan(tail_angle(d) * 3.14159265358979 / 180), 0.76 / 4.6, 1e-9);
+  d.tail_type = kInnerCone;
+  EXPECT_NEAR(tail_angle(d), -9.38, 0.005);
+  d.tail_dia_small = 7.811;
+  EXPECT_EQ(tail_angle(d), 0);
+  d.tail_dia_small = 6.30;
+  d.tail_len = 0;
+  EXPECT_EQ(tail_angle(d), 0);
+}
+
 TEST(Dimensions, WildValuesEndAsValues) {
   std::mt19937 random(7);
   const double wild[] = {0, -1, 1, 1e308, -1e308, 1e-308, NAN, INFINITY, 0.3, 2};
