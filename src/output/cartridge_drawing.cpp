@@ -3,43 +3,30 @@
 #include <algorithm>
 #include <cmath>
 
+#include "output/turned.h"
 #include "text/number.h"
 
 namespace tv {
 namespace {
 
-constexpr double kMost = 100;  // inch: nothing of a cartridge is larger
 constexpr double kTextSize = 11, kNoteSize = 10, kRow = 15, kMargin = 10;
 constexpr double kLow = 115;  // logical units
 constexpr double kKneeWidth = 0.6, kOutline = 1.3;
 
-bool known(double inch) { return std::isfinite(inch) && inch > 0 && inch < kMost; }
-
-// Half an outline of a body that was turned: distance from the head of the case and radius, inch.
-using Profile = std::vector<Point>;
-
 // --- what is drawn
-
-struct Shape {
-  Profile outline;
-  double dotted_from = kMost, dotted_to = kMost;  // the part that is only schematic
-  void dot(double from, double to) { dotted_from = from, dotted_to = to; }
-};
-
-double calibre(const CartridgeDimensions& d) { return known(d.buldin) ? d.buldin : d.Zkal; }
 
 // Of the measured body; empty if it was not measured or its parts do not follow each other.
 Profile measured_case(const CaseBody& b, double Hlen) {
   const bool bottleneck = b.Shape % 10 == 0;
   for (const double each : {b.rim, b.rim_dia, b.P1, b.P2, b.l1})
-    if (!known(each)) return {};
+    if (!known_inch(each)) return {};
   if (b.rim >= b.l1 || b.l1 > Hlen) return {};
   Profile p{{0, b.rim_dia / 2}, {b.rim, b.rim_dia / 2}, {b.rim, b.P1 / 2}, {b.l1, b.P2 / 2}};
   if (!bottleneck) {
     p.push_back({Hlen, b.P2 / 2});
     return p;
   }
-  if (!known(b.l2) || !known(b.H1) || !known(b.H2) || b.l2 < b.l1 || b.l2 > Hlen) return {};
+  if (!known_inch(b.l2) || !known_inch(b.H1) || !known_inch(b.H2) || b.l2 < b.l1 || b.l2 > Hlen) return {};
   p.push_back({b.l2, b.H1 / 2});
   p.push_back({Hlen, b.H2 / 2});
   return p;
@@ -52,7 +39,7 @@ Profile schematic_case(const CartridgeDimensions& d) {
   constexpr double shoulder_slope = 0.4;  // rise over length
   const double neck = calibre(d) / 2 * wall;
   const double cm3 = d.Volf / (kGrainsPerGram * dicht_H2), inch3 = cm3 * 1000 / std::pow(kMmPerInch, 3);
-  const double inside = known(inch3) ? std::sqrt(inch3 / (kPi * d.Hlen * filled)) : 0;
+  const double inside = known_inch(inch3) ? std::sqrt(inch3 / (kPi * d.Hlen * filled)) : 0;
   const double body = std::min(inside * wall, 4 * neck);
   if (body < 1.15 * neck) return {{0, neck}, {d.Hlen, neck}};
   const double l2 = d.Hlen - std::min(0.3 * d.Hlen, calibre(d));
@@ -60,8 +47,8 @@ Profile schematic_case(const CartridgeDimensions& d) {
   return {{0, body}, {l1, body * 0.97}, {l2, neck}, {d.Hlen, neck}};
 }
 
-Shape case_shape(const CartridgeDimensions& d, const CaseBody& body) {
-  Shape shape;
+TurnedShape case_shape(const CartridgeDimensions& d, const CaseBody& body) {
+  TurnedShape shape;
   shape.outline = measured_case(body, d.Hlen);
   if (shape.outline.empty()) {
     shape.outline = schematic_case(d);
@@ -70,57 +57,15 @@ Shape case_shape(const CartridgeDimensions& d, const CaseBody& body) {
   return shape;
 }
 
-struct Tail {
-  double length = 0, base = 0, body = 0;  // inch; radii at its two ends
-};
-
-Tail tail_of(const CartridgeDimensions& d) {
-  const double length = d.tail_len / kMmPerInch;
-  if (!d.TAIL || d.tail_type == kFlatBase || !known(length) || length >= d.Glen) return {};
-  const double most = calibre(d) / 2;
-  const auto radius = [most](double mm) { return known(mm) ? std::min(mm / kMmPerInch / 2, most) : 0; };
-  return {length, radius(d.tail_dia_small), radius(d.tail_dia_large)};
-}
-
-// From the base up. The tip is a parabola with a small flat, which begins outside of the case if it can.
-Shape bullet_shape(const CartridgeDimensions& d) {
-  const double r = calibre(d) / 2, base = d.Hlen - d.Bsd, tip = base + d.Glen;
-  const Tail tail = tail_of(d);
-  Shape shape;
-  if (tail.length > 0 && d.tail_type == kOuterCone)
-    shape.outline = {{base, tail.base}, {base + tail.length, tail.body}};
-  else
-    shape.outline = {{base, r}};
-  const double body_from = shape.outline.back().x;
-  const double free = std::min(tip - std::max(d.Hlen, body_from), 5 * r);
-  const double nose = std::min(std::max({free * 0.85, 0.15 * d.Glen, r}), tip - body_from);
-  if (shape.outline.back().y < r) shape.outline.push_back({body_from, r});
-  constexpr int steps = 16;
-  constexpr double flat = 0.14;  // radius of the flat over that of the bullet
-  for (int i = 0; i <= steps; ++i) {
-    const double t = static_cast<double>(i) / steps;
-    shape.outline.push_back({tip - nose * (1 - t), r * (1 - (1 - flat) * t * t)});
-  }
-  shape.dot(tip - nose, tip);
-  return shape;
+// The tip begins outside of the case if it can.
+TurnedShape seated_bullet(const CartridgeDimensions& d) {
+  const double base = d.Hlen - d.Bsd, tip = base + d.Glen;
+  const double body_from = base + (d.tail_type == kOuterCone ? tail_shape(d).length : 0);
+  const double free = std::min(tip - std::max(d.Hlen, body_from), 5 * calibre(d) / 2);
+  return bullet_shape(d, base, free * 0.85);
 }
 
 // --- drawing
-
-// The part of an outline between two places along the axis.
-Profile part(const Profile& p, double from, double to) {
-  Profile cut;
-  for (std::size_t i = 0; i < p.size(); ++i) {
-    if (i > 0 && p[i].x > p[i - 1].x)
-      for (const double at : {from, to})
-        if (at > p[i - 1].x && at < p[i].x) {
-          const double share = (at - p[i - 1].x) / (p[i].x - p[i - 1].x);
-          cut.push_back({at, p[i - 1].y + share * (p[i].y - p[i - 1].y)});
-        }
-    if (p[i].x >= from && p[i].x <= to) cut.push_back(p[i]);
-  }
-  return cut;
-}
 
 class Drawing {
 public:
@@ -129,7 +74,7 @@ public:
       : d_(d), words_(words), colours_(colours), list_(list), text_width_(text_width) {}
 
   void draw(const CaseBody& body) {
-    const Shape brass = case_shape(d_, body), bullet = bullet_shape(d_);
+    const TurnedShape brass = case_shape(d_, body), bullet = seated_bullet(d_);
     place(brass.outline, bullet.outline);
     area(brass.outline, colours_.brass);
     area(bullet.outline, colours_.bullet);
@@ -170,7 +115,7 @@ private:
   // Scale and place, so that everything has room between the rows of lengths and notes.
   void place(const Profile& brass, const Profile& bullet) {
     double radius = 0;
-    least_ = 0, most_ = std::max(d_.Hlen, known(d_.Plen) ? d_.Plen : 0);
+    least_ = 0, most_ = std::max(d_.Hlen, known_inch(d_.Plen) ? d_.Plen : 0);
     for (const Profile* p : {&brass, &bullet})
       for (const Point& point : *p) {
         radius = std::max(radius, point.y);
@@ -196,7 +141,7 @@ private:
   }
 
   // Both halves between two places; what is schematic is dotted whatever the style of the rest.
-  void outline(const Shape& shape, LineStyle style, double from, double to) {
+  void outline(const TurnedShape& shape, LineStyle style, double from, double to) {
     both_halves(part(shape.outline, from, std::min(to, shape.dotted_from)), style);
     both_halves(part(shape.outline, std::max(from, shape.dotted_from), std::min(to, shape.dotted_to)),
                 LineStyle::dot);
@@ -210,21 +155,21 @@ private:
     }
   }
   void across(double x, double r, const Stroke& stroke) { add_line(list_, at(x, r), at(x, -r), stroke); }
-  void end(const Shape& shape, std::size_t i) {
+  void end(const TurnedShape& shape, std::size_t i) {
     const Point& p = shape.outline[i];
     const bool dotted = p.x >= shape.dotted_from && p.x <= shape.dotted_to;
     across(p.x, p.y, {colours_.ink, kOutline, dotted ? LineStyle::dot : LineStyle::solid});
   }
 
   // Dashed where the case hides it.
-  void draw_bullet(const Shape& bullet) {
+  void draw_bullet(const TurnedShape& bullet) {
     const double base = bullet.outline.front().x, tip = bullet.outline.back().x;
     outline(bullet, LineStyle::dash, base, std::min(tip, d_.Hlen));
     outline(bullet, LineStyle::solid, std::max(base, d_.Hlen), tip);
     const LineStyle hidden = base < d_.Hlen ? LineStyle::dash : LineStyle::solid;
     across(base, bullet.outline.front().y, {colours_.ink, kOutline, hidden});
     end(bullet, bullet.outline.size() - 1);
-    const Tail tail = tail_of(d_);
+    const TailShape tail = tail_shape(d_);
     if (!(tail.length > 0)) return;
     if (d_.tail_type == kOuterCone) {
       const bool stands_off = base + tail.length > d_.Hlen;
@@ -244,7 +189,7 @@ private:
     double y = middle_ + reach_ + 10;
     if (!low()) length_line(0, d_.Hlen, d_.Hlen, y, reach_);
     if (!low()) y += kRow;
-    if (known(d_.Plen)) length_line(0, d_.Plen, d_.Plen, y, reach_);
+    if (known_inch(d_.Plen)) length_line(0, d_.Plen, d_.Plen, y, reach_);
   }
   // The line of a length with its ends and the figure, in the line where there is room, else behind it.
   void length_line(double from, double to, double inch, double y, double edge) {
@@ -293,8 +238,8 @@ CartridgeColours dark_cartridge() {
 }
 
 bool cartridge_can_be_drawn(const CartridgeDimensions& d) {
-  return known(d.Hlen) && known(d.Glen) && known(calibre(d)) && std::isfinite(d.Bsd) &&
-         std::fabs(d.Bsd) < kMost;
+  return known_inch(d.Hlen) && known_inch(d.Glen) && known_inch(calibre(d)) && std::isfinite(d.Bsd) &&
+         std::fabs(d.Bsd) < kMostInch;
 }
 
 DrawList draw_cartridge(const CartridgeDimensions& d, const CaseBody& body, const CartridgeWords& words,
