@@ -22,6 +22,8 @@ std::vector<Answer> answers_of(Buttons buttons) {
       return {Answer::ok, Answer::cancel};
     case Buttons::retry_cancel:
       return {Answer::retry, Answer::cancel};
+    case Buttons::save_discard_cancel:
+      return {Answer::yes, Answer::no, Answer::cancel};
     case Buttons::ok:
       break;
   }

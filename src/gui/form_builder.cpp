@@ -159,17 +159,17 @@ private:
   void add_table(QGridLayout& grid, int at, const Row& row, QWidget& box) {
     auto* table = new QGridLayout;
     table->setVerticalSpacing(2);
-    int column = 1;
-    for (const Place& place : row.places) {
-      if (!place.control) continue;
-      table->addWidget(make_label(place.control, nullptr, box), 0, column);
-      for (int i = 1; i <= row.count; ++i) {
-        QWidget* widget = make_control(place, place.control + std::to_string(i), &box);
-        widget->setProperty("label_key", QString(place.control));
-        widget->setProperty("label_index", i);
-        table->addWidget(widget, i, column);
+    table->setHorizontalSpacing(10);
+    int column = 0;
+    for (const Place& place : row.places)
+      if (place.control) table->addWidget(make_label(place.control, nullptr, box), 0, ++column);
+    for (int i = 1; i <= row.count; ++i) {
+      column = 0;
+      for (const Place& place : row.places) {
+        if (!place.control) continue;
+        ++column;
+        if (i <= grid_rows(row, place)) table->addWidget(array_control(place, i, box), i, column);
       }
-      ++column;
     }
     for (int i = 1; i <= row.count; ++i) {
       auto* number = new QLabel(QString::number(i), &box);
@@ -177,6 +177,13 @@ private:
       table->addWidget(number, i, 0);
     }
     grid.addLayout(table, at, 0, 1, 5);
+  }
+
+  QWidget* array_control(const Place& place, int i, QWidget& box) {
+    QWidget* widget = make_control(place, place.control + std::to_string(i), &box);
+    widget->setProperty("label_key", QString(place.control));
+    widget->setProperty("label_index", i);
+    return widget;
   }
 
   void add_slider(QGridLayout& grid, int at, const Row& row, QWidget& box) {
@@ -191,7 +198,9 @@ private:
     for (const Place& place : row.places)
       if (place.control) line->addWidget(control(place, row, box));
     if (row.shape == RowShape::bare) line->addStretch(1);
-    grid.addLayout(line, at, 0, 1, 5);
+    const bool labelled = row.shape == RowShape::bare && row.label;
+    if (labelled) add_label(grid, at, row.label, nullptr, box);
+    grid.addLayout(line, at, labelled ? 1 : 0, 1, labelled ? 4 : 5);
   }
 
   // The unit behind a control: its own, else that of the number it shows.

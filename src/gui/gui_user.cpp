@@ -42,6 +42,8 @@ constexpr ButtonOf kOk{Answer::ok, "ok", "OK", QMessageBox::AcceptRole};
 constexpr ButtonOf kCancel{Answer::cancel, "cancel", "Cancel", QMessageBox::RejectRole};
 constexpr ButtonOf kYes{Answer::yes, "yes", "&Yes", QMessageBox::YesRole};
 constexpr ButtonOf kNo{Answer::no, "no", "&No", QMessageBox::NoRole};
+constexpr ButtonOf kSave{Answer::yes, "save", "&Save", QMessageBox::AcceptRole};
+constexpr ButtonOf kDiscard{Answer::no, "discard", "&Discard", QMessageBox::DestructiveRole};
 constexpr ButtonOf kRetry{Answer::retry, "retry", "&Retry", QMessageBox::AcceptRole};
 
 std::vector<ButtonOf> buttons_of(Buttons buttons) {
@@ -54,6 +56,8 @@ std::vector<ButtonOf> buttons_of(Buttons buttons) {
       return {kOk, kCancel};
     case Buttons::retry_cancel:
       return {kRetry, kCancel};
+    case Buttons::save_discard_cancel:
+      return {kSave, kDiscard, kCancel};
   }
   return {kOk};
 }

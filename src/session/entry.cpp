@@ -77,7 +77,9 @@ double typed_number(const Session& s, const NumberPlace& at) {
 }
 
 bool good_number(const Session& s, const NumberPlace& at) {
-  if (at.number->empty_allowed && !holds_number(field(s, at.screen, field_of(at, at.side)))) return true;
+  if ((at.number->empty_allowed || at.number->zero_empty) &&
+      !holds_number(field(s, at.screen, field_of(at, at.side))))
+    return true;
   return in_limits(typed_number(s, at), limits_of(s, at));
 }
 
@@ -139,8 +141,9 @@ void own_format(Session& s, const NumberPlace& at) {
   Field& f = field(s, at.screen, field_of(at, at.side));
   const Unit& unit = *at.own().unit;
   const char* pattern = unit.pattern ? unit.pattern(s) : at.own().on_leave;
-  if (pattern && holds_number(f)) f.text = format_number(read_number(f.text), pattern);
-  if (at.number->zero_unknown && !(at.value(s) > 0)) write_number(s, at.value(s));
+  if (pattern && holds_number(f)) f.text = shown_as(unit, read_number(f.text), pattern);
+  if ((at.number->zero_unknown || at.number->zero_empty) && !(at.value(s) > 0) && !(at.value(s) < 0))
+    write_number(s, at.value(s));
 }
 
 std::size_t next_character(std::string_view text, std::size_t i) {

@@ -26,6 +26,13 @@ void each_place(Session& s, const double& value, Visit visit) {
     });
 }
 
+// What stands for a value that is not there.
+std::optional<std::string> unknown_text(const NumberField& number, double value) {
+  if (number.zero_empty && value == 0) return "";
+  if (number.zero_unknown && !(value > 0)) return "?";
+  return {};
+}
+
 void write_text(Session& s, const NumberPlace& at, std::size_t side, std::string_view text) {
   Field& f = field(s, at.screen, field_of(at, side));
   f.text = text;
@@ -39,8 +46,7 @@ void write_place(Session& s, const NumberPlace& at, Patterns patterns) {
   const double value = at.value(s);
   for (std::size_t k = 0; k < at.number->sides.size(); ++k)
     if (const NumberSide& side = at.number->sides[k]; side.field)
-      write_text(s, at, k,
-                 at.number->zero_unknown && !(value > 0) ? "?" : number_text(s, side, value, given[k]));
+      write_text(s, at, k, unknown_text(*at.number, value).value_or(number_text(s, side, value, given[k])));
 }
 
 const char* own_pattern(const Session& s, const NumberSide& side) {
@@ -57,10 +63,14 @@ std::vector<double> all_values(Session& s) {
 
 }  // namespace
 
+std::string shown_as(const Unit& unit, double shown, const char* pattern) {
+  if (!pattern) return general(shown);
+  return unit.all_digits ? format_pattern(shown, pattern) : format_number(shown, pattern);
+}
+
 std::string number_text(const Session& s, const NumberSide& side, double stored, const char* pattern) {
   if (!pattern) pattern = own_pattern(s, side);
-  const double shown = side.unit->shown(stored, s);
-  return pattern ? format_number(shown, pattern) : general(shown);
+  return shown_as(*side.unit, side.unit->shown(stored, s), pattern);
 }
 
 std::string field_of(const NumberPlace& at, std::size_t side) {
@@ -168,7 +178,8 @@ void write_partners(Session& s, const NumberPlace& at, double stored) {
   for (std::size_t k = 0; k < at.number->sides.size(); ++k) {
     const NumberSide& side = at.number->sides[k];
     if (k == at.side || !side.field) continue;
-    field(s, at.screen, field_of(at, k)).text = number_text(s, side, stored, side.as_partner);
+    field(s, at.screen, field_of(at, k)).text =
+        unknown_text(*at.number, stored).value_or(number_text(s, side, stored, side.as_partner));
   }
 }
 

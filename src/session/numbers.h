@@ -73,6 +73,8 @@ std::string limit_text(double limit);
 // Name of the field of a side: with its index, if it has one.
 std::string field_of(const NumberPlace& at, std::size_t side);
 std::string number_text(const Session& s, const NumberSide& side, double stored, const char* pattern);
+// A number as its field shows it; without a pattern in the general form.
+std::string shown_as(const Unit& unit, double shown, const char* pattern);
 // The other sides, by their patterns for that.
 void write_partners(Session& s, const NumberPlace& at, double stored);
 

@@ -32,6 +32,7 @@ struct Unit {
   double (*stored)(double shown, const Session&);
   const char* (*pattern)(const Session&) = nullptr;  // in place of the side's own, where the unit decides it
   Limits (*limits)(Limits, const Session&) = nullptr;  // a side's limits in the unit on show; null: as told
+  bool all_digits = false;  // a whole number keeps the decimals of its pattern: "1.000"
 };
 
 // One field of a number.
@@ -55,6 +56,7 @@ struct NumberField {
   bool read_only = false;
   bool empty_allowed = false;  // an empty text is a value (0) of its own, never red
   bool zero_unknown = false;   // a value not above 0 shows "?"
+  bool zero_empty = false;     // 0 is a value that is not there: nothing is shown
 };
 
 // --- form
@@ -87,12 +89,13 @@ struct Place {
   const char* unit = nullptr;
   ListOf list = ListOf::texts;
   RecordKind records = RecordKind::powders;
+  int rows = 0;  // of a grid, where it has fewer of this control than rows
 };
 
 enum class RowShape : std::uint8_t {
   pair,     // label, then one to three fields with their units
   wide,     // label, then one control over the width
-  bare,     // controls without a label, side by side: boxes, options
+  bare,     // controls side by side, with a label if told: boxes, options
   buttons,  // buttons, at the right
   block,    // one control with its label, if any, above it, taking the room that is left
   note,     // a caption alone, its key in label
@@ -189,6 +192,8 @@ struct ScreenSpec {
 
 // All controls of a screen, in the order of its form.
 std::vector<Control> controls_of(const ScreenSpec& spec);
+// How many of a control a row holds, if it is a grid; else 0.
+inline int grid_rows(const Row& row, const Place& place) { return place.rows > 0 ? place.rows : row.count; }
 // The kind of one control; nothing if the screen has none of that name.
 std::optional<ControlKind> control_kind(const ScreenSpec& spec, std::string_view control);
 

@@ -18,7 +18,7 @@ void add_row(std::vector<Control>& controls, const Row& row) {
   add_written(controls, row.label);
   for (const Place& place : row.places) {
     if (!place.control) continue;
-    for (int i = row.count > 0 ? 1 : 0; i <= row.count; ++i)
+    for (int i = row.count > 0 ? 1 : 0; i <= grid_rows(row, place); ++i)
       controls.push_back({i > 0 ? place.control + std::to_string(i) : place.control, place.kind, &place});
     add_written(controls, place.unit);
   }

@@ -2,12 +2,15 @@
 
 #include <cmath>
 
+#include "geometry/coefficients.h"
 #include "session/session.h"
 
 namespace tv::units {
 namespace {
 
 using S = const Session&;
+
+constexpr double kPoundsPerKilogram = 2.2046;
 
 double same(double v, S) { return v; }
 double times_mm(double v, S) { return v * kMmPerInch; }
@@ -35,6 +38,11 @@ const char* mode_pattern(S s) { return in_psi(s) ? "0" : "0.0"; }
 // A hundredth more, so that a whole number of feet does not show one too few.
 double fps(double v, S) { return v * kFeetPerMetre + 0.01; }
 double mps_fps(double v, S) { return v / kFeetPerMetre; }
+double feet(double v, S) { return v * kFeetPerMetre; }
+double pounds(double v, S) { return v * kPoundsPerKilogram; }
+double kilograms(double v, S) { return v / kPoundsPerKilogram; }
+double metro(double v, S) { return static_cast<double>(static_cast<float>(tv::metro_of_icao(v))); }
+double by_metro(double v, S) { return icao_of_metro(v); }
 double below_one(double v, S) { return (1 - v) * 100; }
 double share(double v, S) { return 1 - v / 100; }
 
@@ -58,6 +66,10 @@ const Unit percent{"unit_percent", same, same};
 const Unit kJ_per_kg{"unit_kJkg", same, same};
 const Unit g_per_cm3{"unit_gccm", same, same};
 const Unit mps{"unit_mps", same, same};
+const Unit kg{"unit_kg", same, same};
+const Unit minute{"unit_moa", same, same};
+const Unit icao{nullptr, same, same, nullptr, nullptr, true};
+const Unit metro_of_icao{nullptr, metro, by_metro, nullptr, nullptr, true};
 const Unit mm_of_inch{"unit_mm", times_mm, by_mm};
 const Unit inch_of_mm{"unit_in", by_mm, times_mm};
 const Unit gram_of_grain{"unit_g", gram, grains};
@@ -69,6 +81,8 @@ const Unit chosen_of_Pa{"*", chosen_Pa, Pa_chosen, nullptr, by_factor};
 const Unit psi_of_Pa{"unit_psi", psi_Pa, Pa_psi};
 const Unit mode_of_Pa{"**", mode_Pa, Pa_mode, mode_pattern, by_mode};
 const Unit fps_of_mps{"unit_fps", fps, mps_fps};
+const Unit ft_of_m{"unit_fps", feet, mps_fps};
+const Unit lb_of_kg{"unit_lb", pounds, kilograms};
 const Unit reduction{"unit_percent", below_one, share};
 
 }  // namespace tv::units

@@ -16,6 +16,10 @@ extern const Unit percent;        // as stored
 extern const Unit kJ_per_kg;      // as stored
 extern const Unit g_per_cm3;      // as stored
 extern const Unit mps;            // as stored
+extern const Unit kg;             // as stored
+extern const Unit minute;         // of angle, as stored
+extern const Unit icao;           // ballistic coefficient, as stored, with all its digits
+extern const Unit metro_of_icao;  // / 0.982379, in single precision
 extern const Unit mm_of_inch;     // x 25.4
 extern const Unit inch_of_mm;     // / 25.4
 extern const Unit gram_of_grain;  // / 15.432358353
@@ -26,7 +30,9 @@ extern const Unit psi_of_MPa;     // x 1000000 / 6894.76
 extern const Unit chosen_of_Pa;   // x pressure_unit_factor / 1000000
 extern const Unit psi_of_Pa;      // / 6894.76
 extern const Unit mode_of_Pa;     // psi in the imperial unit mode, else as chosen_of_Pa; limits told in MPa
-extern const Unit fps_of_mps;     // x 3.280839895
+extern const Unit fps_of_mps;     // x 3.280839895, and a hundredth
+extern const Unit ft_of_m;        // x 3.280839895, of a second
+extern const Unit lb_of_kg;       // x 2.2046
 extern const Unit reduction;      // percent below 1: (1 - x) * 100
 
 }  // namespace tv::units

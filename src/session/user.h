@@ -10,7 +10,8 @@
 namespace tv {
 
 enum class BoxKind { warning, question, info };
-enum class Buttons { ok, yes_no, ok_cancel, retry_cancel };
+// Of save_discard_cancel, yes is Save and no Discard.
+enum class Buttons { ok, yes_no, ok_cancel, retry_cancel, save_discard_cancel };
 enum class Answer { ok, cancel, yes, no, retry };
 
 // A text together with the keys of the messages it was put together from ("msg163", "fehlEG").
