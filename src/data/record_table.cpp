@@ -34,6 +34,11 @@ const std::string& RecordTable::cell(int row, int field) const {
   return rows[static_cast<std::size_t>(row)][static_cast<std::size_t>(field)];
 }
 
+const Record& RecordTable::record(int row) const {
+  static const Record blank;
+  return row < 0 || row > last() ? blank : rows[static_cast<std::size_t>(row)];
+}
+
 double RecordTable::number(int row, int field) const { return read_stored(cell(row, field)).value; }
 
 int RecordTable::find(std::string_view name) const {

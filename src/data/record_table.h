@@ -21,6 +21,7 @@ struct RecordTable {
   // Row -1, and any row that does not exist, reads as blank fields: no selection never fails.
   const std::string& cell(int row, int field) const;
   double number(int row, int field) const;  // of the cell, as read_stored
+  const Record& record(int row) const;      // whole; all blank where there is none
   int find(std::string_view name) const;    // row of the trimmed name (field 0), -1 if none
 };
 

@@ -79,6 +79,7 @@ void collect_calibre(Session& s, RecordKind kind) {
   sort_kind(result, kind, s.options.sortvol, s.language.page());
   set.file = {std::move(result), {}};
   set.collected = true;
+  set.part_of_file = false;
   set.collection = set.caption = calibre_caption(s, *calibre);
   set.filter.reset();
   fill_lists(s, kind);

@@ -1,7 +1,6 @@
 #include "session/data_sets.h"
 
 #include <array>
-#include <functional>
 #include <optional>
 #include <utility>
 
@@ -45,10 +44,11 @@ std::string full_name(const Session& s, RecordKind kind) {
   return resolve_path(s.roots.root, name_in_use(s, kind));
 }
 
-bool delivered_powders(RecordKind kind, const std::string& file) {
-  if (kind != RecordKind::powders) return false;
+// Of the program: the powders of two names wherever they lie, and whatever lies in the installed data folder.
+bool protected_file(const Session& s, RecordKind kind, const std::string& file) {
   const std::string name = upper(file_name_only(file));
-  return name == "TERNOFW.PRO" || name == "ALLPOWDR.PRO";
+  if (kind == RecordKind::powders && (name == "TERNOFW.PRO" || name == "ALLPOWDR.PRO")) return true;
+  return s.roots.delivered != s.roots.root && file.starts_with(s.roots.delivered + "data/");
 }
 
 std::string caption_of(const Session& s, RecordKind kind) {
@@ -85,14 +85,16 @@ FileBox file_box(const Session& s, RecordKind kind, FileMode mode) {
 std::optional<FileAnswer> ask_save_name(Session& s, RecordKind kind, const std::string& proposed,
                                         const std::string& comment) {
   FileBox box = file_box(s, kind, FileMode::save);
-  if (!delivered_powders(kind, proposed)) box.name = proposed;
+  if (!protected_file(s, kind, proposed)) box.name = proposed;
+  if (protected_file(s, kind, box.folder)) box.folder = s.roots.root + record_kind(kind).folder;
+  make_folders(box.folder);
   box.comment = comment;
   return ask_file(s, std::move(box), {record_kind(kind).extension}, [&](const std::string& file) {
     if (s.set(kind).part_of_file && same_fold(file, data_path(s, name_in_use(s, kind)))) {
       warn(s, MessageText(s).msg(427).line().add(file_name_only(file)));
       return true;
     }
-    if (!delivered_powders(kind, file)) return false;
+    if (!protected_file(s, kind, file)) return false;
     warn(s, MessageText(s).msg(308).line().add(file_name_only(file)));
     return true;
   });
@@ -117,9 +119,9 @@ bool write_set(Session& s, RecordKind kind, const std::string& file) {
   return false;
 }
 
-// A table without a file needs one before it is changed, and so does a change of the delivered powders:
-// `own_file` makes it, an empty one for a new record or a copy.
-bool own_file_first(Session& s, RecordKind kind, const std::function<bool()>& own_file) {
+// A table without a file needs one before it is changed, and so does one that was not read whole. A delivered
+// one is copied whole to a file of the user's own.
+bool own_file_first(Session& s, RecordKind kind) {
   if (s.set(kind).collected) {
     warn(s, MessageText(s).msg(408), false);
     return save_as(s, kind);
@@ -128,8 +130,8 @@ bool own_file_first(Session& s, RecordKind kind, const std::function<bool()>& ow
     warn(s, MessageText(s).msg(427).line().add(file_name_only(name_in_use(s, kind))), false);
     return save_as(s, kind);
   }
-  if (!delivered_powders(kind, full_name(s, kind))) return true;
-  return ask_ok_cancel(s, MessageText(s).msg(306).line().msg(307)) && own_file();
+  if (!is_delivered(s, kind)) return true;
+  return ask_ok_cancel(s, MessageText(s).msg(306).line().msg(307)) && save_as(s, kind);
 }
 
 // What is on show after a change of the table.
@@ -164,6 +166,12 @@ bool replace_agreed(Session& s, RecordKind kind, const std::string& name) {
 }
 
 }  // namespace
+
+bool is_delivered(const Session& s, RecordKind kind) {
+  const DataSet& set = s.set(kind);
+  if (set.collected || set.stored_name.empty()) return false;
+  return protected_file(s, kind, data_path(s, name_in_use(s, kind)));
+}
 
 void renew_caption(Session& s, RecordKind kind) {
   DataSet& set = s.set(kind);
@@ -237,7 +245,7 @@ bool add_record(Session& s, RecordKind kind, const Record& record) {
     warn(s, MessageText(s).msg(27).add(file_name_only(name_in_use(s, kind))).line().msg(23));
     return false;
   }
-  if (!own_file_first(s, kind, [&] { return new_file(s, kind); })) return false;
+  if (!own_file_first(s, kind)) return false;
   RecordFile& file = s.set(kind).file;
   if (file.table.find(name) >= 0 && !replace_agreed(s, kind, name)) return false;
   RecordFile before = file;
@@ -259,7 +267,7 @@ bool delete_record(Session& s, RecordKind kind, int row, bool confirmed) {
   if (kind == RecordKind::guns) question.msg(110).line();
   question.msg(111).line().add(trim(file.table.cell(row, 0))).line().msg(112);
   if (!confirmed && !ask_ok_cancel(s, question)) return false;
-  if (!own_file_first(s, kind, [&] { return save_as(s, kind); })) return false;
+  if (!own_file_first(s, kind)) return false;
   RecordFile before = file;
   erase_record(file.table, row);
   return keep_change(s, kind, std::move(before));

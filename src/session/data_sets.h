@@ -22,6 +22,9 @@ void collect_calibre(Session& s, RecordKind kind);
 void filter_by_calibre(Session& s);
 void sort_cartridges(Session& s, bool by_name);
 
+// The file in use belongs to the program: it is never written, a change of it goes into a copy.
+bool is_delivered(const Session& s, RecordKind kind);
+
 void renew_caption(Session& s, RecordKind kind);     // DataSet::caption, in the language in force
 void write_bullet_file_mark(Session& s, bool open);  // key bfile of the transfer file
 

@@ -168,7 +168,7 @@ TEST_F(DataSets, RecordsAreAddedReplacedAndDeleted) {
   EXPECT_EQ(p->keys(), "msg110 msg111 msg112");
 }
 
-TEST_F(DataSets, TheDeliveredPowdersStayAsTheyAre) {
+TEST_F(DataSets, ADeliveredFileIsCopiedBeforeItIsChanged) {
   const int delivered = p->table(powders).last();
   const std::string name{trim(p->table(powders).cell(0, 0))};
   user.answers = {Answer::cancel};
@@ -178,16 +178,39 @@ TEST_F(DataSets, TheDeliveredPowdersStayAsTheyAre) {
   user.files = {saved_as(at("p/copy.pro"))};
   EXPECT_TRUE(delete_record(s, powders, 0, true));
   EXPECT_EQ(stored("p/copy.pro", powders).last(), delivered - 1);
-  // A new record of a person's own goes to a file of its own.
+  // The delivered names are kept wherever they lie, and so is every file of the installed folder.
   user.forget();
   std::filesystem::create_directories(at("q"));
   std::filesystem::copy(share + "/data/powders/ternofw.pro", at("q/TernoFW.pro"));
   user.files = {saved_as(at("q/TernoFW.pro")), saved_as(at("q/own.pro"))};
   open_records(s, powders);
-  user.answers = {Answer::ok};
+  user.answers = {Answer::ok, Answer::yes};
   EXPECT_TRUE(add_record(s, powders, record(name, {{powder_field::Ba0, "0.5"}})));
-  EXPECT_EQ(names(stored("q/own.pro", powders)), name);
+  EXPECT_EQ(stored("q/own.pro", powders).last(), delivered) << "a copy of the whole";
   EXPECT_EQ(read("q/TernoFW.pro"), read_file(share + "/data/powders/ternofw.pro").bytes);
+  user.answers = {Answer::ok};
+  user.files = {saved_as(share + "/data/bullets/mine.bul"), saved_as(at("q/own.bul"))};
+  user.forget();
+  EXPECT_TRUE(add_record(s, bullets, bullet("new", ".308")));
+  EXPECT_EQ(p->keys(), "msg306 msg307; msg308");
+  EXPECT_GE(stored("q/own.bul", bullets).find("new"), 0);
+  EXPECT_FALSE(file_exists(share + "/data/bullets/mine.bul"));
+}
+
+TEST_F(DataSets, AListThatWasNotReadWholeIsSavedUnderAnotherNameOnly) {
+  std::string line = "\"long\"";
+  for (int i = 0; i < kRecordFields; ++i) line += ",\"1\"";  // one field too many
+  const std::string whole = "\" 1 [bullet]\"\r\n" + line + "\r\n";
+  user.files = {saved_as(write("b/long.bul", whole))};
+  open_records(s, bullets);
+  user.forget();
+  user.files = {saved_as(at("b/long.bul")), saved_as(at("b/other.bul"))};
+  EXPECT_TRUE(add_record(s, bullets, bullet("new", ".308")));
+  EXPECT_EQ(p->keys(), "msg427; msg427");
+  EXPECT_EQ(read("b/long.bul"), whole);
+  EXPECT_EQ(names(stored("b/other.bul", bullets)), "long|new");
+  EXPECT_TRUE(add_record(s, bullets, bullet("newer", ".308"))) << "now it has a file of its own";
+  EXPECT_EQ(p->keys(), "");
 }
 
 TEST_F(DataSets, OneCalibreIsCollectedFromAFolder) {
