@@ -6,7 +6,7 @@
 namespace tv {
 
 extern const ScreenSpec kFrmMain, kForm2, kForm3, kForm4, kForm5, kForm7, kFormBorefrict, kFrmFast, kFormPsel,
-    kFormGetInput, kFrmHelp, kFrmPic;
+    kFormGetInput, kFrmHelp, kFrmPic, kForm11, kForm12, kFormTail, kFrmBC, kFrmGun, kFormMOA;
 
 namespace {
 
@@ -24,6 +24,12 @@ constexpr const ScreenSpec* kScreens[] = {
     &kFormGetInput,   //
     &kFrmHelp,        //
     &kFrmPic,         //
+    &kForm11,         //
+    &kForm12,         //
+    &kFormTail,       //
+    &kFrmBC,          //
+    &kFrmGun,         //
+    &kFormMOA,        //
 };
 
 }  // namespace

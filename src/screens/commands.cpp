@@ -51,6 +51,7 @@ RecordKind kind_of(C c) { return static_cast<RecordKind>(c.value); }
 constexpr int kPowders = static_cast<int>(RecordKind::powders);
 constexpr int kBullets = static_cast<int>(RecordKind::bullets);
 constexpr int kCartridges = static_cast<int>(RecordKind::cartridges);
+constexpr int kGuns = static_cast<int>(RecordKind::guns);
 
 void open_set(S s, C c) { open_records(s, kind_of(c)); }
 void new_set(S s, C c) { new_file(s, kind_of(c)); }
@@ -94,6 +95,9 @@ bool tolerance_checked(CS s, C c) {
 
 void open_named(S s, const char* screen) { open_screen(s, screen); }
 void criteria(S s, C) { open_named(s, "FormPsel"); }
+void edit_cartridges(S s, C) { open_named(s, "Form11"); }
+void edit_bullets(S s, C) { open_named(s, "FormTail"); }
+void edit_guns(S s, C) { open_named(s, "frmGun"); }
 void friction(S s, C) { open_named(s, "FormBorefrict"); }
 bool friction_checked(CS s, C) { return s.state.frictionOn; }
 
@@ -245,6 +249,7 @@ constexpr Command kCommands[] = {
     {.name = "pow_neu", .section = kMain, .parent = "brenn", .action = new_set, .value = kPowders},
     {.name = "pow_save_as", .section = kMain, .parent = "brenn", .action = save_set, .value = kPowders},
     {.name = "cart_cases", .section = kMain, .parent = "tool"},
+    {.name = "case_dat", .section = kMain, .parent = "cart_cases", .action = edit_cartridges},
     {.name = "case_sort", .section = kMain, .parent = "cart_cases"},
     {.name = "case_sort_zug", .section = kMain, .parent = "case_sort", .action = sort_set, .checked = sort_checked, .value = 0},
     {.name = "case_sort_name", .section = kMain, .parent = "case_sort", .action = sort_set, .checked = sort_checked, .value = 1},
@@ -254,10 +259,16 @@ constexpr Command kCommands[] = {
     {.name = "case_collect", .section = kMain, .parent = "cart_cases", .action = collect_set, .value = kCartridges},
     {.name = "case_select", .section = kMain, .parent = "cart_cases", .action = filter_cartridges},
     {.name = "bull_dat_start", .section = kMain, .parent = "tool"},
+    {.name = "bull_dat", .section = kMain, .parent = "bull_dat_start", .action = edit_bullets},
     {.name = "bull_load", .section = kMain, .parent = "bull_dat_start", .action = open_set, .value = kBullets},
     {.name = "bull_neu", .section = kMain, .parent = "bull_dat_start", .action = new_set, .value = kBullets},
     {.name = "bull_save_as", .section = kMain, .parent = "bull_dat_start", .action = save_set, .value = kBullets},
     {.name = "bul_collect", .section = kMain, .parent = "bull_dat_start", .action = collect_set, .value = kBullets},
+    {.name = "gun_menu", .section = kMain, .parent = "tool"},
+    {.name = "gun_dat", .section = kMain, .parent = "gun_menu", .action = edit_guns},
+    {.name = "gun_load", .section = kMain, .parent = "gun_menu", .action = open_set, .value = kGuns},
+    {.name = "gun_neu", .section = kMain, .parent = "gun_menu", .action = new_set, .value = kGuns},
+    {.name = "gun_save_as", .section = kMain, .parent = "gun_menu", .action = save_set, .value = kGuns},
     {.name = "undo_fit", .section = kMain, .parent = "tool", .action = undo_last_fit, .shortcut = "Ctrl+Z", .enabled = fit_to_undo, .separator_before = true},
 
     {.name = "options", .section = kMain, .parent = nullptr},

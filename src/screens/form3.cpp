@@ -2,6 +2,7 @@
 #include "geometry/dimensions.h"
 #include "output/cartridge_drawing.h"
 #include "screens/all.h"
+#include "screens/editors.h"
 #include "session/dimensions.h"
 #include "session/entry.h"
 #include "session/input_check.h"
@@ -189,11 +190,10 @@ void type_method(Session& s, int) {
   s.load.pmetho = "?";
 }
 
+// The window of the bullet sets the box, if it is left by OK.
 void toggle_tail(Session& s, int) {
-  D& d = s.state.dim;
-  const bool wanted = field(s, kName, "TAIL").checked;
-  if (wanted && (d.tail_type == kFlatBase || !tail_is_possible(d))) return warn(s, MessageText(s).msg(53));
-  d.TAIL = wanted;
+  if (field(s, kName, "TAIL").checked) return open_tail_of_load(s);
+  s.state.dim.TAIL = false;
   recompute_dimensions(s, kSeatingDepth);
   setResultsValid(s, false);
 }

@@ -46,14 +46,16 @@ void take_own_start_pressure(Session& s, double pascal) {
   if (s.load.start_press_set) write_number(s, s.state.start_pressure);
 }
 
-void take_case_body(Session& s, const RecordTable& table, int row) {
+double number_of(const Record& r, int field) { return read_stored(r[static_cast<std::size_t>(field)]).value; }
+
+void take_case_body(Session& s, const Record& r) {
   double LoadData::*const body[] = {&LoadData::l1_in, &LoadData::l2_in, &LoadData::Ri_in, &LoadData::R1_in,
                                     &LoadData::P1_in, &LoadData::P2_in, &LoadData::H1_in, &LoadData::H2_in};
   int field_number = cartridge_field::l1_in;
-  for (const auto member : body) s.load.*member = table.number(row, field_number++);
-  s.load.Shape = to_int(table.number(row, cartridge_field::Shape));
-  s.load.caswht = table.number(row, cartridge_field::caswht);
-  const std::string& bore = table.cell(row, cartridge_field::bore);
+  for (const auto member : body) s.load.*member = number_of(r, field_number++);
+  s.load.Shape = to_int(number_of(r, cartridge_field::Shape));
+  s.load.caswht = number_of(r, cartridge_field::caswht);
+  const std::string& bore = r[cartridge_field::bore];
   double LoadData::*const rifling[] = {&LoadData::ZD_in, &LoadData::ZB_in, &LoadData::FD_in,
                                        &LoadData::FB_in};
   int piece = 0;
@@ -216,37 +218,65 @@ void match_bullet_list(Session& s, bool show_message) {
   }
 }
 
-void take_cartridge(Session& s, int row) {
-  if (row < 0) return;
-  const RecordTable& table = s.set(RecordKind::cartridges).file.table;
+namespace {
+
+// What the record holds, and what follows from it alone.
+void take_values(Session& s, const Record& r) {
   auto& d = s.state.dim;
   s.fit_undo = {};
-  d.Volf = table.number(row, cartridge_field::Volf);
-  d.Hlen = table.number(row, cartridge_field::Hlen);
-  d.Zkal = table.number(row, cartridge_field::Zkal);
-  d.sebf = table.number(row, cartridge_field::sebf);
-  d.qfq = table.number(row, cartridge_field::qfq);
-  d.zul_P = table.number(row, cartridge_field::zul_P);
-  d.Plen = table.number(row, cartridge_field::Plen);
-  s.load.pmetho = trim(table.cell(row, cartridge_field::method));
-  take_case_body(s, table, row);
-  take_picture(s, table.cell(row, cartridge_field::picture));
-  end_coating(s);
+  d.Volf = number_of(r, cartridge_field::Volf);
+  d.Hlen = number_of(r, cartridge_field::Hlen);
+  d.Zkal = number_of(r, cartridge_field::Zkal);
+  d.sebf = number_of(r, cartridge_field::sebf);
+  d.qfq = number_of(r, cartridge_field::qfq);
+  d.zul_P = number_of(r, cartridge_field::zul_P);
+  d.Plen = number_of(r, cartridge_field::Plen);
+  s.load.pmetho = trim(r[cartridge_field::method]);
+  take_case_body(s, r);
+  take_picture(s, r[cartridge_field::picture]);
   write_cartridge(s);
   s.load.bore_area_stale = false;
-  select_row(s, RecordKind::cartridges, row);
-  s.load.pattyp = trim(table.cell(row, cartridge_field::name));
+  s.load.pattyp = trim(r[cartridge_field::name]);
   if (d.zul_P > 0) s.options.maxtab = 0.875 * d.zul_P;
+}
+
+void usual_barrel(Session& s) {
+  double& Llen = s.state.dim.Llen;
+  if (shown_number(s, Llen, 1) > 0) return;
+  Llen = 24;
+  write_texts(s, Llen, "609.6", "24.0");
+}
+
+}  // namespace
+
+void take_cartridge(Session& s, int row) {
+  if (row < 0) return;
+  end_coating(s);
+  take_values(s, s.set(RecordKind::cartridges).file.table.record(row));
+  select_row(s, RecordKind::cartridges, row);
   default_start_pressure(s);
-  if (!(shown_number(s, d.Llen, 1) > 0)) {
-    d.Llen = 24;
-    write_texts(s, d.Llen, "609.6", "24.0");
-  }
+  usual_barrel(s);
   refresh_pressure_fields(s);
   match_bullet_list(s, true);
   recompute_dimensions(s, kOverallLength);
   begin_new_load(s);
   s.valid.ask_charge = true;
+  setResultsValid(s, false);
+}
+
+void take_cartridge_values(Session& s, const Record& cartridge) {
+  const bool other = trim(cartridge[cartridge_field::name]) != s.load.pattyp;
+  if (other) end_coating(s);
+  take_values(s, cartridge);
+  select_by_name(s, RecordKind::cartridges, s.load.pattyp);
+  if (other) default_start_pressure(s);
+  refresh_pressure_fields(s);
+  match_bullet_list(s, true);
+  recompute_dimensions(s, kOverallLength);
+  if (other) {
+    begin_new_load(s);
+    s.valid.ask_charge = true;
+  }
   setResultsValid(s, false);
 }
 

@@ -9,6 +9,9 @@ namespace tv {
 void take_cartridge(Session& s, int row);
 void take_bullet(Session& s, int row);
 void take_powder(Session& s, int row);
+// A cartridge that its editor or a gun tells: its values into the load as it stands. One of another name
+// begins a new load, as a pick does.
+void take_cartridge_values(Session& s, const Record& cartridge);
 void match_bullet_list(Session& s, bool show_message);
 
 }  // namespace tv
