@@ -189,6 +189,11 @@ bool Binder::eventFilter(QObject* watched, QEvent* event) {
       const auto* pressed = static_cast<QKeyEvent*>(event);
       return key_pressed(name, widget, pressed->key(), pressed->modifiers());
     }
+    case QEvent::MouseButtonDblClick: {
+      bool used = false;
+      if (known) act_([&] { used = double_click(session_, screen_, name); });
+      return used;
+    }
     case QEvent::DragEnter:  // a file is no text to be put in: the frame knows what to do with it
       if (!static_cast<QDragEnterEvent*>(event)->mimeData()->hasUrls()) return false;
       event->ignore();

@@ -1,5 +1,6 @@
 #include "gui/form_builder.h"
 
+#include <QButtonGroup>
 #include <QCheckBox>
 #include <QGridLayout>
 #include <QGroupBox>
@@ -238,7 +239,7 @@ private:
         widget = new QCheckBox(parent);
         break;
       case ControlKind::option:
-        widget = new QRadioButton(parent);
+        widget = option_of(name, parent);
         break;
       case ControlKind::button: {
         auto* button = new QPushButton(parent);
@@ -262,6 +263,15 @@ private:
     }
     widget->setObjectName(QString::fromStdString(name));
     return widget;
+  }
+
+  // Options whose names differ in their number exclude each other, wherever they stand.
+  QWidget* option_of(const std::string& name, QWidget* parent) {
+    QButtonGroup*& group = options_[name.substr(0, name.find_last_not_of("0123456789") + 1)];
+    if (!group) group = new QButtonGroup(root_);
+    auto* option = new QRadioButton(parent);
+    group->addButton(option);
+    return option;
   }
 
   void add_label(QGridLayout& grid, int at, const char* key, QWidget* buddy, QWidget& box) {
@@ -296,6 +306,7 @@ private:
   Desk& desk_;
   const ScreenSpec& spec_;
   QWidget* root_;
+  std::map<std::string, QButtonGroup*> options_;
 };
 
 }  // namespace

@@ -25,7 +25,7 @@ constexpr std::array kDialogs{
     KindDialogs{RecordKind::powders, DialogKind::powders, 1, "flpro", &Options::profil, 303},
     KindDialogs{RecordKind::bullets, DialogKind::bullets, 2, "flbul", &Options::ibulfil, 301},
     KindDialogs{RecordKind::cartridges, DialogKind::cartridges, 3, "flvol", &Options::volfil, 302},
-    KindDialogs{RecordKind::guns, DialogKind::guns, 4, "", &Options::gunfil, 304},
+    KindDialogs{RecordKind::guns, DialogKind::guns, 4, "flgun", &Options::gunfil, 304},
     KindDialogs{RecordKind::black_powders, DialogKind::black_powders, 5, "", &Options::bpwfil, 303},
 };
 

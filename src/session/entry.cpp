@@ -264,6 +264,16 @@ bool press(Session& s, std::string_view screen, std::string_view button) {
   return true;
 }
 
+bool double_click(Session& s, std::string_view screen, std::string_view name) {
+  if (!is_kind(s, screen, name, {ControlKind::number}) || !usable(s, screen, name)) return false;
+  const FoundAction found = find_action(s, screen, name);
+  if (!found.action || !found.action->run) return false;
+  const Action action(s);
+  leave_focus(s);
+  found.action->run(s, found.i);
+  return true;
+}
+
 bool pick(Session& s, std::string_view screen, std::string_view list, int index) {
   if (!is_kind(s, screen, list, {ControlKind::list, ControlKind::combo}) || !usable(s, screen, list))
     return false;

@@ -39,6 +39,8 @@ bool restore_field(Session& s);
 bool type_text(Session& s, std::string_view screen, std::string_view name, std::string_view text);
 
 bool press(Session& s, std::string_view screen, std::string_view button);
+// A double click on a number field that stands for a calculation of its own.
+bool double_click(Session& s, std::string_view screen, std::string_view name);
 bool pick(Session& s, std::string_view screen, std::string_view list,
           int index);  // index into the list's items
 bool toggle(Session& s, std::string_view screen, std::string_view box);

@@ -99,7 +99,7 @@ void language_switch(Session& s, std::string_view language) {
   s.options.lanfile = stored_language(s);
   s.options.nowarn = false;
   store_options(s, {"lanfile", "nowarn"});
-  for (const auto kind : {RecordKind::cartridges, RecordKind::bullets, RecordKind::powders})
+  for (const auto kind : {RecordKind::cartridges, RecordKind::bullets, RecordKind::powders, RecordKind::guns})
     renew_caption(s, kind);
   if (s.shown.any) show_panel(s);
   if (s.hooks.language_changed) s.hooks.language_changed(s);

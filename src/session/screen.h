@@ -131,7 +131,7 @@ struct Control {
 // What a control does. i: the option of a group, the index of an entry or of a field in an array.
 struct ControlAction {
   const char* control;
-  void (*run)(Session&, int i) = nullptr;     // pressed, toggled, chosen, picked
+  void (*run)(Session&, int i) = nullptr;     // pressed, toggled, chosen, picked; a number double-clicked
   void (*edited)(Session&, int i) = nullptr;  // the text of a field without a number was edited
 };
 
