@@ -3,6 +3,7 @@
 
 #include "geometry/bore_area.h"
 #include "output/bore_drawing.h"
+#include "output/case_drawing.h"
 #include "screens/all.h"
 #include "screens/editors.h"
 #include "session/data_sets.h"
@@ -238,11 +239,15 @@ constexpr Row kBoreEntries[] = {
     {RowShape::buttons, nullptr, {button("abbruch"), button("okarea")}},
 };
 bool imperial(const Session& s) { return !bore(s).in_mm; }
+constexpr Row kCaseDrawing[] = {{RowShape::block, nullptr, {surface("drawing")}}};
 bool bore_open(const Session& s) { return bore(s).open; }
+bool bore_closed(const Session& s) { return !bore(s).open; }
 constexpr Row kButtons[] = {
     {RowShape::buttons, nullptr, {button("adnew"), button("del_it"), button("cancel"), button("ok")}}};
-constexpr Group kForm[] = {
-    {"grp_record", 0, kRecord}, {"quercalc", 1, kBoreEntries, bore_open}, {nullptr, -1, kButtons}};
+constexpr Group kForm[] = {{"grp_record", 0, kRecord},
+                           {nullptr, 1, kCaseDrawing, bore_closed},
+                           {"quercalc", 1, kBoreEntries, bore_open},
+                           {nullptr, -1, kButtons}};
 
 // --- the record on show
 
@@ -389,6 +394,19 @@ bool key(Session& s, std::string_view name) { return step_by_key(s, kEditor, nam
 
 // --- drawing
 
+DrawList draw_body(const Session& s, const Extent& e) {
+  const CartridgeRecord& c = state(s).record.now;
+  const bool metric = s.unit_mode == UnitMode::metric;
+  const CaseWords words{s.language.text("form12", "schematic"),
+                        {" " + s.language.text("units", metric ? "unit_mm" : "unit_in"), metric}};
+  return draw_case(c.body, c.dim.Hlen, words, e.dark ? dark_drawing() : light_drawing(), {}, e.width,
+                   e.height, e.text_width)
+      .list;
+}
+void click_body(Session& s, const Pointer& pointer, const Extent&) {
+  if (pointer.what == Pointer::What::release) open_volume(s, 0);
+}
+
 MeasuredDrawing drawing(const Session& s, const Extent& e) {
   const Bore& b = bore(s);
   const BoreWords words{s.language.text("form11", "no_profile"),
@@ -403,7 +421,8 @@ void click(Session& s, const Pointer& pointer, const Extent& e) {
   const MeasuredDrawing shown_drawing = drawing(s, e);
   if (const auto name = measure_at(shown_drawing, pointer.at); !name.empty()) s.user->focus(kName, name);
 }
-constexpr Surface kSurfaces[] = {{"quer", draw, click, 360, 500}};
+constexpr Surface kSurfaces[] = {{"quer", draw, click, 360, 460},
+                                 {"drawing", draw_body, click_body, 480, 320}};
 
 // --- what is on show
 

@@ -54,7 +54,8 @@ void shoot_all(Running& program, const QString& folder, const Look& look) {
   shoot(desk.frame(), name("frmMAIN"));
   for (const char* screen : {"Form3", "Form4", "Form5", "Form7"})
     shoot(desk.view(screen)->window, name(screen));
-  for (const char* screen : {"Form2", "FormBorefrict", "FormPsel", "frmHelp", "frmPic"})
+  for (const char* screen : {"Form2", "FormBorefrict", "FormPsel", "frmHelp", "frmPic", "Form11", "Form12",
+                             "FormTail", "frmBC", "frmGun", "FormMOA"})
     shoot_modal(name(screen), [&] { open_screen(s, screen); });
   open_screen(s, "frmFast");
   shoot(desk.view("frmFast")->window, name("frmFast"));
