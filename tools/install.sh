@@ -6,7 +6,7 @@ set -euo pipefail
 declare -A packages=(
   [build]="g++ cmake ninja-build pkg-config qt6-base-dev qt6-svg-dev libxlsxwriter-dev zlib1g-dev libcli11-dev
            nlohmann-json3-dev libfmt-dev libgtest-dev libbenchmark-dev qt6-qpa-plugins
-           qt6-translations-l10n"
+           qt6-translations-l10n libminizip-dev libpugixml-dev"
   [test]="clang fonts-dejavu-core poppler-utils unzip"
   [ci]="git clang-format libclang-rt-14-dev dpkg-dev lintian desktop-file-utils appstream
         shared-mime-info libglib2.0-bin"
