@@ -4,6 +4,8 @@
 
 #include <cmath>
 
+#include "calculators/measured_store.h"
+
 namespace tv {
 namespace {
 
@@ -37,6 +39,28 @@ TEST(Measured, QuantilesOfT) {
                {0.95, 9, 2.26216}, {0.95, 30, 2.04227}, {0.95, 120, 1.97993}, {0.99, 5, 4.03214}};
   for (const auto& c : cases) EXPECT_NEAR(student_t(c.level, c.freedom), c.t, 2e-5 * c.t) << c.freedom;
   EXPECT_EQ(student_t(0.95, 0), student_t(0.95, 1));
+}
+
+TEST(Measured, StringsSurviveALoadFile) {
+  std::vector<MeasuredSeries> series(2);
+  series[0] = {
+      "41.0 gr; warm = \"x\"", 41, "21", {{812.3456789, 0, false, ""}, {700.1, 3.5e8, true, "first; cold"}}};
+  series[1] = {std::string(300, 'n'), 0, "", {{806.7072, 0, true, ""}}};
+  SectionedFile file("[metrics]\r\nlaflen= 24\r\n[measured]\r\nnote=mine\r\n");
+  write_measured(series, file);
+  series[1].name.resize(200);
+  EXPECT_EQ(read_measured(SectionedFile(file.bytes())), series);
+  // Fewer than before: nothing of the former version comes back, and what is not ours stays.
+  series.resize(1);
+  series[0].shots.resize(1);
+  write_measured(series, file);
+  EXPECT_EQ(read_measured(file), series);
+  write_measured({}, file);
+  EXPECT_TRUE(read_measured(file).empty());
+  EXPECT_EQ(file.get("measured", "note"), "mine");
+  EXPECT_EQ(file.get("metrics", "laflen"), "24");
+  EXPECT_EQ(read_measured(SectionedFile("[measured]\ns1=-3;;odd\ns1v1=x;-1;2\ns1v3=800\n")),
+            (std::vector<MeasuredSeries>{{"odd", 0, "", {{0, 0, false, ""}}}}));
 }
 
 }  // namespace
