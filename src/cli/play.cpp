@@ -27,6 +27,7 @@ struct Player {
   std::ostream& out;
   int line = 0;
   bool answered = false;  // the line at hand has been answered: a modal screen opened
+  std::string clipboard = {};
 
   bool over() const { return s.end_requested; }
 };
@@ -185,18 +186,29 @@ void do_text(Player& p, const Words& w) {
   answer(p, {{"text", bare_text(p.s, at.screen, at.control)}});
 }
 
+// With a text: it lies on the clipboard; without: what lies there.
+void do_clipboard(Player& p, const Words& w) {
+  if (w.size() > 1)
+    p.clipboard = w[1].text;
+  else
+    answer(p, {{"clipboard", p.clipboard}});
+}
+
 struct ScriptCommand {
   std::string_view name;
   std::size_t least, most;  // arguments
   void (*run)(Player&, const Words&);
 };
 constexpr ScriptCommand kCommands[] = {
-    {"open", 2, 2, do_open},      {"save", 2, 2, do_save},   {"type", 2, 2, do_type},
-    {"pick", 2, 2, do_pick},      {"press", 1, 1, do_press}, {"toggle", 1, 1, do_toggle},
-    {"choose", 2, 2, do_choose},  {"key", 2, 2, do_key},     {"menu", 1, 1, do_menu},
-    {"answer", 1, 99, do_answer}, {"show", 1, 1, do_show},   {"boxes", 0, 0, do_boxes},
-    {"focus", 0, 0, do_focus},    {"draw", 1, 1, do_draw},   {"text", 1, 1, do_text},
-    {"drag", 3, 200, do_drag},
+    {"open", 2, 2, do_open},           {"save", 2, 2, do_save},
+    {"type", 2, 2, do_type},           {"pick", 2, 2, do_pick},
+    {"press", 1, 1, do_press},         {"toggle", 1, 1, do_toggle},
+    {"choose", 2, 2, do_choose},       {"key", 2, 2, do_key},
+    {"menu", 1, 1, do_menu},           {"answer", 1, 99, do_answer},
+    {"show", 1, 1, do_show},           {"boxes", 0, 0, do_boxes},
+    {"focus", 0, 0, do_focus},         {"draw", 1, 1, do_draw},
+    {"text", 1, 1, do_text},           {"drag", 3, 200, do_drag},
+    {"clipboard", 0, 1, do_clipboard},
 };
 
 void run_line(Player& p, const std::string& line) {
@@ -242,6 +254,8 @@ void window_command(std::string_view name) {
 
 void attach(Player& p) {
   p.s.hooks.window_command = [](Session&, std::string_view name) { window_command(name); };
+  p.s.hooks.copy_text = [&p](const std::string& text) { p.clipboard = text; };
+  p.s.hooks.paste_text = [&p] { return p.clipboard; };
   p.user.scripted = true;
   p.user.on_dialog = [&p](std::string_view screen) { run_modal(p, screen); };
   p.user.on_focus = [&p](std::string_view screen, std::string_view name) { focus_field(p.s, screen, name); };

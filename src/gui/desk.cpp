@@ -1,6 +1,7 @@
 #include "gui/desk.h"
 
 #include <QApplication>
+#include <QClipboard>
 #include <QCloseEvent>
 #include <QLibraryInfo>
 #include <QMdiArea>
@@ -25,6 +26,8 @@ Desk::Desk(Session& session) : session_(session) {
   session_.hooks.window_command = [this](Session&, std::string_view name) {
     run_window_command(*this, name);
   };
+  session_.hooks.copy_text = [](const std::string& text) { QApplication::clipboard()->setText(qt(text)); };
+  session_.hooks.paste_text = [] { return std::optional(utf8(QApplication::clipboard()->text())); };
 }
 
 Desk::~Desk() {

@@ -6,7 +6,8 @@
 namespace tv {
 
 extern const ScreenSpec kFrmMain, kForm2, kForm3, kForm4, kForm5, kForm7, kFormBorefrict, kFrmFast, kFormPsel,
-    kFormGetInput, kFrmHelp, kFrmPic, kForm11, kForm12, kFormTail, kFrmBC, kFrmGun, kFormMOA;
+    kFormGetInput, kFrmHelp, kFrmPic, kForm11, kForm12, kFormTail, kFrmBC, kFrmGun, kFormMOA, kFormBack,
+    kForm8, kFrmPrimer;
 
 namespace {
 
@@ -21,6 +22,9 @@ constexpr const ScreenSpec* kScreens[] = {
     &kFormBorefrict,  //
     &kFrmFast,        //
     &kFormPsel,       //
+    &kFormBack,       //
+    &kForm8,          //
+    &kFrmPrimer,      //
     &kFormGetInput,   //
     &kFrmHelp,        //
     &kFrmPic,         //

@@ -4,6 +4,7 @@
 #include <array>
 
 #include "output/spreadsheet.h"
+#include "screens/all.h"
 #include "screens/output_window.h"
 #include "screens/print_pages.h"
 #include "session/data_sets.h"
@@ -33,7 +34,10 @@ constexpr const char* kOut = "form7";
 // --- file
 
 void calculate(S s, C) { Patdef(s); }
-void save_load(S s, C) { lab_sav(s); }
+void save_load(S s, C) {
+  ask_notes(s);
+  lab_sav(s);
+}
 void open_load_file(S s, C) { lab_lod(s); }
 void delete_load(S s, C) { lab_del(s); }
 void design_data(S s, C) { lab_omt(s); }
@@ -99,6 +103,9 @@ void edit_cartridges(S s, C) { open_named(s, "Form11"); }
 void edit_bullets(S s, C) { open_named(s, "FormTail"); }
 void edit_guns(S s, C) { open_named(s, "frmGun"); }
 void friction(S s, C) { open_named(s, "FormBorefrict"); }
+void recoil_window(S s, C) { open_named(s, "FormBack"); }
+void unit_converter(S s, C) { open_named(s, "Form8"); }
+void load_notes(S s, C) { open_named(s, "frmPrimer"); }
 bool friction_checked(CS s, C) { return s.state.frictionOn; }
 
 void pressure_unit(S s, C c) { set_pressure_unit(s, c.value != 0); }
@@ -232,6 +239,7 @@ constexpr Command kCommands[] = {
     {.name = "lab_sav", .section = kMain, .parent = "Datei_menu", .action = save_load, .shortcut = "Ctrl+S", .toolbar = 4, .separator_before = true},
     {.name = "lab_lod", .section = kMain, .parent = "Datei_menu", .action = open_load_file, .shortcut = "Ctrl+O", .toolbar = 3},
     {.name = "lab_del", .section = kMain, .parent = "Datei_menu", .action = delete_load},
+    {.name = "addinfo", .section = kMain, .parent = "Datei_menu", .action = load_notes, .toolbar = 5},
     {.name = "lab_omt", .section = kMain, .parent = "Datei_menu", .action = design_data},
     {.name = "prifontsel", .section = kMain, .parent = "Datei_menu", .action = by_window, .separator_before = true},
     {.name = "grfpri", .section = kMain, .parent = "Datei_menu"},
@@ -301,6 +309,8 @@ constexpr Command kCommands[] = {
     {.name = "ldba15", .section = kMain, .parent = "ldbatol", .action = tolerance, .checked = tolerance_checked, .value = 15, .literal = "± 15 %"},
     {.name = "powd_set", .section = kMain, .parent = "options", .action = criteria},
     {.name = "borefriction", .section = kMain, .parent = "options", .action = friction, .checked = friction_checked},
+    {.name = "backlash", .section = kMain, .parent = "options", .action = recoil_window},
+    {.name = "conver", .section = kMain, .parent = "options", .action = unit_converter},
     {.name = "pressunit", .section = kMain, .parent = "options", .separator_before = true},
     {.name = "mpas", .section = kMain, .parent = "pressunit", .action = pressure_unit, .checked = pressure_unit_checked, .value = 1, .literal = "MPa"},
     {.name = "bars", .section = kMain, .parent = "pressunit", .action = pressure_unit, .checked = pressure_unit_checked, .value = 0, .literal = "bar"},
@@ -310,6 +320,7 @@ constexpr Command kCommands[] = {
     {.name = "sysding", .section = kMain, .parent = "options", .action = toggle_sound, .checked = sound_off, .separator_before = true},
     {.name = "sysfon", .section = kMain, .parent = "options", .action = by_window},
     {.name = "optset", .section = kMain, .parent = "options"},
+    {.name = "primeryes", .section = kMain, .parent = "optset", .action = flip<&Options::primeryes>, .checked = is_set<&Options::primeryes>},
     {.name = "excel_yes", .section = kMain, .parent = "optset", .action = flip<&Options::excel_yes>, .checked = is_set<&Options::excel_yes>},
     {.name = "intro_off", .section = kMain, .parent = "optset", .action = flip<&Options::intro_off>, .checked = is_set<&Options::intro_off>},
 

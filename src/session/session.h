@@ -128,6 +128,8 @@ struct Tables {
 struct Hooks {
   std::function<void(Session&)> language_changed;                  // captions
   std::function<void(Session&, std::string_view)> window_command;  // by the name of its command
+  std::function<void(const std::string&)> copy_text;               // to the clipboard
+  std::function<std::optional<std::string>()> paste_text;          // from it
 };
 
 struct Session {

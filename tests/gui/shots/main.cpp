@@ -55,7 +55,7 @@ void shoot_all(Running& program, const QString& folder, const Look& look) {
   for (const char* screen : {"Form3", "Form4", "Form5", "Form7"})
     shoot(desk.view(screen)->window, name(screen));
   for (const char* screen : {"Form2", "FormBorefrict", "FormPsel", "frmHelp", "frmPic", "Form11", "Form12",
-                             "FormTail", "frmBC", "frmGun", "FormMOA"})
+                             "FormTail", "frmBC", "frmGun", "FormMOA", "FormBack", "Form8", "frmPrimer"})
     shoot_modal(name(screen), [&] { open_screen(s, screen); });
   open_screen(s, "frmFast");
   shoot(desk.view("frmFast")->window, name("frmFast"));
