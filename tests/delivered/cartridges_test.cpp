@@ -163,7 +163,7 @@ void seat(CartridgeDimensions& d, const RecordTable& bullets, int row) {
   d.tail_dia_large = bullets.number(row, f::tail_dia_large);
   d.tail_dia_small = bullets.number(row, f::tail_dia_small);
   d.TAIL = d.tail_type != kFlatBase && tail_is_possible(d);
-  recompute_dimensions(d, kOverallLength, d.Zkal * kMmPerInch, [](Dimension) {});
+  move_dimensions(d, kOverallLength, d.Zkal * kMmPerInch, [](Dimension) {});
 }
 
 // The bullet that a picked cartridge gets: the first within the tolerance that sits half a calibre deep.
