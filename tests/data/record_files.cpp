@@ -156,7 +156,7 @@ TEST(RecordFiles, FindingsAreTexts) {
   findings.taken_for_head = 2;
   findings.count_told = 9;
   findings.count_found = 8;
-  EXPECT_EQ(texts(findings), "427 \n433 7\n434 2\n435 9, 446 8\n186 3, 187 c, 188 5\n432 5, 187 e\n189 ");
+  EXPECT_EQ(texts(findings), "427 \n443 7\n444 2\n445 9, 446 8\n186 3, 187 c, 188 5\n442 5, 187 e\n189 ");
   findings = {};
   findings.odd.assign(100, {1, "x", 20, false});
   EXPECT_EQ(finding_texts(findings).size(), 10u * 3 + 1);
