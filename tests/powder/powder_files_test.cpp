@@ -10,7 +10,7 @@ namespace tv {
 namespace {
 
 std::string delivered(const std::string& name) {
-  return read_file(std::string(TV_SHARE_DIR) + "/data/loads/" + name).bytes;
+  return read_file(std::string(TV_SHARE_DIR) + "/data/" + name).bytes;
 }
 
 std::string changed(std::string bytes, std::string_view from, std::string_view to) {
