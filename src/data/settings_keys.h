@@ -107,8 +107,9 @@ void write_option(const OptionKey& key, const Options& options, SectionedFile& f
 // True if the text begins with t, T or a number other than 0.
 bool read_flag(std::string_view text);
 
-// The data root: the folder of the program's name in the user's documents, then in the system's shared data
-// folders, that holds ternofw.set; else the program's own folder, or, where that is called bin or is not
+// The data root: a folder that keeps its own files (the program's, writable, with ternofw.set or with lan/ and
+// data/; above a bin also with both); else the folder of the program's name in the user's documents, then in
+// the system's shared data folders, that holds ternofw.set; else the program's own folder, or, where that is called bin or is not
 // writable, a folder in the user's documents which the caller makes. A pure function of what it is given and
 // of the files that stand there.
 struct DataRoots {

@@ -123,6 +123,23 @@ TEST(DataRoot, IsTheFirstPlaceWithSettings) {
   EXPECT_EQ(find_data_root(hints).root, at + "docs/ternovale/");
 }
 
+TEST(DataRoot, OfAFolderThatKeepsItsOwnFilesIsThatFolder) {
+  const TempFolder folder;
+  const std::string& at = folder.path();
+  folder.write("docs/ternovale/ternofw.set", "");
+  PlaceHints hints{at + "stick/bin", at + "docs", {}, ""};
+  folder.write("stick/lan/x.lan", "");
+  std::filesystem::create_directories(hints.program_folder);
+  EXPECT_EQ(find_data_root(hints).root, at + "docs/ternovale/") << "languages alone";
+  folder.write("stick/data/x.vol", "");
+  EXPECT_EQ(find_data_root(hints).root, at + "stick/");
+  EXPECT_EQ(find_data_root(hints).delivered, at + "stick/");
+  folder.write("stick/bin/ternofw.set", "");
+  EXPECT_EQ(find_data_root(hints).root, at + "stick/bin/");
+  hints.program_folder = at + "stick";
+  EXPECT_EQ(find_data_root(hints).root, at + "stick/");
+}
+
 TEST(DataRoot, LiesInTheDocumentsIfTheProgramsFolderIsReadOnly) {
   PlaceHints hints{"/proc/sys/ternovale", "/nowhere/docs", {}, ""};
   EXPECT_EQ(find_data_root(hints).root, "/nowhere/docs/ternovale/");
