@@ -1,5 +1,7 @@
 // The screens driven by a script: one command a line, one JSON object a line as answer.
+#include <CLI/CLI.hpp>
 #include <charconv>
+#include <filesystem>
 #include <fstream>
 #include <istream>
 #include <ostream>
@@ -34,6 +36,7 @@ struct Player {
 
 void answer(Player& p, const Json& json) {
   p.out << json_text(json, -1) << std::flush;
+  if (!p.out) throw Stop{kFileTrouble, "standard output could not be written"};
   p.answered = true;
 }
 
@@ -228,10 +231,23 @@ void run_line(Player& p, const std::string& line) {
   p.answered = true;
 }
 
+// False at the end. A line that does not end, as that of a device, ends the script.
+bool read_line(Player& p, std::string& line) {
+  constexpr std::size_t longest = 1U << 20U;
+  char c = 0;
+  while (p.lines.get(c)) {
+    if (c == '\n') return true;
+    if (line.size() >= longest || c == '\0') throw ScriptError{"the line is no line of a script"};
+    line += c;
+  }
+  return !line.empty();
+}
+
 bool next_line(Player& p) {
   std::string line;
-  if (p.over() || !std::getline(p.lines, line)) return false;
+  if (p.over()) return false;
   ++p.line;
+  if (!read_line(p, line)) return false;
   run_line(p, line);
   return true;
 }
@@ -266,17 +282,16 @@ void attach(Player& p) {
 
 int fail(Player& p, const Console& console, const std::string& message) {
   console.err << "ternovale-cli: line " << p.line << ": " << message << "\n";
-  p.out << json_text({{"error", message}, {"line", p.line}}, -1);
+  answer(p, {{"error", message}, {"line", p.line}});
   return kRefused;
 }
-
-}  // namespace
 
 int play_command(Session& s, CliUser& user, const Console& console, const std::string& script) {
   std::ifstream file;
   if (script != "-") {
     file.open(script);
-    if (!file) throw Stop{kFileTrouble, script + ": could not be read"};
+    if (!file || std::filesystem::is_directory(script))
+      throw Stop{kFileTrouble, script + ": could not be read"};
   }
   Player p{s, user, script == "-" ? console.in : file, console.out};
   attach(p);
@@ -291,6 +306,19 @@ int play_command(Session& s, CliUser& user, const Console& console, const std::s
     return fail(p, console, none.message);
   }
   return kDone;
+}
+
+}  // namespace
+
+CliCommand bind_play(CLI::App& program) {
+  CLI::App* command = program.add_subcommand("play", "drive the screens by a script");
+  auto script = std::make_shared<std::string>();
+  command->add_option("SCRIPT", *script, "its file; - for standard input")->required();
+  return {command,
+          [script](Session& s, CliUser& user, const Console& console) {
+            return play_command(s, user, console, *script);
+          },
+          true};
 }
 
 }  // namespace tv

@@ -1,4 +1,5 @@
 // A record file as the program reads and sorts it.
+#include <CLI/CLI.hpp>
 #include <ostream>
 
 #include "cli/command.h"
@@ -43,10 +44,13 @@ std::string records_text(const RecordFile& file) {
   return text;
 }
 
-}  // namespace
+struct RecordsArgs {
+  std::string file, format = "text", output;
+};
 
-int records_command(Session& s, const Console& console, const std::string& file, const std::string& format,
-                    const std::string& output) {
+int records_command(const Session& s, const Console& console, const RecordsArgs& args) {
+  const auto& [file, format, output] = args;
+  keep_inputs(s, output, {file});
   const RecordKindInfo* kind = record_kind_of_file(file);
   if (!kind) throw Stop{kWrongUsage, file + ": not the extension of a record file"};
   const RecordRead read = read_records(file, kind->kind, s.language.page(), s.options.sortvol);
@@ -60,6 +64,21 @@ int records_command(Session& s, const Console& console, const std::string& file,
           : format == "csv" ? records_csv(read.file)
                             : records_text(read.file));
   return read.findings.none() ? kDone : kRefused;
+}
+
+}  // namespace
+
+CliCommand bind_records(CLI::App& program) {
+  CLI::App* command = program.add_subcommand("records", "read a record file of any kind");
+  auto args = std::make_shared<RecordsArgs>();
+  command->add_option("FILE", args->file)->required();
+  command->add_option("--format", args->format, "of the answer")
+      ->check(CLI::IsMember({"text", "json", "csv"}))
+      ->capture_default_str();
+  command->add_option("--output", args->output, "write the answer into this FILE; - for standard output");
+  return {command, [args](Session& s, CliUser&, const Console& console) {
+            return records_command(s, console, *args);
+          }};
 }
 
 }  // namespace tv

@@ -1,13 +1,16 @@
 // One shot: the whole road from the load file to the results, and its answer in three forms.
+#include "cli/shot.h"
+
+#include <CLI/CLI.hpp>
 #include <array>
-#include <ostream>
 
 #include <fmt/format.h>
 
-#include "cli/command.h"
+#include "output/svg.h"
 #include "screens/output_window.h"
 #include "session/entry.h"
 #include "session/run.h"
+#include "session/settings.h"
 #include "text/codepage.h"
 
 namespace tv {
@@ -15,14 +18,36 @@ namespace {
 
 std::size_t points(const ShotResult& r) { return static_cast<std::size_t>(r.lastIdx) + 1; }
 
-Json result_json(const ShotResult& r) {
-  return {{"lastIdx", r.lastIdx},    {"pMax", r.pMax},       {"peakIdx", r.peakIdx},
-          {"xPeak", r.xPeak},        {"vPeak", r.vPeak},     {"zPeak", r.zPeak},
-          {"vMuzzle", r.vMuzzle},    {"zMuzzle", r.zMuzzle}, {"peakState", r.peakState},
-          {"notBurnt", r.notBurnt},  {"burnIdx", r.burnIdx}, {"idx95", r.idx95},
-          {"z1Idx", r.z1Idx},        {"p10Idx", r.p10Idx},   {"t10", r.t10},
-          {"ptime", r.ptime},        {"tStart", r.tStart},   {"tailIdx", r.tailIdx},
-          {"pBasePeak", r.pBasePeak}};
+// null for what there is not.
+Json number_or_null(bool known, double value) { return known ? Json(value) : Json(); }
+
+Json result_json(const Session& s) {
+  const ShotResult& r = s.result;
+  const auto burnt = static_cast<std::size_t>(std::max(r.burnIdx, 0));
+  return {
+      {"lastIdx", r.lastIdx},
+      {"pMax", r.pMax},
+      {"peakIdx", r.peakIdx},
+      {"xPeak", r.xPeak},
+      {"vPeak", r.vPeak},
+      {"zPeak", r.zPeak},
+      {"vMuzzle", r.vMuzzle},
+      {"zMuzzle", r.zMuzzle},
+      {"peakState", r.peakState},
+      {"notBurnt", r.notBurnt},
+      {"burnIdx", r.burnIdx},
+      {"idx95", r.idx95},
+      {"z1Idx", r.z1Idx},
+      {"p10Idx", r.p10Idx},
+      {"t10", r.t10},
+      {"ptime", r.ptime},
+      {"tStart", r.tStart},
+      {"tailIdx", r.tailIdx},
+      {"pBasePeak", r.pBasePeak},
+      {"loadingRatio", number_or_null(s.shown.state.fill > 0, s.shown.state.fill / 100)},
+      {"energy", muzzle_energy(s)},
+      {"xBurnout", number_or_null(r.burnIdx >= 1, s.curve.x[burnt])},
+      {"tBurnout", number_or_null(r.burnIdx >= 1 && s.shown.state.schrit != 2, s.curve.t[burnt] - r.t10)}};
 }
 
 Json panel_json(const Session& s) {
@@ -33,8 +58,26 @@ Json panel_json(const Session& s) {
   return json;
 }
 
-Json notes_json(const RunNotes& notes) {
+// The note of the limit, as it heads the status line.
+const char* limit_note(PressureState state) {
+  switch (state) {
+    case PressureState::over_limit:
+      return "fwarn1";
+    case PressureState::near_limit:
+      return "fwarn2";
+    case PressureState::unknown:
+      return "fwarn3";
+    case PressureState::caution:
+    case PressureState::fine:
+      break;
+  }
+  return nullptr;
+}
+
+Json notes_json(const Session& s) {
+  const RunNotes& notes = s.result.runNotes;
   Json json = Json::array();
+  if (const char* limit = limit_note(limit_of(s).state)) json.push_back(limit);
   if (notes.overfill > 0) json.push_back("msg151");
   for (std::size_t i = 0; i < static_cast<std::size_t>(notes.count); ++i)
     json.push_back("fwarn" + std::to_string(static_cast<int>(notes.notes[i])));
@@ -63,14 +106,11 @@ Json curve_json(const Session& s) {
   return json;
 }
 
-Json shot_json(const Session& s, const CliUser& user, bool curve) {
-  Json json = answer_head(s);
-  json["result"] = result_json(s.result);
-  json["panel"] = panel_json(s);
-  json["notes"] = notes_json(s.result.runNotes);
-  json["warnings"] = user.warning_keys();
-  if (curve) json["curve"] = curve_json(s);
-  return json;
+Json limit_json(const LimitOfRun& limit) {
+  const bool known = limit.state != PressureState::unknown;
+  return {{"pmax", number_or_null(known, limit.pmax)},
+          {"share", number_or_null(known, limit.share)},
+          {"state", limit.name}};
 }
 
 std::string curve_csv(const Session& s) {
@@ -148,40 +188,105 @@ std::string shot_text(Session& s, bool curve) {
   return text + "\n" + output_text(s);
 }
 
-// Where a calculation stopped, by the field that the user was sent to.
-std::string refusal_stage(const Session& s, const CliUser& user) {
-  if (user.focus_screen == screen_name(s, Role::dimensions)) return "transferInputs";
-  if (user.focus_screen == screen_name(s, Role::powder))
-    return user.focus_field == "ini_press1" ? "checkStartPressure" : "prepareShot";
-  if (!user.focus_screen.empty()) return user.focus_screen;
-  const std::string stage = stage_name(s.shown.outcome.stage);
-  return stage.empty() ? "runShot" : stage;
+void check_picture(const std::string& diagram) {
+  const auto colon = diagram.find(':');
+  const std::string type = diagram.substr(0, colon);
+  if (colon == std::string::npos || type.size() != 1 || type[0] < '1' || type[0] > '6')
+    throw Stop{kWrongUsage, "--diagram: not TYPE:FILE with TYPE 1 to 6: " + diagram};
+  const std::string file = diagram.substr(colon + 1);
+  if (!file_has_extension(file, "svg"))
+    throw Stop{
+        kWrongUsage,
+        "--diagram: without a window system only svg can be drawn; the window program saves png and pdf: " +
+            file};
 }
 
 }  // namespace
 
-int tell_refusal(const Session& s, const CliUser& user, const Console& console, const LoadArgs& args) {
-  const bool told = !user.shown.empty() && !user.shown.back().keys.empty();
-  const std::string message = told ? user.shown.back().keys.front() : "";
-  const std::string stage = refusal_stage(s, user);
-  console.err << "ternovale-cli: " << (user.focus_field.empty() ? "failed in " : "refused in ") << stage
-              << (user.focus_field.empty() ? "" : ", field " + user.focus_field) << "\n";
-  if (args.format == "json")
-    deliver(console, args.output,
-            json_text({{"error", {{"message", message}, {"stage", stage}, {"field", user.focus_field}}}}));
-  return kRefused;
+LimitOfRun limit_of(const Session& s) {
+  const double pmax = 1e6 * s.shown.state.dim.zul_P;
+  const PressureState state = pressure_state(s.result.pMax, s.shown.state.dim.zul_P);
+  static constexpr const char* kNames[] = {"below", "below", "near", "over", "unknown"};
+  return {pmax, s.result.pMax / pmax, state, kNames[static_cast<std::size_t>(state)]};
 }
 
-int shot_command(Session& s, CliUser& user, const Console& console, const LoadArgs& args) {
-  take_load(s, args);
+double muzzle_energy(const Session& s) {
+  const double v = s.curve.v[static_cast<std::size_t>(s.result.lastIdx)];
+  return v * v * s.shown.state.dim.Bwg / kEnergyJoule;
+}
+
+Json shot_json(const Session& s, const CliUser& user, bool curve) {
+  Json json = answer_head(s);
+  json["result"] = result_json(s);
+  json["limit"] = limit_json(limit_of(s));
+  json["panel"] = panel_json(s);
+  json["notes"] = notes_json(s);
+  json["warnings"] = user.warning_keys();
+  if (curve) json["curve"] = curve_json(s);
+  return json;
+}
+
+void run_shot(Session& s, CliUser& user) {
   if (s.options.grftyp < 1) SetDisplayMode(s, 6);
-  if (recalculate(s) == 0) return tell_refusal(s, user, console, args);
+  if (recalculate(s) == 0) throw refusal_of(s, user);
+}
+
+namespace {
+
+// The diagram of the type as a picture of its own, on light paper.
+void draw_diagram_file(Session& s, const Console& console, const std::string& diagram) {
+  constexpr double width = 1000, height = 650;
+  SetDisplayMode(s, diagram[0] - '0');
+  deliver(console, diagram.substr(2), to_svg(output_diagram(s, width, height, estimated_text_width).list));
+}
+
+std::string answer_text(Session& s, const CliUser& user, const ShotArgs& args) {
+  if (args.load.format == "csv") return curve_csv(s);
+  if (args.load.format == "text") return shot_text(s, args.curve);
+  Json json = shot_json(s, user, args.curve);
+  if (args.load.format == "json") return json_text(json);
+  Json line{{"file", args.load.loads.front()}};
+  line.update(json);
+  return json_text(line, -1);
+}
+
+int one_shot(Session& s, CliUser& user, const Console& console, const ShotArgs& args) {
+  take_load(s, user, console, args.load);
+  run_shot(s, user);
   refresh_screens(s);
-  const std::string text = args.format == "json"  ? json_text(shot_json(s, user, args.curve))
-                           : args.format == "csv" ? curve_csv(s)
-                                                  : shot_text(s, args.curve);
-  deliver(console, args.output, text);
+  save_load(s, args.load);
+  deliver(console, args.load.output, answer_text(s, user, args));
+  if (!args.diagram.empty()) draw_diagram_file(s, console, args.diagram);
   return kDone;
+}
+
+int shot_command(Session& s, CliUser& user, const Console& console, const ShotArgs& args) {
+  if (!args.diagram.empty()) {
+    check_picture(args.diagram);
+    keep_inputs(s, args.diagram.substr(2), args.load.loads);
+  }
+  if (is_batch(args)) return shots_command(s, user, console, args);
+  try {
+    return one_shot(s, user, console, args);
+  } catch (const Refusal& why) {
+    return refuse(console, args.load.format, args.load.output, why);
+  }
+}
+
+}  // namespace
+
+CliCommand bind_shot(CLI::App& program) {
+  CLI::App* command = program.add_subcommand("shot", "calculate a shot, or many");
+  auto args = std::make_shared<ShotArgs>();
+  add_load_options(*command, args->load, {"text", "json", "jsonl", "csv"}, true);
+  command->add_flag("--curve", args->curve, "with the points of the shot");
+  command->add_option("--loads", args->list, "FILE of loads, a name a line; - for standard input");
+  command->add_option("--sweep", args->sweeps, "KEY=FROM:TO:STEP: a run for each value; twice for a grid")
+      ->allow_extra_args(false);
+  command->add_option("--diagram", args->diagram, "TYPE:FILE: draw diagram 1 to 6");
+  return {command, [args](Session& s, CliUser& user, const Console& console) {
+            return shot_command(s, user, console, *args);
+          }};
 }
 
 }  // namespace tv

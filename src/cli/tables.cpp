@@ -1,9 +1,12 @@
 // The load table and the powder table from the command line.
+#include <CLI/CLI.hpp>
 #include <algorithm>
+#include <filesystem>
 
 #include <fmt/format.h>
 
-#include "cli/command.h"
+#include "cli/load.h"
+#include "data/record_file.h"
 #include "output/spreadsheet.h"
 #include "screens/output_window.h"
 #include "session/data_sets.h"
@@ -16,6 +19,18 @@
 
 namespace tv {
 namespace {
+
+struct LoadTableArgs {
+  LoadArgs load;
+  double step_percent = 0, step_grains = 0;  // 0: as in the settings
+  double ba_tolerance = 0;
+};
+
+struct PowderTableArgs {
+  LoadArgs load;
+  std::string powders, sort, strategy;
+  bool descending = false;
+};
 
 std::string label(const LoadTable& table, int row) {
   if (row >= LoadTable::kLadder) return row == LoadTable::kLadder ? "+Ba" : "-Ba";
@@ -65,6 +80,23 @@ Json powder_table_json(const Session& s, const CliUser& user) {
   return json;
 }
 
+// A workbook is written as a file; for standard output by way of one that is gone at once.
+void deliver_workbook(const Session& s, const Console& console, const ExportData& data,
+                      const std::string& output) {
+  const bool stream = output == "-";
+  std::string file = output;
+  if (stream) {
+    std::string folder = (std::filesystem::temp_directory_path() / "ternovale-XXXXXX").string();
+    if (!mkdtemp(folder.data())) throw Stop{kFileTrouble, folder + ": could not be made"};
+    file = folder + "/table.xlsx";
+  }
+  const int failure = write_xlsx(data, file);
+  const FileRead read = stream ? read_file(file) : FileRead{};
+  if (stream) std::filesystem::remove_all(file_folder(file));
+  if (failure) throw Stop{kFileTrouble, file + ": " + s.language.failure(failure)};
+  if (stream) deliver(console, output, read.bytes);
+}
+
 void deliver_table(Session& s, const Console& console, const LoadArgs& args,
                    Json (*json)(const Session&, const CliUser&), const CliUser& user) {
   const auto data = output_export(s);
@@ -72,8 +104,7 @@ void deliver_table(Session& s, const Console& console, const LoadArgs& args,
   if (args.format == "text") return deliver(console, args.output, output_text(s));
   if (!data) throw Stop{kRefused, "the table has no rows to export"};
   if (args.format == "csv") return deliver(console, args.output, csv_text(*data));
-  if (const int failure = write_xlsx(*data, args.output))
-    throw Stop{kFileTrouble, args.output + ": " + s.language.failure(failure)};
+  deliver_workbook(s, console, *data, args.output);
 }
 
 void need_a_file(const LoadArgs& args) {
@@ -88,7 +119,7 @@ void set_steps(Session& s, const LoadTableArgs& args) {
     s.options.ldperc = false;
     s.tables.weight_step = args.step_grains;
   }
-  if (args.ba_tolerance > 0) SetBaTolerance(s, args.ba_tolerance);
+  if (args.ba_tolerance > 0) SetBaTolerance(s, static_cast<int>(args.ba_tolerance));
 }
 
 // By the name of its sort entry, or by its number.
@@ -100,31 +131,109 @@ int sort_column(const std::string& text) {
   throw Stop{kWrongUsage, "--sort: no such column: " + text + "; there are" + names};
 }
 
-}  // namespace
+// What is fitted, by the name that --help prints or by its number.
+constexpr const char* kStrategyNames[] = {"pressure",      "loading-ratio", "both",
+                                          "two-pressures", "velocity",      "barrel-time",
+                                          "rise-time",     "case-fill",     "chamber"};
+static_assert(std::size(kStrategyNames) == kStrategies);
 
-int load_table_command(Session& s, CliUser& user, const Console& console, const LoadTableArgs& args) {
+std::string strategy_help() {
+  std::string text = "what is fitted:";
+  for (int i = 0; i < kStrategies; ++i)
+    text += fmt::format("{} {}={}", i > 0 ? "," : "", i, kStrategyNames[static_cast<std::size_t>(i)]);
+  return text;
+}
+
+int strategy_number(const std::string& text) {
+  for (int i = 0; i < kStrategies; ++i)
+    if (text == std::to_string(i) || text == kStrategyNames[static_cast<std::size_t>(i)]) return i;
+  throw Stop{kWrongUsage, "--strategy: " + text + " is none; " + strategy_help()};
+}
+
+// By its extension and by the tag of its head, where it has one.
+void refuse_other_kind(const std::string& file) {
+  const RecordKindInfo* kind = record_kind_of_file(file);
+  const FileRead read = read_file(file);
+  const std::string head = lower(read.bytes.substr(0, 4096));
+  const RecordKindInfo& powders = record_kind(RecordKind::powders);
+  for (int i = 0; i < kRecordKinds; ++i) {
+    const RecordKindInfo& other = record_kind(static_cast<RecordKind>(i));
+    if (other.kind != powders.kind && other.search_tag[0] != '\0' &&
+        head.find(lower(other.search_tag)) != std::string::npos &&
+        head.find(lower(powders.search_tag)) == std::string::npos)
+      kind = &other;
+  }
+  if (!kind || kind->kind != RecordKind::powders)
+    throw Stop{kFileTrouble,
+               file + ": is no record file of powders" + (kind ? std::string(" but ") + kind->tag : "")};
+}
+
+// --- the two commands
+
+int run_load_table(Session& s, CliUser& user, const Console& console, const LoadTableArgs& args) {
   need_a_file(args.load);
-  take_load(s, args.load);
+  take_load(s, user, console, args.load);
   set_steps(s, args);
   SetDisplayMode(s, -1);
-  if (recalculate(s) == 0) return tell_refusal(s, user, console, args.load);
+  if (recalculate(s) == 0) throw refusal_of(s, user);
+  save_load(s, args.load);
   deliver_table(s, console, args.load, load_table_json, user);
   return kDone;
 }
 
-int powder_table_command(Session& s, CliUser& user, const Console& console, const PowderTableArgs& args) {
+int run_powder_table(Session& s, CliUser& user, const Console& console, const PowderTableArgs& args) {
   need_a_file(args.load);
+  s.tables.strategy = strategy_number(args.strategy);
   if (!args.sort.empty()) s.tables.sort.column = sort_column(args.sort);
   if (!args.sort.empty() || args.descending) s.tables.sort.ascending = !args.descending;
-  take_load(s, args.load);
+  keep_inputs(s, args.load.output, {args.powders});
+  take_load(s, user, console, args.load);
+  if (file_exists(args.powders)) refuse_other_kind(args.powders);
   if (!read_data_set(s, RecordKind::powders, args.powders, true))
     throw Stop{kFileTrouble, args.powders + ": could not be read"};
-  s.tables.strategy = args.strategy;
   // The criteria's own button checks them and calculates.
   press(s, "FormPsel", "okproptab");
-  if (!s.tables.powder.finished) return tell_refusal(s, user, console, args.load);
+  if (!s.tables.powder.finished) throw refusal_of(s, user);
+  save_load(s, args.load);
   deliver_table(s, console, args.load, powder_table_json, user);
   return kDone;
+}
+
+// A refusal is told in the form of the answer.
+template <class Args, class Run>
+auto telling(std::shared_ptr<Args> args, Run run) {
+  return [args, run](Session& s, CliUser& user, const Console& console) {
+    try {
+      return run(s, user, console, *args);
+    } catch (const Refusal& why) {
+      return refuse(console, args->load.format, args->load.output, why);
+    }
+  };
+}
+
+}  // namespace
+
+CliCommand bind_load_table(CLI::App& program) {
+  CLI::App* command = program.add_subcommand("load-table", "the load with less and more powder");
+  auto args = std::make_shared<LoadTableArgs>();
+  add_load_options(*command, args->load, {"text", "json", "csv", "xlsx"});
+  add_number(*command, "--step-percent", args->step_percent, 0.1, 9, "of the charge, 0.1 to 9");
+  add_number(*command, "--step-grains", args->step_grains, 0.1, 5, "0.1 to 5");
+  command->get_option("--step-grains")->excludes(command->get_option("--step-percent"));
+  add_number(*command, "--ba-tolerance", args->ba_tolerance, 1, 99, "of the burn rate, percent");
+  return {command, telling(args, run_load_table)};
+}
+
+CliCommand bind_powder_table(CLI::App& program) {
+  CLI::App* command =
+      program.add_subcommand("powder-table", "the powders of a file, each fitted to a target");
+  auto args = std::make_shared<PowderTableArgs>();
+  add_load_options(*command, args->load, {"text", "json", "csv", "xlsx"});
+  command->add_option("--powders", args->powders, "record file")->required();
+  command->add_option("--strategy", args->strategy, strategy_help())->required();
+  command->add_option("--sort", args->sort, "column, by name or number");
+  command->add_flag("--descending", args->descending);
+  return {command, telling(args, run_powder_table)};
 }
 
 }  // namespace tv

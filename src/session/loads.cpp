@@ -199,9 +199,10 @@ void refresh_all_fields(Session& s) {
   refresh_fill(s);
 }
 
-bool load_read(Session& s, const std::string& file) {
+bool load_read(Session& s, const std::string& file) { return load_take(s, file, read_file(file)); }
+
+bool load_take(Session& s, const std::string& file, const FileRead& read) {
   leave_focus(s);  // nothing held from before survives the load
-  const FileRead read = read_file(file);
   const bool settings = file == s.settings_file;
   const SectionedFile sections(read.bytes, s.language.page());
   CalcState state = s.state;  // taken over when it is whole

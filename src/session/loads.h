@@ -4,10 +4,12 @@
 #include <string>
 
 #include "session/session.h"
+#include "text/file.h"
 
 namespace tv {
 
 bool load_read(Session& s, const std::string& file);
+bool load_take(Session& s, const std::string& file, const FileRead& read);  // the same from bytes at hand
 bool load_write(Session& s, const std::string& file);  // the load's keys; a box on failure
 void save_current_load(Session& s);  // into the settings file; nothing when the session writes no files
 // Brings all number fields up to date with the state, in the formats of a load that has just been read.

@@ -142,7 +142,8 @@ struct Session {
   Options options;
   DataRoots roots;
   std::string settings_file, transfer_file;
-  bool writes_files = true;  // settings, current load and transfer file; off for single commands
+  bool writes_files = true;    // settings, current load and transfer file; off for single commands
+  bool reads_settings = true;  // off: the start takes the defaults instead of the user's settings
 
   // the load
   CalcState state;

@@ -59,7 +59,7 @@ void find_design_data(Session& s) {
 void take_places(Session& s, const PlaceHints& hints) {
   s.roots = find_data_root(hints);
   if (s.writes_files) make_folders(s.roots.root);
-  s.settings_file = s.roots.root + "ternofw.set";
+  if (s.reads_settings) s.settings_file = s.roots.root + "ternofw.set";
   s.transfer_file = s.roots.root + "ternofw.xmt";
 }
 

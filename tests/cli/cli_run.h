@@ -24,6 +24,7 @@ public:
   Scratch() {
     std::string pattern = (std::filesystem::temp_directory_path() / "tv-cli-XXXXXX").string();
     path_ = std::string(mkdtemp(pattern.data())) + "/";
+    std::filesystem::create_directory(root());
   }
   ~Scratch() { std::filesystem::remove_all(path_); }
   Scratch(const Scratch&) = delete;

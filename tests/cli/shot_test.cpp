@@ -34,7 +34,7 @@ TEST(Shot, ExampleLoadsAgreeWithAnIntegration) {
     EXPECT_NEAR(json["curve"]["p"].back().get<double>() / 1e6, e.muzzle_MPa, 0.012 * e.muzzle_MPa);
     EXPECT_TRUE(json["warnings"].empty()) << json["warnings"];
   }
-  EXPECT_FALSE(std::filesystem::exists(scratch.root())) << "a shot writes nothing";
+  EXPECT_TRUE(std::filesystem::is_empty(scratch.root())) << "a shot writes nothing";
 }
 
 // Each form of the answer is the same shot, and every number reads back to the same double.
@@ -46,7 +46,7 @@ TEST(Shot, FormsAgreeAndNumbersReadBack) {
   EXPECT_NEAR(json["result"]["vMuzzle"].get<double>(), 899.32, 0.02);
   EXPECT_EQ(json["panel"]["Vnull"], "899");
   EXPECT_EQ(json["load"]["powwht"], "73");
-  EXPECT_EQ(json["notes"], Json({"fwarn8", "fwarn11"}));
+  EXPECT_EQ(json["notes"], Json({"fwarn2", "fwarn8", "fwarn11"}));
   EXPECT_EQ(Json::parse(json.dump()), json);
 
   std::istringstream csv(cli_in(scratch, {"shot", load, "--format", "csv"}).out);
@@ -128,11 +128,11 @@ TEST(Shot, TellsWrongUsageRefusalsAndFilesApart) {
       {{"shot", load, "--step", "huge"}, 2, "--step"},
       {{"shot", load, "--set", "nokey=1"}, 2, "nokey"},
       {{"shot", load, "--set", "powwht"}, 2, "powwht"},
-      {{"shot", load, "--set", "powwht=much"}, 2, "much"},
-      {{"shot", load, "--set", "powwht=nan"}, 2, "nan"},
-      {{"shot", load, "--set", "powwht=1e999"}, 2, "1e999"},
-      {{"shot", load, "--set", "lod2nd=x"}, 2, "lod2nd"},
-      {{"shot", load, "--set", "powwht=0"}, 1, "MPgn"},
+      {{"shot", load, "--set", "powwht=much"}, 1, "much"},
+      {{"shot", load, "--set", "powwht=nan"}, 1, "nan"},
+      {{"shot", load, "--set", "powwht=1e999"}, 1, "1e999"},
+      {{"shot", load, "--set", "lod2nd=x"}, 1, "lod2nd"},
+      {{"shot", load, "--set", "powwht=0"}, 1, "powwht"},
       {{"shot", scratch.path() + "none.dat"}, 3, "none.dat"},
       {{"shot", scratch.path()}, 3, scratch.path().c_str()},
       {{"shot", rubbish}, 3, "rubbish.dat"},
@@ -158,22 +158,36 @@ TEST(Shot, TellsWrongUsageRefusalsAndFilesApart) {
 TEST(Shot, RefusalsNameMessageStageAndField) {
   const Scratch scratch;
   struct Case {
-    const char *load, *set, *message, *stage, *field;
+    const char *set, *in_file, *message, *stage, *field;  // a value as typed, or the line of the load for it
   };
-  for (const Case& c :
-       {Case{"308_winchester_168", "powwht=90", "msg182", "prepareShot", "MPgn"},
-        Case{"308_winchester_168", "kappax=2", "fpow", "prepareShot", "Kap"},
-        Case{"308_winchester_168", "laflen=0", "", "transferInputs", "Llenm"},
-        Case{"308_winchester_168", "anfdru=2e9", "msg144", "checkStartPressure", "ini_press1"},
-        Case{"308_winchester_168", "abkof1=0", "msg102", "Ca_Knst_n_Z1", ""},
-        Case{"308_winchester_168", "kalzug=0.31", "msg161", "transferInputs", "qfqi"}}) {
+  for (const Case& c : {Case{"powwht=90", nullptr, "msg182", "prepareShot", "MPgn"},
+                        Case{"kappax=2", nullptr, "428msg", "set", "kappax"},
+                        Case{"kappax=2", "kappax=", "fpow", "prepareShot", "Kap"},
+                        Case{"laflen=0", "laflen=", "428msg", "transferInputs", "Llenm"},
+                        Case{"bulgew=0", "bulgew=", "428msg", "transferInputs", "Bwgm"},
+                        Case{"pulver=none such", nullptr, "480msg", "set", "pulver"},
+                        Case{"bultyp=", "bultyp=", "484msg", "transferInputs", "Bnam"},
+                        Case{"anfdru=2e9", "anfdru=", "msg144", "checkStartPressure", "ini_press1"},
+                        Case{"abkof1=0", nullptr, "msg102", "Ca_Knst_n_Z1", ""},
+                        Case{"kalzug=0.31", nullptr, "msg161", "transferInputs", "qfqi"}}) {
     SCOPED_TRACE(c.set);
-    const CliAnswer answer = cli_in(scratch, {"shot", load_file(c.load), "--set", c.set, "--format", "json"});
+    const std::string bytes = read_bytes(load_file("308_winchester_168"));
+    std::vector<std::string> arguments{"shot", load_file("308_winchester_168"), "--set", c.set};
+    if (c.in_file) {
+      const auto at = bytes.find(c.in_file);
+      arguments = {
+          "shot", scratch.write("changed.dat",
+                                std::string(bytes).replace(at, bytes.find_first_of("\r\n", at) - at, c.set))};
+    }
+    arguments.insert(arguments.end(), {"--format", "json"});
+    const CliAnswer answer = cli_in(scratch, arguments);
     EXPECT_EQ(answer.exit, 1);
     const Json error = answer.json()["error"];
     EXPECT_EQ(error["message"], c.message);
     EXPECT_EQ(error["stage"], c.stage);
     EXPECT_EQ(error["field"], c.field);
+    EXPECT_GT(error["text"].get<std::string>().size(), 12U);
+    EXPECT_NE(answer.err.find(error["text"].get<std::string>()), std::string::npos);
   }
   // The question about the bore area is answered by the option; another language tells the same keys.
   const std::vector<std::string> stale{

@@ -34,7 +34,7 @@ TEST(LoadTable, RowsAreShotsOfTheirOwn) {
   const Json grains =
       cli_in(scratch, {"load-table", load, "--step-grains", "0.5", "--format", "json"}).json();
   EXPECT_NEAR(number(grains["rows"][11]["charge"]) - number(grains["rows"][10]["charge"]), 0.5, 1e-9);
-  EXPECT_FALSE(std::filesystem::exists(scratch.root()));
+  EXPECT_TRUE(std::filesystem::is_empty(scratch.root()));
 }
 
 TEST(LoadTable, ImpossibleRowsAreTold) {
@@ -94,8 +94,19 @@ TEST(PowderTable, RefusesCriteriaAndFilesThatAreNone) {
   EXPECT_EQ(table({"--powders", kPowders, "--set", "lod2nd=0.2"}).exit, 1);
   EXPECT_EQ(table({"--powders", scratch.path() + "none.pro"}).exit, 3);
   EXPECT_EQ(table({"--powders", kPowders, "--sort", "colour"}).exit, 2);
-  EXPECT_EQ(table({"--powders", kPowders, "--set", "powwht=0"}).exit, 0) << "finds charges of its own";
-  EXPECT_EQ(table({"--powders", kPowders, "--strategy", "8", "--set", "powwht=0"}).exit, 1);
+  std::string bytes = read_bytes(load);
+  const std::string charge = "powwht= 38.7";
+  const std::string empty =
+      scratch.write("empty.dat", bytes.replace(bytes.find(charge), charge.size(), "powwht=0"));
+  const auto of_empty = [&](const char* strategy) {
+    return cli_in(scratch, {"powder-table", empty, "--powders", kPowders, "--strategy", strategy}).exit;
+  };
+  EXPECT_EQ(of_empty("loading-ratio"), 0) << "finds charges of its own";
+  EXPECT_EQ(of_empty("chamber"), 1);
+  EXPECT_EQ(table({"--powders", delivered("bullets/ternofw.bul")}).exit, 3);
+  EXPECT_EQ(
+      table({"--powders", scratch.write("other.pro", read_bytes(delivered("bullets/ternofw.bul")))}).exit, 3);
+  EXPECT_EQ(table({"--powders", kPowders, "--strategy", "9"}).exit, 2);
   const CliAnswer answer = table({"--powders", scratch.write("empty.pro", ""), "--format", "json"});
   EXPECT_EQ(answer.exit, 0) << answer.err;
   EXPECT_TRUE(answer.json()["rows"].empty());
