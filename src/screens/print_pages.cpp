@@ -1,5 +1,7 @@
 #include "screens/print_pages.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 
 #include "screens/output_window.h"
@@ -97,8 +99,7 @@ Sheet make_sheet(const Session& s, const PrintArea& area) {
   y = area.height - foot;
   rule();
   for (const std::string& line : notes) write(line, kNoteSize, false);
-  write(std::string(kProgramName) + " " + kVersion + ", " + s.shown.date + " " + s.shown.time, kNoteSize,
-        false);
+  write(fmt::format("{} {}, {} {}", kProgramName, kVersion, s.shown.date, s.shown.time), kNoteSize, false);
   return sheet;
 }
 
