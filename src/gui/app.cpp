@@ -11,6 +11,7 @@
 #include "gui/desk.h"
 #include "gui/gui_user.h"
 #include "gui/icons.h"
+#include "gui/palettes.h"
 #include "gui/program_style.h"
 #include "gui/windows.h"
 #include "screens/all.h"
@@ -95,6 +96,7 @@ int run_program(App& app, const PlaceHints& hints, const QStringList& loads) {
   app.setQuitOnLastWindowClosed(false);  // the notice closes before the frame opens
   int answer = 0;
   if (start(session, hints)) {
+    if (session.options.look != 0) apply_look(session.options.look);
     Desk desk(session);
     user.attach(&session, &desk);
     if (show_notice(session)) {

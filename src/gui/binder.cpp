@@ -9,6 +9,7 @@
 #include <QListWidget>
 #include <QMimeData>
 #include <QPlainTextEdit>
+#include <QPushButton>
 #include <QRadioButton>
 #include <QScrollBar>
 #include <QSlider>
@@ -16,10 +17,12 @@
 #include <algorithm>
 
 #include "gui/captions.h"
+#include "gui/fold_head.h"
 #include "gui/number_edit.h"
 #include "gui/record_list.h"
 #include "screens/commands.h"
 #include "session/entry.h"
+#include "session/folds.h"
 #include "session/record_lists.h"
 
 namespace tv {
@@ -43,8 +46,10 @@ Binder::Binder(Session& session, Act act, const ScreenSpec& spec, QWidget* root)
     : QObject(root), session_(session), act_(std::move(act)), spec_(spec), screen_(spec.name), root_(root) {
   for (const auto& [name, field] : session_.screens[screen_].fields)
     if (auto* widget = bound(name)) connect_widget(name, widget);
-  for (QWidget* child : root_->findChildren<QWidget*>())
+  for (QWidget* child : root_->findChildren<QWidget*>()) {
     if (child->focusPolicy() != Qt::NoFocus) child->installEventFilter(this);
+    if (auto* head = dynamic_cast<FoldHead*>(child)) connect_fold(head);
+  }
   root_->installEventFilter(this);
 }
 
@@ -99,6 +104,18 @@ void Binder::connect_widget(const std::string& name, QWidget* widget) {
   }
 }
 
+void Binder::connect_fold(FoldHead* head) {
+  folds_.push_back(head);
+  connect(head, &QAbstractButton::clicked, this, [this, head] {
+    act_([this, head] { toggle_fold(session_, screen_, head->group()); });
+  });
+}
+
+void Binder::show_folds() {
+  for (FoldHead* head : folds_)
+    head->show_state(fold_open(session_, screen_, head->group()), qt(head->group().summary(session_)));
+}
+
 bool Binder::has_session_focus(std::string_view name) const {
   return session_.focus.screen == screen_ && session_.focus.field == name;
 }
@@ -145,15 +162,17 @@ bool Binder::key_pressed(const std::string& name, QWidget* widget, int pressed,
     }
     return true;
   }
-  if (enter && !modifiers && qobject_cast<QLineEdit*>(widget) && spec_.default_button) {
+  auto* push = qobject_cast<QPushButton*>(widget);
+  if (enter && push) {
+    push->click();
+    return true;
+  }
+  // Space is for boxes, options and folds.
+  if (enter && !modifiers && spec_.default_button &&
+      (qobject_cast<QLineEdit*>(widget) || qobject_cast<QAbstractButton*>(widget))) {
     act_([this] { press(session_, screen_, spec_.default_button); });
     return true;
   }
-  if (enter)
-    if (auto* button = qobject_cast<QAbstractButton*>(widget)) {
-      button->click();
-      return true;
-    }
   // Keys that no entry field uses may mean something to the screen.
   if (name.empty() || (pressed < Qt::Key_Escape && !(modifiers & (Qt::ControlModifier | Qt::AltModifier))))
     return false;
@@ -213,7 +232,9 @@ bool Binder::refresh() {
   for (const auto& [name, field] : screen.fields)
     if (auto* widget = bound(name)) show(name, field, widget);
   show_groups();
+  show_folds();
   show_units();
+  say_units();
   show_sources();
   show_hint(screen);
   return relabelled_;
@@ -328,6 +349,17 @@ void Binder::show_units() {
     else if (const QStringList units = label->property("local_units").toStringList(); units.size() == 2)
       unit = qt(session_.language.text("units", utf8(units[imperial ? 1 : 0])));
     if (!unit.isEmpty()) show_label(label, unit);
+  }
+}
+
+// A screen reader says what a field is and in which unit, also where a choice of the person changes the unit.
+void Binder::say_units() {
+  for (QLineEdit* edit : root_->findChildren<QLineEdit*>()) {
+    auto* unit = qobject_cast<QLabel*>(edit->property(kUnitLabel).value<QObject*>());
+    QString spoken = edit->property(kSpoken).toString();
+    if (!unit || spoken.isEmpty()) continue;
+    spoken += ' ' + unit->text();
+    if (edit->accessibleName() != spoken) edit->setAccessibleName(spoken);
   }
 }
 

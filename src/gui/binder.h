@@ -17,6 +17,7 @@ class QListWidget;
 
 namespace tv {
 
+class FoldHead;
 class RecordList;
 
 // Runs an action of a person on the session and draws all windows anew.
@@ -29,7 +30,7 @@ public:
 
   // Record to widgets. True: a label has changed and may need more room.
   bool refresh();
-  // Escape: the field gets back what it held, else the screen closes.
+  // Escape: the field gets back what it held; else the screen closes, unless it is a child of the frame.
   void escape();
 
 protected:
@@ -47,7 +48,10 @@ private:
   void show_label(QLabel* label, const QString& text);
   void show_look(const Field& field, QWidget* widget);
   void show_groups();
+  void show_folds();
+  void connect_fold(FoldHead* head);
   void show_units();
+  void say_units();
   void show_sources();
   void show_hint(const Screen& screen);
   bool has_session_focus(std::string_view name) const;
@@ -58,6 +62,7 @@ private:
   std::string screen_;
   QWidget* root_;
   QLabel* hint_ = nullptr;
+  std::vector<FoldHead*> folds_;
   bool relabelled_ = false;
   std::map<std::string, std::vector<std::string>> shown_items_;
 };

@@ -79,10 +79,11 @@ private:
       if (!action->menu() && !action->isSeparator() && !action->objectName().isEmpty()) {
         // Two blanks or more part the caption from a key that the system itself defines.
         QString shown = caption(action);
+        if (action->property(kEllipsis).toBool() && !shown.contains("...")) shown += QChar(0x2026);
         if (const qsizetype gap = shown.indexOf("  "); gap > 0)
           shown = shown.left(gap) + '\t' + shown.mid(gap).trimmed();
         action->setText(shown);
-        action->setToolTip(tip_text(s_, action->objectName(), shown));
+        action->setToolTip(tip_text(s_, action->objectName(), caption(action)));
       }
   }
 
@@ -98,11 +99,10 @@ private:
     QString spoken = caption(&widget);
     if (const QVariant label = widget.property("label_key"); label.isValid()) {
       spoken = text(label.toString());
-      const QString unit = widget.property("unit_key").toString();
-      if (!unit.isEmpty()) spoken += ' ' + qt(s_.language.text("units", utf8(unit)));
       if (const QVariant index = widget.property("label_index"); index.isValid())
         spoken += ' ' + index.toString();
     }
+    widget.setProperty(kSpoken, plain_caption(spoken));
     if (!spoken.isEmpty()) widget.setAccessibleName(plain_caption(spoken));
     widget.setToolTip(tv::tip_text(s_, &widget));
     widget.setAccessibleDescription(widget.toolTip());

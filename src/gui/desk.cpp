@@ -8,12 +8,15 @@
 #include <QMessageBox>
 #include <QVBoxLayout>
 #include <algorithm>
+#include <iterator>
 
 #include "gui/binder.h"
 #include "gui/captions.h"
 #include "gui/form_builder.h"
 #include "gui/main_frame.h"
+#include "gui/number_edit.h"
 #include "gui/surface_view.h"
+#include "gui/tiled_desk.h"
 #include "gui/window_commands.h"
 #include "gui/windows.h"
 #include "session/entry.h"
@@ -46,7 +49,6 @@ void Desk::open_frame() {
       if (spec->shape == ScreenShape::child) open_screen(session_, spec->name);
   });
   frame_->restore_places();
-  frame_->show();
   act([this] { focus_list(session_, RecordKind::cartridges); });
 }
 
@@ -79,8 +81,10 @@ void Desk::refresh() {
   for (int round = 0; again_ && round < 4; ++round) {
     again_ = false;
     for (auto& [screen, view] : views_) {
-      show_visibility(screen);
-      if (session_.screens[screen].visible) view.refresh();
+      const bool tile = tiled_ && session_.screens[screen].spec->shape == ScreenShape::child;
+      if (!tile) show_visibility(screen);
+      // Key figures stand on a tiled desk without the rest of their screen.
+      if (session_.screens[screen].visible || (tiled_ && view.apart)) view.refresh();
     }
     if (frame_) frame_->refresh();
   }
@@ -91,7 +95,10 @@ void Desk::show_visibility(std::string_view screen) {
   const auto at = views_.find(screen);
   if (at == views_.end()) return;
   QWidget* window = at->second.window;
-  const bool wanted = session_.screens.find(screen)->second.visible;
+  const Screen& record = session_.screens.find(screen)->second;
+  const bool child = record.spec->shape == ScreenShape::child;
+  if (tiled_ && child) return frame_->tiles().refresh();
+  const bool wanted = record.visible;
   if (wanted == !window->isHidden()) return;
   if (auto* dialog = qobject_cast<QDialog*>(window); dialog && dialog->isModal() && !wanted)
     dialog->done(QDialog::Rejected);
@@ -110,11 +117,9 @@ void Desk::translate_toolkit() {
 
 void Desk::recaption() {
   translate_toolkit();
-  const bool tiled = frame_ && still_tiled(*this);
   for (auto& [screen, view] : views_) view.recaption();
   if (frame_) frame_->recaption();
   refresh();
-  if (tiled) tile(*this);
 }
 
 // From the inside out; a hidden window would do it only when it is shown, too late to grow.
@@ -133,6 +138,10 @@ View* Desk::view(std::string_view screen) {
   View view = make_view(*known->second.spec);
   if (!view.window) return nullptr;
   View& kept = views_[known->first] = std::move(view);
+  if (tiled_ && known->second.spec->shape == ScreenShape::child) {
+    frame_->tiles().take(screen, kept);
+    frame_->tiles().settle();
+  }
   kept.recaption();
   kept.refresh();
   return &kept;
@@ -159,19 +168,58 @@ View Desk::make_view(const ScreenSpec& spec) {
   if (own != std::end(kOwnWindows))
     view = own->make(*this, spec, frame_.get());
   else
-    view.root = build_form(*this, spec, nullptr);
+    view.root = build_form(*this, spec, spec.form, nullptr);
+  if (!spec.apart.empty()) view.apart = build_form(*this, spec, spec.apart, nullptr);
   if (!view.window) give_window(spec, view);
   return view;
+}
+
+QWidget* View::control(const QString& name) const {
+  for (const QWidget* part : {apart, root})
+    if (part)
+      if (auto* found = part->findChild<QWidget*>(name)) return found;
+  return nullptr;
+}
+
+namespace {
+
+bool is_entry(const ScreenSpec& spec) { return spec.role == Role::dimensions || spec.role == Role::powder; }
+
+std::vector<QWidget*> parts_of(const View& view) {
+  if (view.apart) return {view.apart, view.root};
+  return {view.root};
+}
+
+}  // namespace
+
+// The entries of the load have their edges in common, whatever window they stand in.
+void Desk::align(const ScreenSpec& spec, const View& view) const {
+  std::vector<QWidget*> parts = parts_of(view);
+  for (const auto& [name, other] : views_)
+    if (const ScreenSpec* known = session_.screens.find(name)->second.spec;
+        is_entry(spec) && is_entry(*known) && known != &spec)
+      std::ranges::copy(parts_of(other), std::back_inserter(parts));
+  align_forms(parts);
 }
 
 // A child of the frame, a dialog or a floating window around the root, and what keeps it up to date.
 void Desk::give_window(const ScreenSpec& spec, View& view) {
   const std::string screen = spec.name;
-  auto* binder = new Binder(
-      session_, [this](const auto& action) { act(action); }, spec, view.root);
+  const auto run = [this](const auto& action) { act(action); };
+  std::vector<Binder*> binders;
+  for (QWidget* part : parts_of(view)) {
+    part->setObjectName(spec.name);
+    part->setProperty(kOwnSection, true);
+    binders.push_back(new Binder(session_, run, spec, part));
+  }
+  view.body = new QWidget;
+  auto* column = new QVBoxLayout(view.body);
+  column->setContentsMargins(0, 0, 0, 0);
+  column->setSpacing(0);
+  for (QWidget* part : parts_of(view)) column->addWidget(part, part == view.root ? 1 : 0);
   if (spec.shape == ScreenShape::child && frame_) {
     auto* child = new ChildWindow(*this, screen);
-    child->setWidget(view.root);
+    child->setWidget(view.body);
     frame_->area().addSubWindow(child);
     view.window = child;
   } else {
@@ -179,39 +227,79 @@ void Desk::give_window(const ScreenSpec& spec, View& view) {
     auto* layout = new QVBoxLayout(dialog);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSizeConstraint(QLayout::SetMinimumSize);
-    layout->addWidget(view.root);
+    layout->addWidget(view.body);
     if (spec.shape == ScreenShape::floating) dialog->setWindowFlag(Qt::Tool);
     view.window = dialog;
   }
   view.window->setObjectName(spec.name);
   view.window->setProperty(kOwnSection, true);
   std::vector<SurfaceView*> surfaces;
-  for (QWidget* widget : view.root->findChildren<QWidget*>())
-    if (auto* surface = dynamic_cast<SurfaceView*>(widget)) surfaces.push_back(surface);
+  for (QWidget* part : parts_of(view))
+    for (QWidget* widget : part->findChildren<QWidget*>())
+      if (auto* surface = dynamic_cast<SurfaceView*>(widget)) surfaces.push_back(surface);
   // New captions and units may need more room, also in a window that is hidden now.
-  const auto fit = [window = view.window, root = view.root] {
-    align_form(root);
-    settle_layouts(window);
-    window->resize(window->size().expandedTo(window->minimumSizeHint()));
+  const auto fit = [this, &spec, kept = view] {
+    align(spec, kept);
+    settle_layouts(kept.window);
+    kept.window->resize(kept.window->size().expandedTo(kept.window->minimumSizeHint()));
   };
-  view.refresh = [binder, fit, surfaces, own = view.refresh] {
-    if (binder->refresh()) fit();
+  view.refresh = [binders, fit, surfaces, own = view.refresh] {
+    bool relabelled = false;
+    for (Binder* binder : binders) relabelled = binder->refresh() || relabelled;
+    if (relabelled) fit();
     if (own) own();
     for (SurfaceView* surface : surfaces) surface->refresh();
   };
-  view.recaption = [this, &spec, window = view.window, root = view.root, fit, own = view.recaption] {
-    apply_captions(root, session_, spec.section);
+  view.recaption = [this, &spec, kept = view, fit, own = view.recaption] {
+    for (QWidget* part : parts_of(kept)) apply_captions(part, session_, spec.section);
     fit();
-    window->setWindowTitle(plain_caption(qt(session_.language.text(spec.section, spec.name))) + " - " +
-                           kProgramName);
+    kept.window->setWindowTitle(plain_caption(qt(session_.language.text(spec.section, spec.name))) + " - " +
+                                kProgramName);
     if (own) own();
   };
+}
+
+void Desk::arrange(bool tiled) {
+  tiled_ = tiled;
+  for (auto& [screen, view] : views_) {
+    if (session_.screens[screen].spec->shape != ScreenShape::child) continue;
+    if (tiled) {
+      frame_->tiles().take(screen, view);
+      continue;
+    }
+    frame_->tiles().give_back(view);
+    auto* column = static_cast<QVBoxLayout*>(view.body->layout());
+    for (QWidget* part : parts_of(view)) {
+      column->addWidget(part, part == view.root ? 1 : 0);
+      part->show();
+    }
+    view.window->setVisible(session_.screens[screen].visible);
+  }
+  if (tiled) frame_->tiles().settle();
+  frame_->show_tiled(tiled);
+  refresh();
+}
+
+void Desk::show_in_front(std::string_view screen) {
+  View* shown = view(screen);
+  if (!shown) return;
+  if (tiled_) return frame_->tiles().bring_to_front(screen);
+  auto* child = static_cast<QMdiSubWindow*>(shown->window);
+  if (child->isMinimized()) child->showNormal();
+  // A window with nothing to type into does not take the focus from the entry at hand.
+  const auto fields = shown->body->findChildren<FieldEdit*>();
+  const bool entries = std::ranges::any_of(fields, [](const FieldEdit* edit) { return !edit->isReadOnly(); });
+  child->raise();
+  if (!entries && frame_->area().activeSubWindow()) return;
+  frame_->area().setActiveSubWindow(child);
+  frame_->scroll_to(*child);
 }
 
 std::string Desk::active_screen() const {
   const QWidget* active = QApplication::activeWindow();
   for (const auto& [screen, view] : views_)
     if (view.window == active) return screen;
+  if (frame_ && tiled_) return frame_->tiles().screen_of(frame_->focusWidget());
   if (frame_)
     if (const QMdiSubWindow* child = frame_->area().activeSubWindow()) return utf8(child->objectName());
   return "frmMAIN";

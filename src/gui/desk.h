@@ -17,12 +17,17 @@ namespace tv {
 
 class MainFrame;
 
-// A window as the desk knows it: `window` is shown and hidden, `root` holds the controls.
+// A window as the desk knows it: `window` is shown and hidden, `root` holds the controls of the form, `apart`
+// those that stand apart from it. `body` is what the window holds: both, above each other.
 struct View {
   QWidget* window = nullptr;
   QWidget* root = nullptr;
+  QWidget* apart = nullptr;
+  QWidget* body = nullptr;
   std::function<void()> refresh;
   std::function<void()> recaption;
+
+  QWidget* control(const QString& name) const;  // null if it has none of that name
 };
 
 class Desk : public QObject {
@@ -50,19 +55,24 @@ public:
   void show_visibility(std::string_view screen);  // its window comes and goes as its record says
   // Where the focus is: the screen whose window is active; "frmMAIN" if none.
   std::string active_screen() const;
+  // Tiled, the children of the frame are panes of one desk; else windows of their own.
+  bool tiled() const { return tiled_; }
+  void arrange(bool tiled);
+  void show_in_front(std::string_view screen);  // a child of the frame: its window, pane or tab
   // A modal screen: returns when it was closed.
   void run_dialog(std::string_view screen);
 
 private:
   View make_view(const ScreenSpec& spec);
   void give_window(const ScreenSpec& spec, View& view);
+  void align(const ScreenSpec& spec, const View& view) const;
   void translate_toolkit();
   Session& session_;
   QTranslator translator_;
   std::unique_ptr<MainFrame> frame_;
   std::map<std::string, View, std::less<>> views_;
   int depth_ = 0, refreshes_ = 0;
-  bool refreshing_ = false, again_ = false, ending_ = false, closing_ = false;
+  bool tiled_ = false, refreshing_ = false, again_ = false, ending_ = false, closing_ = false;
 };
 
 // Shows an unforeseen fault and goes on.

@@ -16,8 +16,11 @@
 #include <map>
 
 #include "gui/captions.h"
+#include "gui/figure_flow.h"
+#include "gui/fold_head.h"
 #include "gui/number_edit.h"
 #include "gui/record_list.h"
+#include "gui/small_labels.h"
 #include "gui/surface_view.h"
 #include "session/entry.h"
 
@@ -56,15 +59,21 @@ private:
 
 class Builder {
 public:
-  Builder(Desk& desk, const ScreenSpec& spec, QWidget* root) : desk_(desk), spec_(spec), root_(root) {}
+  Builder(Desk& desk, const ScreenSpec& spec, std::span<const Group> groups, QWidget* root)
+      : desk_(desk), spec_(spec), groups_(groups), root_(root) {}
 
   void build() {
+    if (!groups_.empty() && groups_[0].rows[0].shape == RowShape::figure) {  // figures flow beside each other
+      auto* flow = new FigureFlow(root_);
+      for (const Group& group : groups_) add_group(group, [&](QWidget* box) { flow->addWidget(box); });
+      return;
+    }
     auto* grid = new QGridLayout(root_);
     std::map<int, QVBoxLayout*> columns;
     int count = 1;
-    for (const Group& group : spec_.form) count = std::max(count, group.column + 1);
+    for (const Group& group : groups_) count = std::max(count, group.column + 1);
     int below = 1;
-    for (const Group& group : spec_.form) {
+    for (const Group& group : groups_) {
       if (group.column < 0) {  // over the whole width
         add_group(group, [&](QWidget* box) { grid->addWidget(box, below++, 0, 1, count); });
         continue;
@@ -81,6 +90,8 @@ public:
       add_group(group, [&](QWidget* box) { column->addWidget(box, grows ? 100 : 0); });
     }
     for (auto& [number, column] : columns) column->addStretch(1);
+    // One filled button a window: on the desk that which stands with the charge.
+    if (spec_.shape == ScreenShape::child && spec_.role != Role::powder) return;
     if (auto* button = root_->findChild<QPushButton*>(QString(spec_.default_button)))
       button->setDefault(true);
   }
@@ -88,21 +99,46 @@ public:
 private:
   template <class Add>
   void add_group(const Group& group, Add add) {
-    auto* box = group.title ? static_cast<QWidget*>(new QGroupBox(root_)) : new QWidget(root_);
-    if (group.title) box->setObjectName(group.title);
+    const bool framed = group.title && !group.summary;
+    auto* box = framed ? static_cast<QWidget*>(new QGroupBox(root_)) : new QWidget(root_);
+    if (framed) box->setObjectName(group.title);
     if (group.shown) box->setProperty(kGroup, static_cast<int>(&group - spec_.form.data()));
     auto* grid = new QGridLayout(box);
-    if (!group.title) grid->setContentsMargins(0, 0, 0, 0);
+    if (!framed) grid->setContentsMargins(0, 0, 0, 0);
     grid->setVerticalSpacing(3);
     grid->setProperty("column", group.column);
-    if (group.title) grid->setContentsMargins(8, 4, 8, 6);
-    // label, field, unit, field, unit: the fields share what room is left
-    grid->setColumnStretch(1, 1);
-    grid->setColumnStretch(3, 1);
+    if (framed) grid->setContentsMargins(8, 4, 8, 6);
+    // label, field, unit, field, unit: fields are as wide as their numbers; texts take what room is left
+    if (has_texts(group)) {
+      grid->setColumnStretch(1, 1);
+      grid->setColumnStretch(3, 1);
+    } else {
+      grid->setColumnStretch(5, 1);
+    }
     for (const Row& row : group.rows) add_row(*grid, row, *box);
     // Across all columns, so that a group with one field a row shares them as its neighbours do.
-    grid->addItem(new QSpacerItem(0, 0), 0, 0, 1, 5);
-    add(box);
+    grid->addItem(new QSpacerItem(0, 0), 0, 0, 1, 6);
+    add(group.summary ? folding(group, box) : box);
+  }
+
+  // The group below its head, which shows and hides it.
+  QWidget* folding(const Group& group, QWidget* box) {
+    auto* whole = new QWidget(root_);
+    auto* layout = new QVBoxLayout(whole);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(3);
+    layout->addWidget(new FoldHead(group, box, whole));
+    layout->addWidget(box);
+    return whole;
+  }
+
+  static bool has_texts(const Group& group) {
+    for (const Row& row : group.rows)
+      if (row.shape == RowShape::pair)
+        for (const Place& place : row.places)
+          if (place.control && place.kind != ControlKind::number && place.kind != ControlKind::display)
+            return true;
+    return false;
   }
 
   void add_row(QGridLayout& grid, const Row& row, QWidget& box) {
@@ -113,13 +149,13 @@ private:
       case RowShape::wide: {
         QWidget* widget = control(row.places[0], row, box);
         add_label(grid, at, row.label, widget, box);
-        grid.addWidget(widget, at, 1, 1, 4);
+        grid.addWidget(widget, at, 1, 1, 5);
       }
         return;
       case RowShape::source: {
         auto* label = new SourceLabel(&box);
         label->setObjectName(QString("source_") + row.label);
-        grid.addWidget(label, at, 1, 1, 4);
+        grid.addWidget(label, at, 1, 1, 5);
         return;
       }
       case RowShape::slider:
@@ -129,17 +165,57 @@ private:
         return add_line(grid, at, row, box);
       case RowShape::block: {
         QWidget* widget = control(row.places[0], row, box);
-        if (row.label) grid.addWidget(make_label(row.label, widget, box), at, 0, 1, 5);
-        grid.addWidget(widget, at + 1, 0, 1, 5);
+        if (row.label) grid.addWidget(make_label(row.label, widget, box), at, 0, 1, 6);
+        grid.addWidget(widget, at + 1, 0, 1, 6);
         grid.setRowStretch(at + 1, 1);
       }
         return;
       case RowShape::note:
-        grid.addWidget(make_label(row.label, nullptr, box), at, 0, 1, 5);
+        grid.addWidget(make_label(row.label, nullptr, box), at, 0, 1, 6);
         return;
       case RowShape::grid:
         return add_table(grid, at, row, box);
+      case RowShape::figure:
+        return add_figure(grid, at, row, box);
+      case RowShape::line:
+        return add_small_line(grid, at, row, box);
     }
+  }
+
+  void add_figure(QGridLayout& grid, int at, const Row& row, QWidget& box) {
+    auto* caption = new DimLabel(&box);
+    caption->setObjectName(QString("label_") + row.label);
+    caption->setProperty(kCaptionKey, QString(row.label));
+    scale_label(*caption, kSmallScale);
+    grid.addWidget(caption, at, 0, 1, 6);
+    auto* line = new QHBoxLayout;
+    line->setSpacing(4);
+    auto* figure = new QLabel(&box);
+    figure->setObjectName(row.places[0].control);
+    figure->setProperty("label_key", QString(row.label));
+    scale_label(*figure, kFigureScale, true);
+    line->addWidget(figure, 0, Qt::AlignBaseline);
+    if (const char* unit = unit_of(row.places[0])) line->addWidget(make_unit(unit, box), 0, Qt::AlignBaseline);
+    line->addStretch(1);
+    grid.addLayout(line, at + 1, 0, 1, 6);
+  }
+
+  void add_small_line(QGridLayout& grid, int at, const Row& row, QWidget& box) {
+    auto* line = new QHBoxLayout;
+    for (const Place& place : row.places) {
+      if (!place.control) continue;
+      if (place.kind == ControlKind::surface) {
+        QWidget* surface = make_control(place, place.control, &box);
+        surface->setFixedHeight(surface->sizeHint().height());
+        line->addWidget(surface, 1);
+        continue;
+      }
+      auto* label = new DimLabel(&box);
+      label->setObjectName(place.control);
+      scale_label(*label, kSmallScale);
+      line->addWidget(label, 1);
+    }
+    grid.addLayout(line, at, 0, 1, 6);
   }
 
   void add_pair(QGridLayout& grid, int at, const Row& row, QWidget& box) {
@@ -149,8 +225,13 @@ private:
       if (!place.control) continue;
       QWidget* widget = control(place, row, box);
       if (!first) first = widget;
-      grid.addWidget(widget, at, column);
-      if (const char* unit = unit_of(place)) grid.addWidget(make_unit(unit, box), at, column + 1);
+      const bool figure = place.kind == ControlKind::number || place.kind == ControlKind::display;
+      grid.addWidget(widget, at, column, figure ? Qt::AlignLeft | Qt::AlignVCenter : Qt::Alignment());
+      if (const char* unit = unit_of(place)) {
+        QLabel* label = make_unit(unit, box);
+        widget->setProperty(kUnitLabel, QVariant::fromValue<QObject*>(label));
+        grid.addWidget(label, at, column + 1);
+      }
       column += 2;
     }
     if (first && row.label) add_label(grid, at, row.label, first, box);
@@ -177,7 +258,7 @@ private:
       number->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
       table->addWidget(number, i, 0);
     }
-    grid.addLayout(table, at, 0, 1, 5);
+    grid.addLayout(table, at, 0, 1, 6);
   }
 
   QWidget* array_control(const Place& place, int i, QWidget& box) {
@@ -188,7 +269,7 @@ private:
   }
 
   void add_slider(QGridLayout& grid, int at, const Row& row, QWidget& box) {
-    grid.addWidget(control(row.places[0], row, box), at, 1, 1, 4);
+    grid.addWidget(control(row.places[0], row, box), at, 1, 1, 5);
   }
 
   void add_line(QGridLayout& grid, int at, const Row& row, QWidget& box) {
@@ -201,7 +282,7 @@ private:
     if (row.shape == RowShape::bare) line->addStretch(1);
     const bool labelled = row.shape == RowShape::bare && row.label;
     if (labelled) add_label(grid, at, row.label, nullptr, box);
-    grid.addLayout(line, at, labelled ? 1 : 0, 1, labelled ? 4 : 5);
+    grid.addLayout(line, at, labelled ? 1 : 0, 1, labelled ? 5 : 6);
   }
 
   // The unit behind a control: its own, else that of the number it shows.
@@ -216,8 +297,6 @@ private:
   QWidget* control(const Place& place, const Row& row, QWidget& box) {
     QWidget* widget = make_control(place, place.control, &box);
     if (row.label && row.label[0] != '@') widget->setProperty("label_key", QString(row.label));
-    if (const char* unit = unit_of(place); unit && unit[0] == 'u')
-      widget->setProperty("unit_key", QString(unit));
     return widget;
   }
 
@@ -291,7 +370,7 @@ private:
   }
 
   QLabel* make_unit(const char* unit, QWidget& box) {
-    auto* label = new QLabel(&box);
+    auto* label = new DimLabel(&box);
     if (unit[0] == '@')
       label->setObjectName(unit + 1);
     else if (unit[0] == '*')
@@ -305,18 +384,20 @@ private:
 
   Desk& desk_;
   const ScreenSpec& spec_;
+  std::span<const Group> groups_;
   QWidget* root_;
   std::map<std::string, QButtonGroup*> options_;
 };
 
 }  // namespace
 
-void align_form(QWidget* root) {
+void align_forms(const std::vector<QWidget*>& roots) {
   std::map<std::pair<int, int>, int> widest;  // form column, grid column: labels and units
   std::vector<std::pair<QGridLayout*, int>> grids;
-  for (QGridLayout* grid : root->findChildren<QGridLayout*>())
-    if (const QVariant column = grid->property("column"); column.isValid())
-      grids.emplace_back(grid, column.toInt());
+  for (const QWidget* root : roots)
+    for (QGridLayout* grid : root->findChildren<QGridLayout*>())
+      if (const QVariant column = grid->property("column"); column.isValid())
+        grids.emplace_back(grid, column.toInt());
   for (const auto& [grid, column] : grids)
     for (int i = 0; i < grid->count(); ++i) {
       int row = 0, part = 0, rows = 0, parts = 0;
@@ -329,9 +410,9 @@ void align_form(QWidget* root) {
     for (const int part : {0, 2, 4}) grid->setColumnMinimumWidth(part, widest[{column, part}]);
 }
 
-QWidget* build_form(Desk& desk, const ScreenSpec& spec, QWidget* parent) {
+QWidget* build_form(Desk& desk, const ScreenSpec& spec, std::span<const Group> groups, QWidget* parent) {
   auto* root = new QWidget(parent);
-  Builder(desk, spec, root).build();
+  Builder(desk, spec, groups, root).build();
   return root;
 }
 

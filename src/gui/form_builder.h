@@ -2,14 +2,17 @@
 #pragma once
 
 #include <QWidget>
+#include <span>
+#include <vector>
 
 #include "gui/desk.h"
 
 namespace tv {
 
-QWidget* build_form(Desk& desk, const ScreenSpec& spec, QWidget* parent);
+QWidget* build_form(Desk& desk, const ScreenSpec& spec, std::span<const Group> groups, QWidget* parent);
 
-// Gives labels, fields and units of all groups below each other the same edges; after each captioning.
-void align_form(QWidget* root);
+// Gives labels, fields and units of all groups below each other the same edges, over all the forms given; after
+// each captioning.
+void align_forms(const std::vector<QWidget*>& roots);
 
 }  // namespace tv

@@ -9,14 +9,14 @@
 #include <QMdiSubWindow>
 #include <QMessageBox>
 #include <QPushButton>
-#include <algorithm>
 
 #include "gui/captions.h"
 #include "gui/desk.h"
 #include "gui/file_dialog.h"
 #include "gui/input_box.h"
 #include "gui/main_frame.h"
-#include "gui/number_edit.h"
+#include "gui/tiled_desk.h"
+#include "session/folds.h"
 
 namespace tv {
 namespace {
@@ -125,16 +125,8 @@ void GuiUser::bring_to_front(std::string_view screen) {
   if (!view) return;
   set_visible(screen, true);
   desk_->show_visibility(screen);
-  if (auto* child = qobject_cast<QMdiSubWindow*>(view->window)) {
-    if (child->isMinimized()) child->showNormal();
-    // A window with nothing to type into does not take the focus from the entry at hand.
-    const auto fields = view->root->findChildren<FieldEdit*>();
-    const bool entries =
-        std::ranges::any_of(fields, [](const FieldEdit* edit) { return !edit->isReadOnly(); });
-    child->raise();
-    if (!entries && desk_->frame()->area().activeSubWindow()) return;
-    desk_->frame()->area().setActiveSubWindow(child);
-    desk_->frame()->scroll_to(*child);
+  if (qobject_cast<QMdiSubWindow*>(view->window)) {
+    desk_->show_in_front(screen);
   } else {
     view->window->raise();
     view->window->activateWindow();
@@ -144,10 +136,12 @@ void GuiUser::bring_to_front(std::string_view screen) {
 void GuiUser::focus(std::string_view screen, std::string_view field) {
   if (!desk_ || !desk_->frame()) return;
   bring_to_front(screen);
+  open_fold_of(*session_, screen, field);
   refresh();
   View* view = desk_->view(screen);
-  auto* widget = view ? view->root->findChild<QWidget*>(qt(field)) : nullptr;
+  auto* widget = view ? view->control(qt(field)) : nullptr;
   if (!widget) return;
+  if (desk_->tiled()) desk_->frame()->tiles().reveal(widget);
   widget->setFocus(Qt::OtherFocusReason);
   if (auto* edit = qobject_cast<QLineEdit*>(widget)) edit->selectAll();
   if (auto* list = qobject_cast<QComboBox*>(widget); list && list->lineEdit()) list->lineEdit()->selectAll();

@@ -3,7 +3,6 @@
 #include <QFont>
 #include <QLineEdit>
 #include <QPalette>
-#include <cmath>
 
 #include "gui/binder.h"
 #include "gui/captions.h"
@@ -13,13 +12,10 @@
 namespace tv {
 namespace {
 
-// Relative luminance of sRGB, and black or white, whichever stands out more.
-double luminance(const QColor& colour) {
-  const auto linear = [](double c) { return c <= 0.04045 ? c / 12.92 : std::pow((c + 0.055) / 1.055, 2.4); };
-  return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF()) + 0.0722 * linear(colour.blueF());
+// Black or white, whichever stands out more.
+QColor contrasting(const QColor& paper) {
+  return contrast(paper, Qt::black) > contrast(paper, Qt::white) ? Qt::black : Qt::white;
 }
-
-QColor contrasting(const QColor& paper) { return luminance(paper) > 0.179 ? Qt::black : Qt::white; }
 
 }  // namespace
 
@@ -53,7 +49,7 @@ QColor ink_colour(Ink ink, Paper paper, const QPalette& palette) {
     case Ink::magenta:
       return dark ? QColor(255, 130, 255) : QColor(160, 0, 160);
     case Ink::grey:
-      return palette.color(QPalette::Disabled, QPalette::Text);
+      return dim_colour(palette);
   }
   return palette.color(QPalette::Text);
 }

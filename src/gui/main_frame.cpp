@@ -18,6 +18,8 @@
 
 #include "gui/captions.h"
 #include "gui/icons.h"
+#include "gui/notice_line.h"
+#include "gui/tiled_desk.h"
 #include "gui/window_commands.h"
 #include "session/loads.h"
 #include "session/start.h"
@@ -82,8 +84,10 @@ std::string dropped_load(const QMimeData* data) {
 
 MainFrame::MainFrame(Desk& desk)
     : desk_(desk),
+      place_(new QStackedWidget),
       area_(new QMdiArea),
-      notice_(new QLabel),
+      tiles_(new TiledDesk(desk)),
+      notice_(new NoticeLine(desk)),
       status_(new QLabel),
       progress_(new QProgressBar),
       menus_(desk, *menuBar(), "frmMAIN") {
@@ -96,19 +100,13 @@ MainFrame::MainFrame(Desk& desk)
   auto* layout = new QVBoxLayout(centre);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(0);
-  notice_->setObjectName("Picture1");
-  notice_->setWordWrap(true);
-  notice_->setMargin(4);
-  notice_->setTextInteractionFlags(Qt::TextSelectableByMouse);
-  notice_->setAutoFillBackground(true);
-  notice_->setBackgroundRole(QPalette::ToolTipBase);
-  notice_->setForegroundRole(QPalette::ToolTipText);
   area_->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
   area_->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
   area_->setActivationOrder(QMdiArea::CreationOrder);
-  area_->viewport()->installEventFilter(this);
+  place_->addWidget(tiles_);
+  place_->addWidget(area_);
   layout->addWidget(notice_);
-  layout->addWidget(area_, 1);
+  layout->addWidget(place_, 1);
   setCentralWidget(centre);
   status_->setObjectName("status_line");
   progress_->setObjectName("progress");
@@ -117,39 +115,52 @@ MainFrame::MainFrame(Desk& desk)
   progress_->hide();
   statusBar()->addWidget(status_, 1);
   statusBar()->addPermanentWidget(progress_);
-  auto* next = new QShortcut(QKeySequence(Qt::ALT | Qt::Key_PageUp), this);
-  connect(next, &QShortcut::activated, area_, &QMdiArea::activateNextSubWindow);
+  add_keys();
   recaption();
+}
+
+// Keys that no menu shows.
+void MainFrame::add_keys() {
+  const auto key = [this](QKeySequence keys, auto run) {
+    connect(new QShortcut(keys, this), &QShortcut::activated, this, run);
+  };
+  const auto next = [this](int by) {
+    if (desk_.tiled())
+      tiles_->next_area(by);
+    else
+      by > 0 ? area_->activateNextSubWindow() : area_->activatePreviousSubWindow();
+  };
+  key(Qt::ALT | Qt::Key_PageUp, [next] { next(1); });
+  key(Qt::Key_F6, [next] { next(1); });
+  key(Qt::SHIFT | Qt::Key_F6, [next] { next(-1); });
+  for (int n = 0; n < 6; ++n)
+    key(QKeySequence(Qt::CTRL | static_cast<Qt::Key>(Qt::Key_1 + n)), [this, n] {
+      if (desk_.tiled()) tiles_->choose_tab(n);
+    });
+}
+
+void MainFrame::show_tiled(bool tiled) {
+  place_->setCurrentWidget(tiled ? static_cast<QWidget*>(tiles_) : area_);
 }
 
 void MainFrame::refresh() {
   const Session& s = desk_.session();
   if (const QBrush back = QApplication::palette().brush(QPalette::Mid); area_->background() != back)
     area_->setBackground(back);
+  if (desk_.tiled()) tiles_->refresh();
   menus_.refresh();
   buttons_->refresh();
   setWindowTitle(qt(load_caption(s)));
   const QString status = qt(s.status).simplified();
   if (status_->text() != status) status_->setText(status);
-  QString notice = qt(s.language.fastmsg("agreeit1") + s.language.notice());
-  notice = ' ' + notice.replace('\n', ' ').trimmed() + ' ';
-  if (notice_->text() != notice) notice_->setText(notice);
-  notice_->setVisible(!s.options.nowarn);
+  notice_->refresh();
 }
 
-// Tiles that nobody has moved follow the room: the frame grows, the notice takes another line or goes.
-bool MainFrame::eventFilter(QObject* watched, QEvent* event) {
-  if (watched == area_->viewport() && event->type() == QEvent::Resize && !retiling_) {
-    retiling_ = true;
-    QTimer::singleShot(0, this, [this] {
-      if (still_tiled(desk_)) tile(desk_);
-      retiling_ = false;
-    });
-  }
-  return QMainWindow::eventFilter(watched, event);
+void MainFrame::recaption() {
+  apply_captions(this, desk_.session(), "frmMAIN");
+  tiles_->recaption();
+  notice_->refresh();
 }
-
-void MainFrame::recaption() { apply_captions(this, desk_.session(), "frmMAIN"); }
 
 void MainFrame::show_progress(std::string_view text, double fraction) {
   progress_->setVisible(fraction >= 0);
@@ -175,22 +186,25 @@ void MainFrame::restore_places() {
   apply_fonts(desk_);
   const Options& options = desk_.session().options;
   const QRect room = QGuiApplication::primaryScreen()->availableGeometry();
-  // At first as large as the four windows like it, with room left for a title and a task bar.
-  QRect place(QPoint(), QSize(1640, 1030).boundedTo(room.size() - QSize(0, 40)));
+  // At first a desk with room for everything, and for a title and a task bar around it.
+  QRect place(QPoint(), QSize(1440, 900).boundedTo(room.size() - QSize(0, 40)));
   place.moveCenter(room.center());
   if (!options.form1w.empty() && pixels(options.form1w) > 100 && pixels(options.form1h) > 100)
     place =
         QRect(pixels(options.form1l), pixels(options.form1t), pixels(options.form1w), pixels(options.form1h));
   setGeometry(onto_screen(place));
   layout()->activate();
-  area_->resize(size());
-  bool any = false;
-  for (const PlaceKeys& keys : kChildren) any = any || !(options.*keys.left).empty();
-  if (!any) {
-    show();
-    tile(desk_);
-    return;
-  }
+  place_->resize(size());
+  desk_.arrange(options.atiles);
+  options.form1max ? showMaximized() : show();
+  if (!options.atiles) restore_children();
+}
+
+// Windows of their own stand where they stood; the first time each has its own size, one behind the other.
+void MainFrame::restore_children() {
+  const Options& options = desk_.session().options;
+  if (std::ranges::none_of(kChildren, [&](const PlaceKeys& keys) { return !(options.*keys.left).empty(); }))
+    return cascade(desk_);
   for (const PlaceKeys& keys : kChildren) {
     auto* child = findChild<QMdiSubWindow*>(keys.screen);
     if (!child || (options.*keys.left).empty()) continue;
@@ -203,7 +217,10 @@ void MainFrame::restore_places() {
 
 void MainFrame::keep_places() {
   Options& options = desk_.session().options;
-  if (!isMaximized() && !isMinimized() && !isFullScreen()) keep_place(options, kFrame, geometry());
+  options.form1max = isMaximized();
+  const QRect normal = isMaximized() || isMinimized() || isFullScreen() ? normalGeometry() : geometry();
+  if (normal.width() > 100) keep_place(options, kFrame, normal);
+  if (desk_.tiled()) return;  // nobody has chosen the places of panes
   // Places in the area, wherever it is scrolled to now.
   const QPoint scrolled(area_->horizontalScrollBar()->value(), area_->verticalScrollBar()->value());
   for (const PlaceKeys& keys : kChildren)

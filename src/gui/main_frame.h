@@ -5,6 +5,7 @@
 #include <QMainWindow>
 #include <QMdiArea>
 #include <QProgressBar>
+#include <QStackedWidget>
 #include <memory>
 #include <string_view>
 
@@ -13,11 +14,16 @@
 
 namespace tv {
 
+class NoticeLine;
+class TiledDesk;
+
 class MainFrame : public QMainWindow {
 public:
   explicit MainFrame(Desk& desk);
 
-  QMdiArea& area() { return *area_; }
+  QMdiArea& area() { return *area_; }      // of free windows
+  TiledDesk& tiles() { return *tiles_; }  // of panes
+  void show_tiled(bool tiled);
   void refresh();
   void recaption();
   // A negative fraction takes the bar away.
@@ -29,20 +35,23 @@ public:
   void keep_places();     // into the options
 
 protected:
-  bool eventFilter(QObject* watched, QEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
   void dragEnterEvent(QDragEnterEvent* event) override;
   void dropEvent(QDropEvent* event) override;
 
 private:
+  void add_keys();
+  void restore_children();
+
   Desk& desk_;
+  QStackedWidget* place_;
   QMdiArea* area_;
-  QLabel* notice_;
+  TiledDesk* tiles_;
+  NoticeLine* notice_;
   QLabel* status_;
   QProgressBar* progress_;
   Menus menus_;
   std::unique_ptr<ToolButtons> buttons_;
-  bool retiling_ = false;
 };
 
 }  // namespace tv

@@ -1,9 +1,12 @@
 #include "gui/menus.h"
 
+#include <QActionGroup>
+#include <QPainter>
 #include <algorithm>
 
 #include "gui/captions.h"
 #include "gui/icons.h"
+#include "gui/program_style.h"
 #include "session/loads.h"
 #include "text/file.h"
 
@@ -13,6 +16,43 @@ namespace {
 QKeySequence key_of(const Command& command) {
   return QKeySequence::fromString(command.shortcut, QKeySequence::PortableText);
 }
+
+// The one button of the toolbar that stands out, with its caption and its key.
+class FilledButton : public QToolButton {
+public:
+  explicit FilledButton(QWidget* parent) : QToolButton(parent) {
+    setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+  }
+  void show_text(const QString& caption, const QKeySequence& key) {
+    const QString shown = caption + "  " + key.toString(QKeySequence::NativeText);
+    if (text() != shown) setText(shown);
+  }
+  QSize sizeHint() const override {
+    const QFontMetrics metrics(bold());
+    return {metrics.horizontalAdvance(text()) + 24, std::max(metrics.height() + 12, iconSize().height() + 6)};
+  }
+  QSize minimumSizeHint() const override { return sizeHint(); }
+
+protected:
+  void paintEvent(QPaintEvent*) override {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const QColor fill = filled_colour(palette());
+    painter.setPen(hasFocus() ? QPen(palette().color(QPalette::WindowText), 2) : QPen(Qt::NoPen));
+    painter.setBrush(isDown() ? fill.darker(115) : underMouse() ? fill.lighter(108) : fill);
+    painter.drawRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), 5, 5);
+    painter.setPen(palette().color(QPalette::Active, QPalette::HighlightedText));
+    painter.setFont(bold());
+    painter.drawText(rect(), Qt::AlignCenter, text());
+  }
+
+private:
+  QFont bold() const {
+    QFont font = this->font();
+    font.setBold(true);
+    return font;
+  }
+};
 
 void run(Desk& desk, const Command& command) {
   desk.act([&] { run_command(desk.session(), command.name); });
@@ -47,6 +87,13 @@ void Menus::add(const Command& command) {
   }
   if (const QIcon icon = command_icon(command.name); !icon.isNull()) action->setIcon(icon);
   action->setCheckable(command.checked != nullptr);
+  action->setProperty(kEllipsis, opens_dialog(command));
+  // Which one is chosen the command itself tells: the group gives them the look of options.
+  if (is_exclusive(command)) {
+    auto* group = new QActionGroup(action);
+    group->setExclusionPolicy(QActionGroup::ExclusionPolicy::Exclusive);
+    group->addAction(action);
+  }
   QObject::connect(action, &QAction::triggered, &bar_, [this, &command] { run(desk_, command); });
   actions_[command.name] = action;
 }
@@ -114,7 +161,7 @@ ToolButtons::ToolButtons(Desk& desk, QToolBar& bar) : desk_(desk), bar_(bar) {
         break;
       }
     before = command->toolbar;
-    button = new QToolButton(&bar);
+    button = command->toolbar == 0 ? new FilledButton(&bar) : new QToolButton(&bar);
     button->setObjectName("button_img" + QString::number(command->toolbar));
     button->setIcon(command_icon(command->name));
     button->setIconSize(bar.iconSize());
@@ -132,6 +179,8 @@ void ToolButtons::refresh() {
   for (auto& [command, button] : buttons_) {
     button->setEnabled(command_enabled(s, *command));
     if (command->checked) button->setChecked(command_checked(s, *command));
+    if (auto* filled = dynamic_cast<FilledButton*>(button))
+      filled->show_text(qt(s.language.text("frmMAIN", utf8(filled->objectName()))), key_of(*command));
   }
   bar_.setVisible(s.options.symbol);
 }

@@ -1,7 +1,10 @@
 // The safety notice, page by page, before the main screens.
 #include <QCheckBox>
+#include <QDialogButtonBox>
 #include <QLabel>
 #include <QPushButton>
+#include <QScreen>
+#include <QScrollBar>
 #include <QTextBrowser>
 #include <QVBoxLayout>
 #include <algorithm>
@@ -9,6 +12,7 @@
 #include "gui/binder.h"
 #include "gui/captions.h"
 #include "gui/icons.h"
+#include "gui/record_list.h"
 #include "gui/windows.h"
 #include "text/number.h"
 
@@ -64,14 +68,17 @@ public:
   Notice(Desk& desk, QWidget* parent);
   void recaption(const Session& s);
 
+protected:
+  void resizeEvent(QResizeEvent* event) override;
+
 private:
   void turn(int by);
+  void show_paging();
+  void fit();
   QPushButton* button(const char* name, QBoxLayout* row);
 
   QTextBrowser* text_;
   QPushButton *up_, *down_;
-  std::vector<QString> pages_;
-  int page_ = 0;
 };
 
 Notice::Notice(Desk& desk, QWidget* parent) : ScreenDialog(desk, "Form2", parent) {
@@ -97,14 +104,17 @@ Notice::Notice(Desk& desk, QWidget* parent) : ScreenDialog(desk, "Form2", parent
     layout->addWidget(box);
   }
   auto* row = new QHBoxLayout;
-  button("wechsel", row);
+  auto* languages = new RecordList(this);
+  languages->setObjectName("wechsel");
+  row->addWidget(languages);
   row->addStretch(1);
   button("schluss", row);
   button("weiter", row)->setDefault(true);
   layout->addLayout(row);
+  connect(text_->verticalScrollBar(), &QScrollBar::rangeChanged, this, [this] { show_paging(); });
+  connect(text_->verticalScrollBar(), &QScrollBar::valueChanged, this, [this] { show_paging(); });
   connect(up_, &QPushButton::clicked, this, [this] { turn(-1); });
   connect(down_, &QPushButton::clicked, this, [this] { turn(1); });
-  resize(fontMetrics().horizontalAdvance('n') * 78, fontMetrics().height() * 32);
   findChild<QCheckBox*>("acceptiert")->setFocus();
 }
 
@@ -117,20 +127,65 @@ QPushButton* Notice::button(const char* name, QBoxLayout* row) {
 }
 
 void Notice::turn(int by) {
-  page_ = std::clamp(page_ + by, 0, std::max(0, static_cast<int>(pages_.size()) - 1));
-  if (!pages_.empty()) text_->setHtml(pages_[static_cast<std::size_t>(page_)]);
-  up_->setEnabled(page_ > 0);
-  down_->setEnabled(page_ + 1 < static_cast<int>(pages_.size()));
+  QScrollBar& bar = *text_->verticalScrollBar();
+  bar.setValue(bar.value() + by * bar.pageStep());
+}
+
+// Only where the notice does not fit.
+void Notice::show_paging() {
+  const QScrollBar& bar = *text_->verticalScrollBar();
+  const bool wanted = bar.maximum() > 0;
+  for (QPushButton* page : {up_, down_})
+    if (page->isHidden() == wanted) page->setVisible(wanted);
+  up_->setEnabled(bar.value() > 0);
+  down_->setEnabled(bar.value() < bar.maximum());
+}
+
+// As high as the notice, as far as the screen allows.
+void Notice::fit() {
+  const int width = fontMetrics().horizontalAdvance('n') * 84;
+  text_->document()->setTextWidth(width);
+  const int wanted = static_cast<int>(text_->document()->size().height()) + 20;
+  const int around = sizeHint().height() - text_->sizeHint().height();
+  const int most = (screen() ? screen()->availableGeometry().height() : 700) - 60;
+  resize(width + 50, std::min(wanted + around, most));
+}
+
+void Notice::resizeEvent(QResizeEvent* event) {
+  ScreenDialog::resizeEvent(event);
+  show_paging();
 }
 
 void Notice::recaption(const Session& s) {
   apply_captions(this, s, "form2");
   setWindowTitle(qt(s.language.text("form2", "Form2")) + " - " + kProgramName);
-  pages_ = notice_pages(s.language);
-  turn(0);
+  QString html;
+  for (const QString& page : notice_pages(s.language)) html += page;
+  text_->setHtml(html);
+  fit();
+  show_paging();
 }
 
 }  // namespace
+
+void show_notice_text(Desk& desk, QWidget* parent) {
+  const Session& s = desk.session();
+  QDialog dialog(parent);
+  dialog.setObjectName("whole_notice");
+  dialog.setWindowTitle(qt(s.language.text("form2", "Form2")) + " - " + kProgramName);
+  auto* column = new QVBoxLayout(&dialog);
+  auto* text = new QTextBrowser(&dialog);
+  QString html = "<p><b>" + qt(s.language.notice()).simplified().toHtmlEscaped() + "</b></p>";
+  for (const QString& page : notice_pages(s.language)) html += page;
+  text->setHtml(html);
+  text->setAccessibleName(dialog.windowTitle());
+  auto* buttons = new QDialogButtonBox(QDialogButtonBox::Close, &dialog);
+  QObject::connect(buttons, &QDialogButtonBox::rejected, &dialog, &QDialog::reject);
+  column->addWidget(text, 1);
+  column->addWidget(buttons);
+  dialog.resize(dialog.fontMetrics().horizontalAdvance('n') * 78, dialog.fontMetrics().height() * 32);
+  dialog.exec();
+}
 
 View make_notice_view(Desk& desk, const ScreenSpec& spec, QWidget* parent) {
   auto* notice = new Notice(desk, parent);

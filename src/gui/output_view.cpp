@@ -93,7 +93,7 @@ View make_output_view(Desk& desk, const ScreenSpec& spec, QWidget*) {
     output->refresh();
     QString title = qt(output_caption(desk.session()));
     if (!title.endsWith(kProgramName)) title = title + " - " + kProgramName;  // tables name it themselves
-    if (QWidget* window = output->parentWidget(); window && window->windowTitle() != title)
+    if (QWidget* window = desk.view("Form7")->window; window->windowTitle() != title)
       window->setWindowTitle(title);
   };
   view.recaption = [output] { output->recaption(); };

@@ -3,6 +3,7 @@
 #include <QPainter>
 #include <QStyleOption>
 #include <algorithm>
+#include <cmath>
 
 namespace tv {
 namespace {
@@ -12,9 +13,42 @@ QColor between(const QColor& from, const QColor& to, double part) {
   return {mix(from.red(), to.red()), mix(from.green(), to.green()), mix(from.blue(), to.blue())};
 }
 
+// Relative luminance of sRGB.
+double luminance(const QColor& colour) {
+  const auto linear = [](double c) { return c <= 0.04045 ? c / 12.92 : std::pow((c + 0.055) / 1.055, 2.4); };
+  return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF()) + 0.0722 * linear(colour.blueF());
+}
+
 }  // namespace
 
 bool is_dark(const QPalette& palette) { return palette.color(QPalette::Base).lightness() < 128; }
+
+double contrast(const QColor& a, const QColor& b) {
+  const double first = luminance(a), second = luminance(b);
+  return (std::max(first, second) + 0.05) / (std::min(first, second) + 0.05);
+}
+
+QColor dim_colour(const QPalette& palette) {
+  constexpr double kLeast = 4.6;
+  const QColor ground = palette.color(QPalette::Window), ink = is_dark(palette) ? Qt::white : Qt::black;
+  double part = 0.6;
+  while (part < 1 && contrast(between(ground, ink, part), ground) < kLeast) part += 0.02;
+  return between(ground, ink, part);
+}
+
+QColor filled_colour(const QPalette& palette) {
+  constexpr double kLeast = 4.6;
+  QColor fill = palette.color(QPalette::Active, QPalette::Highlight);
+  const QColor ink = palette.color(QPalette::Active, QPalette::HighlightedText);
+  const bool dark_ink = luminance(ink) < 0.2;
+  for (int i = 0; i < 20 && contrast(fill, ink) < kLeast; ++i) fill = dark_ink ? fill.lighter(106) : fill.darker(106);
+  return fill;
+}
+
+QColor pane_colour(const QPalette& palette) {
+  const QColor window = palette.color(QPalette::Window);
+  return is_dark(palette) ? between(window, Qt::white, 0.04) : between(window, Qt::white, 0.75);
+}
 
 // Fusion darkens the colour of the window for every outline: on a dark window nothing is left of it.
 bool ProgramStyle::too_dark(const QPalette& palette) const {
@@ -46,6 +80,19 @@ void ProgramStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* o
   else
     painter->drawRoundedRect(outline, line ? 2 : 0, line ? 2 : 0);
   painter->restore();
+}
+
+void ProgramStyle::drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
+                               const QWidget* widget) const {
+  const auto* button =
+      element == CE_PushButton ? qstyleoption_cast<const QStyleOptionButton*>(option) : nullptr;
+  if (!button || !(button->features & QStyleOptionButton::DefaultButton) || !(button->state & State_Enabled))
+    return QProxyStyle::drawControl(element, option, painter, widget);
+  QStyleOptionButton filled = *button;
+  filled.features &= ~QStyleOptionButton::DefaultButton;
+  filled.palette.setColor(QPalette::Button, filled_colour(button->palette));
+  filled.palette.setColor(QPalette::ButtonText, button->palette.color(QPalette::Active, QPalette::HighlightedText));
+  QProxyStyle::drawControl(element, &filled, painter, widget);
 }
 
 void ProgramStyle::drawComplexControl(ComplexControl control, const QStyleOptionComplex* option,

@@ -7,7 +7,7 @@
 
 namespace tv {
 
-// Tips come after the delay that the options name. On a dark palette, boxes, fields and the windows behind
+// Tips come after the delay that the options name. The default button is filled. On a dark palette, boxes, fields and the windows behind
 // the active one get outlines and buttons that can be seen.
 class ProgramStyle : public QProxyStyle {
 public:
@@ -18,6 +18,8 @@ public:
                 QStyleHintReturn* data) const override;
   void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                      const QWidget* widget) const override;
+  void drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
+                   const QWidget* widget) const override;
   void drawComplexControl(ComplexControl control, const QStyleOptionComplex* option, QPainter* painter,
                           const QWidget* widget) const override;
 
@@ -28,5 +30,14 @@ private:
 };
 
 bool is_dark(const QPalette& palette);
+// Ratio of the luminances of two colours, 1 to 21; text needs 4.5.
+double contrast(const QColor& a, const QColor& b);
+// For what matters less than text, and for what is out of date: readable on the window of the palette all the
+// same.
+QColor dim_colour(const QPalette& palette);
+// The colour of a button that is filled, so that HighlightedText can be read on it.
+QColor filled_colour(const QPalette& palette);
+// The ground of a pane on the desk, a little apart from that of the window.
+QColor pane_colour(const QPalette& palette);
 
 }  // namespace tv

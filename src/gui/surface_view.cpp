@@ -43,7 +43,10 @@ QSize SurfaceView::sizeHint() const {
 }
 
 Extent SurfaceView::extent(bool dark) const {
-  return {static_cast<double>(width()), static_cast<double>(height()), qt_text_width, dark};
+  const QColor ground = palette().color(QPalette::Window);
+  const auto part = [](int value) { return static_cast<std::uint8_t>(value); };
+  return {static_cast<double>(width()), static_cast<double>(height()), qt_text_width, dark,
+          Colour{part(ground.red()), part(ground.green()), part(ground.blue()), 255}};
 }
 
 DrawList SurfaceView::picture(bool dark) const { return surface_.draw(desk_.session(), extent(dark)); }
@@ -68,6 +71,7 @@ void SurfaceView::paintEvent(QPaintEvent*) {
 }
 
 void SurfaceView::resizeEvent(QResizeEvent*) { refresh(); }
+void SurfaceView::showEvent(QShowEvent*) { refresh(); }  // it may have changed while it was hidden
 
 void SurfaceView::changeEvent(QEvent* event) {
   if (event->type() == QEvent::PaletteChange) refresh();

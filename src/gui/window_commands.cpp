@@ -13,7 +13,10 @@
 #include "gui/captions.h"
 #include "gui/main_frame.h"
 #include "gui/painter.h"
+#include "gui/palettes.h"
 #include "gui/print_view.h"
+#include "gui/small_labels.h"
+#include "gui/tiled_desk.h"
 #include "gui/windows.h"
 #include "screens/output_window.h"
 #include "session/file_names.h"
@@ -29,40 +32,68 @@ namespace {
 constexpr double kDesignWidth = 12084, kDesignHeight = 8040;
 constexpr double kLeastWidth = 6042, kMostWidth = 24168, kLeastHeight = 4020, kMostHeight = 16056;
 constexpr double kZoomStep = 1.02;
-constexpr double kTwips = 15;
-constexpr const char* kTiledPlace = "tiled_place";  // property: where tiling has put a window
-constexpr int kLeastTile = 360;                     // pixels: a narrower diagram tells little
 
 void store_zoom(Desk& desk, double width, double height, bool resize) {
   Options& options = desk.session().options;
-  const double before_x = options.wisizx, before_y = options.wisizy;
   options.wisizx = std::clamp(width, kLeastWidth, kMostWidth);
   options.wisizy = std::clamp(height, kLeastHeight, kMostHeight);
   options.resize = resize;
   store_options(desk.session(), {"wisizx", "wisizy", "resize"});
   apply_fonts(desk);
-  const double by_x = options.wisizx / before_x, by_y = options.wisizy / before_y;
+}
+
+// The frame, and windows of their own with it; what stands on a tiled desk follows by itself.
+void zoom(Desk& desk, double by_x, double by_y) {
+  const Options& options = desk.session().options;
+  const double before_x = std::max(1.0, options.wisizx), before_y = std::max(1.0, options.wisizy);
+  store_zoom(desk, before_x * by_x, before_y * by_y, true);
+  by_x = options.wisizx / before_x;
+  by_y = options.wisizy / before_y;
   MainFrame& frame = *desk.frame();
+  const QSize room = frame.screen()->availableSize();
   if (!frame.isMaximized() && !frame.isFullScreen())
-    frame.resize(static_cast<int>(frame.width() * by_x), static_cast<int>(frame.height() * by_y));
+    frame.resize(QSize(static_cast<int>(frame.width() * by_x), static_cast<int>(frame.height() * by_y))
+                     .boundedTo(room));
+  if (desk.tiled()) return;
   for (QMdiSubWindow* child : frame.area().subWindowList())
     child->setGeometry(static_cast<int>(child->x() * by_x), static_cast<int>(child->y() * by_y),
                        static_cast<int>(child->width() * by_x), static_cast<int>(child->height() * by_y));
 }
 
-void zoom(Desk& desk, double by_x, double by_y) {
-  const Options& options = desk.session().options;
-  store_zoom(desk, options.wisizx * by_x, options.wisizy * by_y, true);
+// Into the room that the desktop leaves, its own title and border included.
+void fit_to_screen(Desk& desk) {
+  MainFrame& frame = *desk.frame();
+  if (frame.isMaximized() || frame.isFullScreen()) frame.showNormal();
+  const QRect room = frame.screen()->availableGeometry();
+  const QRect outer = frame.frameGeometry(), inner = frame.geometry();
+  frame.setGeometry(room.adjusted(inner.left() - outer.left(), inner.top() - outer.top(),
+                                  inner.right() - outer.right(), inner.bottom() - outer.bottom()));
 }
 
+void standard_size(Desk& desk) {
+  const Options& options = desk.session().options;
+  zoom(desk, kDesignWidth / options.wisizx, kDesignHeight / options.wisizy);
+  store_zoom(desk, kDesignWidth, kDesignHeight, false);
+}
+
+// Shows the window, pane or tab and gives it the focus; a window of its own comes to the middle.
 void centre(Desk& desk, const char* screen) {
-  if (View* view = desk.view(screen))
-    if (auto* child = qobject_cast<QMdiSubWindow*>(view->window)) {
-      desk.frame()->area().setActiveSubWindow(child);
-      const QSize room = desk.frame()->area().viewport()->size();
-      child->move(std::max(0, (room.width() - child->width()) / 2),
-                  std::max(0, (room.height() - child->height()) / 2));
-    }
+  View* view = desk.view(screen);
+  if (!view) return;
+  desk.show_in_front(screen);
+  for (QWidget* part : {view->apart, view->root})
+    for (QWidget* field : part ? part->findChildren<QWidget*>() : QList<QWidget*>())
+      if (field->isVisible() && (field->focusPolicy() & Qt::TabFocus)) {
+        if (desk.tiled()) desk.frame()->tiles().reveal(field);
+        if (desk.tiled()) return field->setFocus(Qt::ShortcutFocusReason);
+        break;
+      }
+  if (desk.tiled()) return;
+  auto* child = static_cast<QMdiSubWindow*>(view->window);
+  desk.frame()->area().setActiveSubWindow(child);
+  const QSize room = desk.frame()->area().viewport()->size();
+  child->move(std::max(0, (room.width() - child->width()) / 2),
+              std::max(0, (room.height() - child->height()) / 2));
 }
 
 void choose_screen_font(Desk& desk) {
@@ -111,7 +142,7 @@ void choose_colour(Desk& desk) {
 
 // The diagram as it stands in its window, on white paper.
 DrawList output_picture(Desk& desk) {
-  const QSize size = desk.view("Form7")->root->findChild<QWidget*>("Pict1")->size();
+  const QSize size = desk.view("Form7")->control("Pict1")->size();
   return output_diagram(desk.session(), size.width(), size.height(), qt_text_width).list;
 }
 
@@ -147,10 +178,15 @@ void save_output(Desk& desk) {
     warn(s, MessageText(s).msg(420).line().add(answer->file).line().add(s.language.failure(failure)));
 }
 
+// Arranging what is arranged so already changes nothing: windows that are free go back in line.
 void arrange(Desk& desk, bool tiled) {
-  desk.session().options.atiles = tiled;
+  Options& options = desk.session().options;
+  if (!tiled && !desk.tiled()) return cascade(desk);
+  if (tiled == desk.tiled()) return;
+  options.atiles = tiled;
   store_option(desk.session(), "atiles");
-  tiled ? tile(desk) : cascade(desk);
+  desk.arrange(tiled);
+  if (!tiled) cascade(desk);
 }
 
 struct WindowCommand {
@@ -158,12 +194,8 @@ struct WindowCommand {
   void (*run)(Desk&);
 };
 constexpr WindowCommand kWindowCommands[] = {
-    {"zoomdef", [](Desk& d) { store_zoom(d, kDesignWidth, kDesignHeight, false); }},
-    {"zoomwin",
-     [](Desk& d) {
-       const QSize room = d.frame()->screen()->availableSize();
-       store_zoom(d, room.width() * kTwips, room.height() * kTwips, true);
-     }},
+    {"zoomdef", standard_size},
+    {"zoomwin", fit_to_screen},
     {"zoomoutg", [](Desk& d) { zoom(d, kZoomStep, kZoomStep); }},
     {"zoomouth", [](Desk& d) { zoom(d, kZoomStep, 1); }},
     {"zoomoutv", [](Desk& d) { zoom(d, 1, kZoomStep); }},
@@ -175,6 +207,10 @@ constexpr WindowCommand kWindowCommands[] = {
     {"result", [](Desk& d) { centre(d, "Form5"); }},
     {"diagra", [](Desk& d) { centre(d, "Form7"); }},
     {"index", [](Desk& d) { show_manual(d, d.active_screen()); }},
+    {"shortcuts", show_shortcuts},
+    {"look_system", [](Desk& d) { apply_look(d.session().options.look); }},
+    {"look_light", [](Desk& d) { apply_look(d.session().options.look); }},
+    {"look_dark", [](Desk& d) { apply_look(d.session().options.look); }},
     {"prifontsel", choose_print_font},
     {"sysfon", choose_screen_font},
     {"arrng_wins", [](Desk& d) { arrange(d, true); }},
@@ -203,46 +239,6 @@ void run_window_command(Desk& desk, std::string_view command) {
   if (at != std::end(kWindowCommands) && desk.frame()) at->run(desk);
 }
 
-// Entries above, as wide and high as they ask for; results and diagram share what is left below.
-void tile(Desk& desk) {
-  const QMdiArea& area = desk.frame()->area();
-  QSize room = area.maximumViewportSize();
-  std::vector<QMdiSubWindow*> top, bottom;
-  for (QMdiSubWindow* child : open_children(desk)) {
-    child->showNormal();
-    (child->objectName() == "Form5" || child->objectName() == "Form7" ? bottom : top).push_back(child);
-  }
-  const auto height_of = [](const std::vector<QMdiSubWindow*>& windows) {
-    int height = 0;
-    for (const QMdiSubWindow* child : windows) height = std::max(height, child->minimumSizeHint().height());
-    return height;
-  };
-  const int upper = bottom.empty() ? std::max(room.height(), height_of(top)) : height_of(top);
-  const int lower = std::max(room.height() - upper, height_of(bottom));
-  if (upper + lower > room.height())  // the area will scroll
-    room.rwidth() -= area.style()->pixelMetric(QStyle::PM_ScrollBarExtent);
-  const auto row = [&room](const std::vector<QMdiSubWindow*>& windows, int y, int height) {
-    int x = 0;
-    for (std::size_t i = 0; i < windows.size(); ++i) {
-      const bool last = i + 1 == windows.size();
-      const int least = windows[i]->minimumSizeHint().width();
-      const int width = last ? std::max(room.width() - x, std::max(least, kLeastTile)) : least;
-      windows[i]->setGeometry(x, y, width, height);
-      windows[i]->setProperty(kTiledPlace, windows[i]->geometry());
-      x += width;
-    }
-  };
-  row(top, 0, upper);
-  row(bottom, upper, lower);
-}
-
-bool still_tiled(Desk& desk) {
-  const std::vector<QMdiSubWindow*> open = open_children(desk);
-  return !open.empty() && std::ranges::all_of(open, [](const QMdiSubWindow* child) {
-    return child->property(kTiledPlace).toRect() == child->geometry();
-  });
-}
-
 void cascade(Desk& desk) {
   int step = 0;
   for (QMdiSubWindow* child : open_children(desk)) {
@@ -263,10 +259,12 @@ void apply_fonts(Desk& desk) {
     font.setBold(options.scrbld);
     font.setItalic(options.scrita);
   }
-  if (options.resize && font.pointSizeF() > 0)
+  // On a tiled desk the zoom is that of the frame alone.
+  if (options.resize && !desk.tiled() && font.pointSizeF() > 0)
     font.setPointSizeF(font.pointSizeF() *
                        std::min(options.wisizx / kDesignWidth, options.wisizy / kDesignHeight));
   desk.frame()->setFont(font);
+  rescale_labels(desk.frame());
 }
 
 }  // namespace tv

@@ -10,9 +10,7 @@ namespace tv {
 // Runs a command that only the windows can do; the session hands it over by its name.
 void run_window_command(Desk& desk, std::string_view command);
 
-// Side by side so that they fill the area; in an overlapping order.
-void tile(Desk& desk);
-bool still_tiled(Desk& desk);  // nobody has moved a window since
+// Windows of their own in an overlapping order.
 void cascade(Desk& desk);
 // The font of the windows from the options, scaled by the zoom.
 void apply_fonts(Desk& desk);

@@ -39,6 +39,10 @@ View make_output_view(Desk& desk, const ScreenSpec& spec, QWidget* parent);
 View make_picture_view(Desk& desk, const ScreenSpec& spec, QWidget* parent);
 View make_about_view(Desk& desk, const ScreenSpec& spec, QWidget* parent);
 View make_notice_view(Desk& desk, const ScreenSpec& spec, QWidget* parent);
+// The whole safety notice, to be read.
+void show_notice_text(Desk& desk, QWidget* parent);
+// The page of shortcuts.
+void show_shortcuts(Desk& desk);
 // The page of the manual about a screen.
 void show_manual(Desk& desk, const std::string& screen);
 

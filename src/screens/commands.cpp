@@ -137,6 +137,13 @@ void place_child(S s, C c) {
   open_screen(s, screen_name(s, static_cast<Role>(c.value)));
   by_window(s, c);
 }
+Role role_of(C c) { return static_cast<Role>(c.value); }
+void show_child(S s, C c) {
+  const auto name = screen_name(s, role_of(c));
+  is_visible(s, role_of(c)) ? hide_screen(s, role_of(c)) : void(open_screen(s, name));
+}
+bool child_shown(CS s, C c) { return is_visible(s, role_of(c)); }
+bool cascaded(CS s, C) { return !s.options.atiles; }
 void quick_start(S s, C) {
   const auto name = screen_name(s, Role::quick_start);
   is_visible(s, Role::quick_start) ? close_screen(s, name) : open_screen(s, name);
@@ -152,6 +159,12 @@ void toolbar(S s, C) {
   store_option(s, "symbol");
   if (s.hooks.window_command) s.hooks.window_command(s, "symbonoff");
 }
+void choose_look(S s, C c) {
+  s.options.look = c.value;
+  store_option(s, "look");
+  by_window(s, c);
+}
+bool look_checked(CS s, C c) { return s.options.look == c.value; }
 void about(S s, C) { open_named(s, "frmHelp"); }
 
 // --- output window
@@ -319,6 +332,10 @@ constexpr Command kCommands[] = {
     {.name = "imperial", .section = kMain, .parent = "outputunits", .action = output_units, .checked = output_units_checked, .value = 0},
     {.name = "sysding", .section = kMain, .parent = "options", .action = toggle_sound, .checked = sound_off, .separator_before = true},
     {.name = "sysfon", .section = kMain, .parent = "options", .action = by_window},
+    {.name = "look", .section = kMain, .parent = "options"},
+    {.name = "look_system", .section = kMain, .parent = "look", .action = choose_look, .checked = look_checked, .value = 0},
+    {.name = "look_light", .section = kMain, .parent = "look", .action = choose_look, .checked = look_checked, .value = 1},
+    {.name = "look_dark", .section = kMain, .parent = "look", .action = choose_look, .checked = look_checked, .value = 2},
     {.name = "optset", .section = kMain, .parent = "options"},
     {.name = "primeryes", .section = kMain, .parent = "optset", .action = flip<&Options::primeryes>, .checked = is_set<&Options::primeryes>},
     {.name = "excel_yes", .section = kMain, .parent = "optset", .action = flip<&Options::excel_yes>, .checked = is_set<&Options::excel_yes>},
@@ -326,7 +343,11 @@ constexpr Command kCommands[] = {
 
     {.name = "fenst", .section = kMain, .parent = nullptr},
     {.name = "arrng_wins", .section = kMain, .parent = "fenst", .action = by_window, .checked = is_set<&Options::atiles>},
-    {.name = "arrng_stag", .section = kMain, .parent = "fenst", .action = by_window},
+    {.name = "arrng_stag", .section = kMain, .parent = "fenst", .action = by_window, .checked = cascaded},
+    {.name = "sh_metr", .section = kMain, .parent = "fenst", .action = show_child, .checked = child_shown, .value = static_cast<int>(Role::dimensions), .separator_before = true},
+    {.name = "sh_powd", .section = kMain, .parent = "fenst", .action = show_child, .checked = child_shown, .value = static_cast<int>(Role::powder)},
+    {.name = "sh_result", .section = kMain, .parent = "fenst", .action = show_child, .checked = child_shown, .value = static_cast<int>(Role::results)},
+    {.name = "sh_diagra", .section = kMain, .parent = "fenst", .action = show_child, .checked = child_shown, .value = static_cast<int>(Role::output)},
     {.name = "zoomwin", .section = kMain, .parent = "fenst", .action = by_window, .separator_before = true},
     {.name = "zoomdef", .section = kMain, .parent = "fenst", .action = by_window},
     {.name = "zoomout", .section = kMain, .parent = "fenst"},
@@ -348,6 +369,7 @@ constexpr Command kCommands[] = {
     {.name = "ttips", .section = kMain, .parent = "infbutton", .action = tips, .checked = is_set<&Options::toltip>},
     {.name = "symbonoff", .section = kMain, .parent = "infbutton", .action = toolbar, .checked = is_set<&Options::symbol>},
     {.name = "index", .section = kMain, .parent = "infbutton", .action = by_window, .shortcut = "F1", .separator_before = true},
+    {.name = "shortcuts", .section = kMain, .parent = "infbutton", .action = by_window, .shortcut = "Ctrl+?"},
     {.name = "who", .section = kMain, .parent = "infbutton", .action = about},
 
     {.name = "dia_menu", .section = kOut, .parent = nullptr},
@@ -398,6 +420,23 @@ constexpr Command kCommands[] = {
 };
 // clang-format on
 
+// Of commands with one of these only one is chosen at a time.
+constexpr bool (*kExclusive[])(CS, C) = {
+    language_checked,      sort_checked,         view_checked,   step_checked,         percent_checked,
+    free_percent_checked,  weight_checked,       tolerance_checked, pressure_unit_checked,
+    output_units_checked,  look_checked,         x_axis_checked, sorted_by,            direction_checked,
+    line_width_checked,    is_set<&Options::atiles>, cascaded,
+};
+
+constexpr std::string_view kDialogs[] = {
+    "lab_sav",  "lab_lod",  "lab_example", "addinfo",  "lab_omt",   "ptitle",      "PrSetup",  "prifontsel",
+    "grf_akt",  "grf_akt_dat", "grf_weg_zeit", "lade_tab", "pulv_tab",  "asci_print",  "pow_load", "pow_neu",
+    "pow_save_as", "case_dat", "case_load",  "case_neu", "case_save_as", "case_collect", "case_select",
+    "bull_dat", "bull_load", "bull_neu",   "bull_save_as", "bul_collect", "gun_dat",  "gun_load", "gun_neu",
+    "gun_save_as", "powd_set", "borefriction", "backlash", "conver",   "sysfon",      "filewrite", "toexcel",
+    "afonts",   "acolor",   "ax_l",        "ax_r",     "moregraph", "bpcharge",    "measured", "band",
+};
+
 }  // namespace
 
 std::span<const Command> commands() { return kCommands; }
@@ -412,6 +451,14 @@ bool is_menu(const Command& command) {
     return c.parent && std::string_view(c.parent) == command.name &&
            std::string_view(c.section) == command.section;
   });
+}
+
+bool is_exclusive(const Command& command) {
+  return command.checked && std::ranges::find(kExclusive, command.checked) != std::end(kExclusive);
+}
+
+bool opens_dialog(const Command& command) {
+  return std::ranges::find(kDialogs, command.name) != std::end(kDialogs);
 }
 
 bool command_enabled(const Session& s, const Command& command) {

@@ -127,13 +127,21 @@ const NumberField kNumbers[] = {
 
 // --- form
 
-constexpr Row kCartridge[] = {
+constexpr Row kParts[] = {
     wide_row("HVolDat", load_list("HVolDat", RecordKind::cartridges)),
     source_row("HVolDat"),
+    wide_row("Bnam", load_list("Bnam", RecordKind::bullets)),
+    source_row("Bnam"),
+    {RowShape::bare, nullptr, {check("TAIL"), check("fproof")}},
+    number_row("Plenm", "Plenz"),
+    number_row("Bsdm", "Bsdz"),
+    number_row("Llenm", "Llenz"),
+};
+constexpr Row kDrawing[] = {{RowShape::block, nullptr, {surface("drawing")}}};
+constexpr Row kCase[] = {
     number_row("Zkalm", "Zkalz"),
     number_row("qfqm", "qfqi"),
     number_row("Hlenm", "Hlenz"),
-    number_row("Plenm", "Plenz"),
     number_row("Volfml", "Volfgn"),
     note_row("water"),
     {RowShape::pair, "zul_P0", {number("zul_P0", "@zulp_nam"), number("zul_P1")}},
@@ -141,28 +149,41 @@ constexpr Row kCartridge[] = {
     number_row("sebf"),
 };
 constexpr Row kBullet[] = {
-    wide_row("Bnam", load_list("Bnam", RecordKind::bullets)),
-    source_row("Bnam"),
     number_row("buldinmm", "buldinch"),
     number_row("Bwgm", "Bwgn"),
     number_row("Glenm", "Glenz"),
-    {RowShape::bare, nullptr, {check("TAIL"), check("fproof")}},
-};
-constexpr Row kBarrel[] = {
-    number_row("Llenm", "Llenz"),
-    display_row("Wobm", "unit_mm", "Wobz", "unit_in"),
-};
-constexpr Row kVolume[] = {
-    number_row("Bsdm", "Bsdz"),
     number_row("ssdm", "ssdz"),
+    display_row("Wobm", "unit_mm", "Wobz", "unit_in"),
     display_row("Vvgm", "unit_ccm", "Vvgn", "unit_grh2o"),
     display_row("Veffm", "unit_ccm", "Veffz", "unit_grh2o"),
 };
-constexpr Row kDrawing[] = {{RowShape::block, nullptr, {surface("drawing")}}};
 constexpr Row kButtons[] = {{RowShape::buttons, nullptr, {button("shpic"), button("Patdef")}}};
-constexpr Group kForm[] = {{"grp_cartridge", 0, kCartridge}, {"grp_bullet", 1, kBullet},
-                           {"grp_barrel", 0, kBarrel},       {"grp_volume", 1, kVolume},
-                           {nullptr, 1, kDrawing},           {nullptr, 1, kButtons}};
+
+// A figure in the units on show.
+std::string told(const Session& s, const char* metric, const char* metric_unit, const char* imperial,
+                 const char* imperial_unit) {
+  const bool in_metric = s.unit_mode == UnitMode::metric;
+  return field(s, kName, in_metric ? metric : imperial).text + ' ' +
+         s.language.text("units", in_metric ? metric_unit : imperial_unit);
+}
+
+std::string case_in_short(const Session& s) {
+  const bool metric = s.unit_mode == UnitMode::metric;
+  return told(s, "Volfml", "unit_ccm", "Volfgn", "unit_grh2o") + " · " +
+         field(s, kName, metric ? "zul_P0" : "zul_P1").text + ' ' + mode_pressure_unit(s) + ' ' +
+         field(s, kName, "method").text;
+}
+
+// A volume that waits for its next calculation is not told as if it were good.
+std::string bullet_in_short(const Session& s) {
+  return told(s, "Bwgm", "unit_g", "Bwgn", "unit_gr") + " · Veff " +
+         (s.valid.volumes_stale ? s.language.text("form5", "key_stale")
+                                : told(s, "Veffm", "unit_ccm", "Veffz", "unit_grh2o"));
+}
+
+constexpr Group kForm[] = {
+    {nullptr, 0, kParts},   {nullptr, 0, kDrawing}, {"fold_case", 0, kCase, nullptr, case_in_short},
+    {"fold_bullet", 0, kBullet, nullptr, bullet_in_short}, {nullptr, 0, kButtons}};
 
 // --- actions
 

@@ -49,25 +49,26 @@ constexpr NumberField kNumbers[] = {
              start_pressure_changed),
 };
 
-constexpr Row kPowder[] = {
+constexpr Row kCharge[] = {
     wide_row("PulvDat", load_list("PulvDat", RecordKind::powders)),
     source_row("PulvDat"),
-    number_row("Exw"),
-    number_row("Kap"),
-    number_row("Pdens"),
-    number_row("bulkdn"),
-    number_row("Ba0"),
-    number_row("PDko"),
-    number_row("Limz1"),
-    number_row("Ba1"),
-};
-constexpr Row kCharge[] = {
     number_row("MPgm", "MPgn"),
     display_row("fill", "unit_percent"),
     {RowShape::pair, "ini_press1", {number("ini_press1", "@zulp_nam")}},
 };
 constexpr Row kButtons[] = {{RowShape::buttons, nullptr, {button("CalcAll")}}};
-constexpr Group kForm[] = {{"grp_powder", 0, kPowder}, {"grp_charge", 0, kCharge}, {nullptr, -1, kButtons}};
+constexpr Row kPowder[] = {
+    number_row("Exw"), number_row("Kap"),  number_row("Pdens"), number_row("bulkdn"),
+    number_row("Ba0"), number_row("PDko"), number_row("Limz1"), number_row("Ba1"),
+};
+
+std::string powder_in_short(const Session& s) {
+  const auto text = [&s](const char* name) { return field(s, kName, name).text; };
+  return "Ba " + text("Ba0") + " · a0 " + text("PDko") + " · z1 " + text("Limz1");
+}
+
+constexpr Group kAlways[] = {{nullptr, 0, kCharge}, {nullptr, 0, kButtons}};
+constexpr Group kForm[] = {{"fold_powder", 0, kPowder, nullptr, powder_in_short}};
 
 void pick_powder(Session& s, int) { take_powder(s, picked_row(field(s, kName, "PulvDat"))); }
 
@@ -96,6 +97,7 @@ extern const ScreenSpec kForm4{.name = kName,
                                .shape = ScreenShape::child,
                                .role = Role::powder,
                                .form = kForm,
+                               .apart = kAlways,
                                .default_button = "CalcAll",
                                .numbers = kNumbers,
                                .actions = kActions,

@@ -26,7 +26,7 @@ constexpr const char* kNotice = "Form2";
 constexpr Row kNoticeRows[] = {
     {RowShape::bare, nullptr, {button("page_up"), button("page_down")}},
     {RowShape::bare, nullptr, {check("acceptiert"), check("Check2")}},
-    {RowShape::buttons, nullptr, {button("weiter"), button("schluss"), button("wechsel")}},
+    {RowShape::buttons, nullptr, {button("weiter"), button("schluss"), {"wechsel", ControlKind::combo}}},
     {RowShape::block, nullptr, {view("notice"), display("version_line")}},
 };
 constexpr Group kNoticeForm[] = {{nullptr, 0, kNoticeRows}};
@@ -45,17 +45,26 @@ void refuse(Session& s, int) {
   s.end_requested = true;
   hide_screen(s, kNotice);
 }
-void next_language(Session& s, int) {
+// Each in its own words, so that its reader knows it.
+constexpr const char* kLanguageNames[] = {"English", "Deutsch", "Français", "Русский"};
+void choose_language(Session& s, int n) {
+  language_switch(s, delivered_languages()[static_cast<std::size_t>(n)].name);
+}
+void refresh_languages(Session& s) {
+  Field& list = field(s, kNotice, "wechsel");
   const auto languages = delivered_languages();
-  std::size_t next = 0;
-  for (std::size_t i = 0; i < languages.size(); ++i)
-    if (s.language.name() == languages[i].name) next = i + 1;
-  language_switch(s, languages[next % languages.size()].name);
+  list.items.clear();
+  for (std::size_t i = 0; i < languages.size(); ++i) {
+    list.items.push_back({kLanguageNames[i]});
+    if (s.language.name() == languages[i].name) list.selected = static_cast<int>(i);
+  }
+  list.text = list.selected < 0 ? std::string() : kLanguageNames[list.selected];
 }
 constexpr ControlAction kNoticeActions[] = {
-    {"weiter", agree}, {"schluss", refuse}, {"wechsel", next_language}};
+    {"weiter", agree}, {"schluss", refuse}, {"wechsel", choose_language}};
 
 void refresh_notice(Session& s) {
+  refresh_languages(s);
   field(s, kNotice, "weiter").enabled = field(s, kNotice, "acceptiert").checked;
 }
 

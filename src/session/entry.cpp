@@ -315,7 +315,10 @@ bool key(Session& s, std::string_view screen, std::string_view name) {
   const Action action(s);
   const ScreenSpec* spec = spec_of(s, screen);
   if (spec && spec->key && spec->key(s, name)) return true;
-  if (name == "Escape") return (s.focus.screen == screen && restore_field(s)) || close_screen(s, screen);
+  if (name == "Escape") {
+    if (s.focus.screen == screen && restore_field(s)) return true;
+    return spec && spec->shape != ScreenShape::child && close_screen(s, screen);
+  }
   return s.program.shortcut && s.program.shortcut(s, name);
 }
 

@@ -45,7 +45,8 @@ bool pick(Session& s, std::string_view screen, std::string_view list,
           int index);  // index into the list's items
 bool toggle(Session& s, std::string_view screen, std::string_view box);
 bool choose(Session& s, std::string_view screen, std::string_view group, int n);  // option n of a group
-bool key(Session& s, std::string_view screen, std::string_view key);  // "Shift+Up", "F5", "Escape"
+// "Shift+Up", "F5", "Escape"; the last closes dialogs, but never takes a child of the frame away.
+bool key(Session& s, std::string_view screen, std::string_view key);
 
 BarPlace bar_place(const Session& s, std::string_view screen, std::string_view bar);
 bool move_bar(Session& s, std::string_view screen, std::string_view bar, int position);

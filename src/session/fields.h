@@ -5,6 +5,7 @@
 #include <any>
 #include <cstdint>
 #include <map>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -49,6 +50,7 @@ struct Screen {
   std::string hint;        // text of the hint box (grenzen), empty: hidden
   std::string hint_field;  // beside this field
   Paper paper = Paper::grey;
+  std::set<std::string, std::less<>> opened;  // folding groups that opened by themselves
   std::any own;  // state of the screen's own, known to its file alone; see own()
 };
 

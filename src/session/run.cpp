@@ -79,7 +79,7 @@ int run_single(Session& s) {
   s.valid.results = false;
   s.user->busy(true);
   s.shown.running = s.shown.failed = true;
-  bring_to_front(s, Role::results);
+  if (!s.options.atiles) bring_to_front(s, Role::results);
   ShotOutcome outcome = runShot(s.state, s.curve, s.result);
   s.shown.outcome = outcome;
   s.shown.running = false;
@@ -123,9 +123,11 @@ bool set_up_refused(Session& s) {
   return !s.inputsOk || start_pressure_refused(s);
 }
 
+// On a tiled desk key figures are always in sight: only the first run brings its picture to the front.
 void end_first_run(Session& s) {
   s.firstRun = false;
   hide_screen(s, Role::quick_start);
+  if (s.options.atiles) open_output(s);
 }
 
 }  // namespace
@@ -173,7 +175,8 @@ void Patdef(Session& s) {
   if (set_up_refused(s)) return;
   if (powder_table_waits(s) || !s.valid.ask_charge) {
     runAndShow(s);
-    return open_output(s);
+    if (!s.options.atiles) open_output(s);
+    return;
   }
   s.valid.ask_charge = false;
   s.status = s.language.fastmsg("askcharge0");
@@ -204,9 +207,7 @@ int runAndShow(Session& s) {
   if (s.tables.powder_shown) SetDisplayMode(s, 3);
   save_current_load(s);
   if (!s.valid.results) s.valid.load_table = s.valid.powder_table = false;
-  const int answer = run_by_mode(s);
-  if (s.options.atiles && s.hooks.window_command) s.hooks.window_command(s, "arrng_wins");
-  return answer;
+  return run_by_mode(s);
 }
 
 bool run_shown_shot(Session& s) { return prepareShot(s.state) == SetUp::ok && run_single(s) != 0; }

@@ -101,6 +101,8 @@ enum class RowShape : std::uint8_t {
   note,     // a caption alone, its key in label
   source,   // where the entries of the list named in label come from, small
   slider,   // a bar that moves the number field of the row before it
+  figure,   // a figure to be read at a glance: its caption, small, above it, its unit behind it
+  line,     // small texts or a drawing side by side, without captions, below a figure
   grid      // `count` rows of fields with an index; the columns headed by the captions of their controls
 };
 
@@ -147,6 +149,7 @@ struct Extent {
   double width = 0, height = 0;
   TextWidth text_width = estimated_text_width;
   bool dark = false;
+  Colour paper{255, 255, 255, 255};  // what the surface stands on
 };
 
 struct Surface {
@@ -177,6 +180,8 @@ struct ScreenSpec {
   ScreenShape shape = ScreenShape::dialog;
   Role role = Role::none;
   std::span<const Group> form{};
+  // What stays in sight when the desk puts the form behind others; a window of its own has it above the form.
+  std::span<const Group> apart{};
   const char* default_button = nullptr;  // pressed by Enter
   std::span<const NumberField> numbers{};
   std::span<const ControlAction> actions{};
@@ -190,7 +195,7 @@ struct ScreenSpec {
   void (*units_chosen)(Session&) = nullptr;               // the units of the program were chosen: it follows
 };
 
-// All controls of a screen, in the order of its form.
+// All controls of a screen, in the order of what stands apart and of its form.
 std::vector<Control> controls_of(const ScreenSpec& spec);
 // How many of a control a row holds, if it is a grid; else 0.
 inline int grid_rows(const Row& row, const Place& place) { return place.rows > 0 ? place.rows : row.count; }

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <stdexcept>
 
+#include "session/folds.h"
+
 namespace tv {
 namespace {
 
@@ -38,8 +40,9 @@ Screens make_screens(const Program& program) {
 
 std::vector<Control> controls_of(const ScreenSpec& spec) {
   std::vector<Control> controls;
-  for (const Group& group : spec.form)
-    for (const Row& row : group.rows) add_row(controls, row);
+  for (const auto& groups : {spec.apart, spec.form})
+    for (const Group& group : groups)
+      for (const Row& row : group.rows) add_row(controls, row);
   if (!spec.numbers.empty()) controls.push_back({"grenzen", ControlKind::display});  // the hint box
   return controls;
 }
@@ -99,6 +102,7 @@ bool is_visible(const Session& s, Role role) {
 void refresh_screens(Session& s) {
   for (const ScreenSpec* spec : s.program.screens)
     if (spec->refresh) spec->refresh(s);
+  refresh_folds(s);
 }
 
 void outputs_changed(Session& s) { ++s.output.revision; }

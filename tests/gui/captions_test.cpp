@@ -32,7 +32,7 @@ void check_screen(const View& view, const ScreenSpec& spec) {
   const std::string screen = spec.name;
   for (const Control& control : controls_of(spec)) {
     if (control.kind == ControlKind::display || control.kind == ControlKind::surface) continue;
-    auto* widget = view.root->findChild<QWidget*>(qt(control.name));
+    auto* widget = view.control(qt(control.name));
     ASSERT_NE(widget, nullptr) << screen << "." << control.name;
     EXPECT_TRUE(has_caption(widget)) << screen << ": no caption: " << path(widget);
     EXPECT_FALSE(widget->toolTip().isEmpty()) << screen << ": no tip: " << path(widget);
@@ -127,7 +127,7 @@ TEST(Menus, HoldEveryCommandCaptionedWithKeysOfTheirOwn) {
     check_actions(bar + program.desk->view("Form7")->root->findChild<QMenuBar*>()->actions(), names);
     for (const char* screen : {"Form3", "Form4"}) {
       QList<QAction*> all = bar;
-      for (const auto* button : program.desk->view(screen)->root->findChildren<QAbstractButton*>())
+      for (const auto* button : program.desk->view(screen)->body->findChildren<QAbstractButton*>())
         if (!button->text().isEmpty()) all << new QAction(button->text(), program.desk->frame());
       check_actions(all, names);
     }

@@ -9,9 +9,11 @@
 #include <QPushButton>
 #include <QTest>
 
+#include "gui/fold_head.h"
 #include "gui/modal.h"
 #include "gui/number_edit.h"
 #include "gui/open_program.h"
+#include "gui/program_style.h"
 
 namespace tv {
 namespace {
@@ -87,21 +89,70 @@ TEST_F(Entry, OutOfRangeIsMarkedSaidAndKept) {
   EXPECT_EQ(program.session.screens["Form3"].fields["Glenm"].ink, Ink::black);
 }
 
-TEST_F(Entry, EscapeGivesTheFieldBackThenClosesTheWindow) {
+TEST_F(Entry, EscapeGivesTheFieldBackAndNeverTakesAChildAway) {
   const double before = program.session.state.dim.Hlen;
   const QString text = edit("Form3", "Hlenm")->text();
   auto* field = enter("Form3", "Hlenm");
   QTest::keyClicks(field, "511");
   EXPECT_NE(program.session.state.dim.Hlen, before);
-  QTest::keyClick(field, Qt::Key_Escape);
+  for (int i = 0; i < 3; ++i) QTest::keyClick(field, Qt::Key_Escape);
   EXPECT_EQ(field->text(), text);
   EXPECT_DOUBLE_EQ(program.session.state.dim.Hlen, before);
-  EXPECT_TRUE(program.session.screens["Form3"].visible);
-  QTest::keyClick(field, Qt::Key_Escape);
-  EXPECT_FALSE(program.session.screens["Form3"].visible);
-  EXPECT_TRUE(program.desk->view("Form3")->window->isHidden());
+  EXPECT_TRUE(field->isVisible());
+  program.run("sh_metr");
+  EXPECT_FALSE(field->isVisible());
   program.run("metr");
-  EXPECT_FALSE(program.desk->view("Form3")->window->isHidden());
+  EXPECT_TRUE(field->isVisible());
+}
+
+TEST_F(Entry, AFoldOpensBySpaceAndCannotHideWhatIsWrong) {
+  auto* head = program.find<FoldHead>("Form3", "fold_case");
+  auto* limit = edit("Form3", "zul_P0");
+  EXPECT_FALSE(limit->isVisible());
+  EXPECT_TRUE(head->accessibleDescription().contains("415 MPa"));
+  head->setFocus();
+  QTest::keyClick(head, Qt::Key_Space);
+  EXPECT_TRUE(limit->isVisible());
+  QTest::keyClick(head, Qt::Key_Space);
+  EXPECT_FALSE(limit->isVisible());
+  program.desk->act([&] { type_text(s, "Form3", "zul_P0", "0"); });  // unknown
+  EXPECT_TRUE(limit->isVisible());
+  QTest::mouseClick(head, Qt::LeftButton);
+  EXPECT_TRUE(limit->isVisible());
+  program.desk->act([&] { type_text(s, "Form3", "zul_P0", "415"); });
+  EXPECT_FALSE(limit->isVisible());
+}
+
+TEST_F(Entry, KeyFiguresTellTheShareOfTheLimitAndWhenTheyAreOld) {
+  const auto share = [&] { return program.text("Form5", "key_share"); };
+  const auto bars = [&] {
+    return find_surface(s, "Form5", "key_bar")->draw(s, {100, 8}).items.size();
+  };
+  EXPECT_EQ(program.text("Form5", "key_Mgas"), "\u2013");
+  calculate();
+  EXPECT_EQ(share(), "82 % of 415 MPa");
+  EXPECT_GT(bars(), 0u);
+  EXPECT_TRUE(program.desk->frame()->findChild<QWidget*>("key_figures")->accessibleName().contains(qt(share())));
+  program.desk->act([&] { type_text(s, "Form4", "MPgn", "38"); });
+  EXPECT_EQ(share(), s.language.text("form5", "key_stale"));
+  EXPECT_EQ(bars(), 0u);
+  program.desk->act([&] { type_text(s, "Form3", "zul_P0", "300"); });
+  calculate();
+  EXPECT_NE(share().find(s.language.text("form5", "key_over")), std::string::npos);
+  program.desk->act([&] { type_text(s, "Form3", "zul_P0", "0"); });
+  calculate();
+  EXPECT_EQ(share(), s.language.text("form5", "key_unknown"));
+  EXPECT_EQ(bars(), 0u);
+}
+
+TEST_F(Entry, EnterCalculatesFromABoxAndSpaceTogglesIt) {
+  auto* box = program.find<QAbstractButton>("Form3", "TAIL");
+  const bool before = box->isChecked();
+  s.firstRun = false;
+  box->setFocus();
+  QTest::keyClick(box, Qt::Key_Return);
+  EXPECT_TRUE(calculated());
+  EXPECT_EQ(box->isChecked(), before);
 }
 
 TEST_F(Entry, TabbingThroughWritesNothing) {
@@ -196,17 +247,9 @@ TEST_F(Entry, LimitColoursCarryASignAndReadableText) {
   for (const QPalette& palette : {QApplication::palette(), dark_palette()})
     for (const Paper paper :
          {Paper::white, Paper::red, Paper::magenta, Paper::yellow, Paper::grey, Paper::failed})
-      for (const Ink ink : {Ink::black, Ink::red, Ink::magenta}) {
-        // Contrast of text by the usual ratio of luminances.
-        const auto luminance = [](const QColor& c) {
-          const auto linear = [](double v) {
-            return v <= 0.04045 ? v / 12.92 : std::pow((v + 0.055) / 1.055, 2.4);
-          };
-          return 0.2126 * linear(c.redF()) + 0.7152 * linear(c.greenF()) + 0.0722 * linear(c.blueF());
-        };
-        const double a = luminance(paper_colour(paper, palette)),
-                     b = luminance(ink_colour(ink, paper, palette));
-        EXPECT_GE((std::max(a, b) + 0.05) / (std::min(a, b) + 0.05), 4.5) << int(paper) << " " << int(ink);
+      for (const Ink ink : {Ink::black, Ink::red, Ink::magenta, Ink::grey}) {
+        EXPECT_GE(contrast(paper_colour(paper, palette), ink_colour(ink, paper, palette)), 4.5)
+            << int(paper) << " " << int(ink);
       }
 }
 

@@ -15,6 +15,7 @@
 #include "gui/gui_user.h"
 #include "gui/icons.h"
 #include "gui/main_frame.h"
+#include "gui/palettes.h"
 #include "screens/all.h"
 #include "screens/commands.h"
 #include "session/entry.h"
@@ -33,28 +34,6 @@ inline void plain_look(QApplication& app) {
   font.setHintingPreference(QFont::PreferNoHinting);
   app.setFont(font);
   app.setWindowIcon(program_icon());
-}
-
-inline QPalette dark_palette() {
-  QPalette dark;
-  for (const auto& [role, colour] : {std::pair{QPalette::Window, QColor(45, 45, 48)},
-                                     {QPalette::WindowText, QColor(235, 235, 235)},
-                                     {QPalette::Base, QColor(30, 30, 32)},
-                                     {QPalette::AlternateBase, QColor(60, 60, 64)},
-                                     {QPalette::Text, QColor(235, 235, 235)},
-                                     {QPalette::Button, QColor(60, 60, 64)},
-                                     {QPalette::ButtonText, QColor(235, 235, 235)},
-                                     {QPalette::BrightText, QColor(255, 90, 90)},
-                                     {QPalette::Highlight, QColor(60, 110, 180)},
-                                     {QPalette::HighlightedText, QColor(255, 255, 255)},
-                                     {QPalette::ToolTipBase, QColor(70, 70, 50)},
-                                     {QPalette::ToolTipText, QColor(245, 245, 225)},
-                                     {QPalette::PlaceholderText, QColor(150, 150, 150)},
-                                     {QPalette::Link, QColor(120, 170, 255)}})
-    dark.setColor(role, colour);
-  for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
-    dark.setColor(QPalette::Disabled, role, QColor(140, 140, 140));
-  return dark;
 }
 
 class Home {
@@ -88,7 +67,7 @@ struct Running {
   }
   QWidget* control(std::string_view screen, std::string_view name) {
     View* view = desk->view(screen);
-    return view ? view->root->findChild<QWidget*>(qt(name)) : nullptr;
+    return view ? view->control(qt(name)) : nullptr;
   }
   template <class W>
   W* find(std::string_view screen, std::string_view name) {

@@ -33,7 +33,6 @@ protected:
     open_example();
     OpenProgram::calculate();
     program.run("diagra");
-    program.desk->view("Form7")->window->setGeometry(0, 0, 500, 400);
     QApplication::processEvents();
   }
   QWidget* root(const char* screen) { return program.desk->view(screen)->root; }
@@ -42,8 +41,13 @@ protected:
 TEST_F(Windows, ABareHomeReachesTheMainWindow) {
   EXPECT_TRUE(program.desk->frame()->isVisible());
   for (const char* screen : {"Form3", "Form4", "Form5", "Form7"})
-    EXPECT_TRUE(program.desk->view(screen)->window->isVisible()) << screen;
+    EXPECT_EQ(program.desk->view(screen)->root->isVisible(), std::string_view(screen) != "Form5") << screen;
   EXPECT_EQ(program.desk->active_screen(), "Form3");
+  program.run("arrng_stag");
+  for (const char* screen : {"Form3", "Form4", "Form5", "Form7"})
+    EXPECT_TRUE(program.desk->view(screen)->window->isVisible()) << screen;
+  program.run("arrng_wins");
+  EXPECT_TRUE(program.control("Form4", "MPgn")->isVisible());
   EXPECT_FALSE(program.desk->frame()->findChild<QLabel*>("Picture1")->text().trimmed().isEmpty());
 }
 
@@ -181,6 +185,7 @@ TEST_F(Windows, AClickBesideAnAxisFitsTheLoadAndCanBeUndone) {
 
 TEST_F(Windows, PlacesAndLoadComeBackAfterARestart) {
   calculate();
+  program.run("arrng_stag");
   const double charge = program.session.state.chargeGr;
   const auto place = [](Running& p, const char* screen) {
     const QMdiArea& area = p.desk->frame()->area();

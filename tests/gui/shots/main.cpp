@@ -51,7 +51,10 @@ void shoot_all(Running& program, const QString& folder, const Look& look) {
   const auto name = [&](const QString& window) {
     return folder + '/' + window + '-' + qt(s.language.name()) + look.name + ".png";
   };
+  program.run("arrng_wins");
+  program.run("Zeit_press_vel");
   shoot(desk.frame(), name("frmMAIN"));
+  program.run("arrng_stag");
   for (const char* screen : {"Form3", "Form4", "Form5", "Form7"})
     shoot(desk.view(screen)->window, name(screen));
   for (const char* screen : {"Form2", "FormBorefrict", "FormPsel", "frmHelp", "frmPic", "Form11", "Form12",
@@ -109,7 +112,7 @@ int main(int argc, char** argv) {
   app.setStyle(new tv::ProgramStyle(program.session, QStyleFactory::create("Fusion")));
   program.session.sound = false;
   program.open();
-  program.desk->frame()->resize(1640, 1030);
+  program.desk->frame()->resize(1280, 720);
   program.desk->act([&] {
     tv::open_load(program.session, std::string(TV_SHARE_DIR) + "/data/loads/308_winchester_168.dat");
     tv::press(program.session, "Form4", "CalcAll");
