@@ -53,10 +53,10 @@ struct Options {
   std::string form1l, form1t, form1w, form1h, form3l, form3t, form4l, form4t, form9l,
       form9t;  // window places, twips
   std::string form5l, form5t, form5h, form5w, form7l, form7t, form7w, form7h;
-  bool form1max = false;               // the frame fills its screen
-  int deskleft = 0, desktop = 0;       // pixels: width of the entries, height of the upper one; 0: as they like
-  std::string desktab, folds;          // the tab in front; the groups that are open, "Form3.fold_case;"
-  int look = 0;                        // 0 as the desktop's, 1 light, 2 dark
+  bool form1max = false;          // the frame fills its screen
+  int deskleft = 0, desktop = 0;  // pixels: width of the entries, height of the upper one; 0: as they like
+  std::string desktab, folds;     // the tab in front; the groups that are open, "Form3.fold_case;"
+  int look = 0;                   // 0 as the desktop's, 1 light, 2 dark
   // metrics
   double twistlen = 12;  // inch
   double maxtab = 350;   // MPa, target pressure of the powder table

@@ -106,9 +106,8 @@ void Binder::connect_widget(const std::string& name, QWidget* widget) {
 
 void Binder::connect_fold(FoldHead* head) {
   folds_.push_back(head);
-  connect(head, &QAbstractButton::clicked, this, [this, head] {
-    act_([this, head] { toggle_fold(session_, screen_, head->group()); });
-  });
+  connect(head, &QAbstractButton::clicked, this,
+          [this, head] { act_([this, head] { toggle_fold(session_, screen_, head->group()); }); });
 }
 
 void Binder::show_folds() {

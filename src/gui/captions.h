@@ -27,11 +27,11 @@ std::string tip_key(const Session& s, const QWidget* widget);
 QString tip_text(const Session& s, const QWidget* widget);
 
 // Names that the walk goes by.
-inline constexpr const char* kCaptionKey = "caption";  // property: caption key other than the objectName
-inline constexpr const char* kUnitKey = "unit";        // property of unit labels
+inline constexpr const char* kCaptionKey = "caption";    // property: caption key other than the objectName
+inline constexpr const char* kUnitKey = "unit";          // property of unit labels
 inline constexpr const char* kUnitLabel = "unit_label";  // property of a field: the label of its unit
-inline constexpr const char* kSpoken = "spoken";         // property: what a screen reader says of it, less the unit
-inline constexpr const char* kEllipsis = "ellipsis";     // property of a command that asks for more
+inline constexpr const char* kSpoken = "spoken";  // property: what a screen reader says of it, less the unit
+inline constexpr const char* kEllipsis = "ellipsis";   // property of a command that asks for more
 inline constexpr const char* kPageKeys = "page_keys";  // property: keys of tab pages, heads, entries
 inline constexpr const char* kFixedText = "fixed";     // property: text that no language changes
 inline constexpr const char* kOwn = "own";             // property: its window draws it, the binder does not

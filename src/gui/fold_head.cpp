@@ -52,9 +52,11 @@ void FoldHead::paintEvent(QPaintEvent*) {
   const double a = size * 0.5, b = size * 0.4;
   painter.setPen(Qt::NoPen);
   painter.setBrush(palette().color(QPalette::WindowText));
-  painter.drawPolygon(open_ ? QPolygonF({{centre.x() - a, centre.y() - b}, {centre.x() + a, centre.y() - b},
+  painter.drawPolygon(open_ ? QPolygonF({{centre.x() - a, centre.y() - b},
+                                         {centre.x() + a, centre.y() - b},
                                          {centre.x(), centre.y() + b}})
-                            : QPolygonF({{centre.x() - b, centre.y() - a}, {centre.x() + b, centre.y()},
+                            : QPolygonF({{centre.x() - b, centre.y() - a},
+                                         {centre.x() + b, centre.y()},
                                          {centre.x() - b, centre.y() + a}}));
   QRect place = rect().adjusted(fontMetrics().height() + kGap, 1, -2, 0);
   painter.setPen(palette().color(QPalette::WindowText));

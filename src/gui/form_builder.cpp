@@ -195,7 +195,8 @@ private:
     figure->setProperty("label_key", QString(row.label));
     scale_label(*figure, kFigureScale, true);
     line->addWidget(figure, 0, Qt::AlignBaseline);
-    if (const char* unit = unit_of(row.places[0])) line->addWidget(make_unit(unit, box), 0, Qt::AlignBaseline);
+    if (const char* unit = unit_of(row.places[0]))
+      line->addWidget(make_unit(unit, box), 0, Qt::AlignBaseline);
     line->addStretch(1);
     grid.addLayout(line, at + 1, 0, 1, 6);
   }

@@ -21,7 +21,7 @@ class MainFrame : public QMainWindow {
 public:
   explicit MainFrame(Desk& desk);
 
-  QMdiArea& area() { return *area_; }      // of free windows
+  QMdiArea& area() { return *area_; }     // of free windows
   TiledDesk& tiles() { return *tiles_; }  // of panes
   void show_tiled(bool tiled);
   void refresh();

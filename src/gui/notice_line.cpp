@@ -59,8 +59,7 @@ NoticeLine::NoticeLine(Desk& desk) : desk_(desk), text_(new QLabel(this)) {
 
 void NoticeLine::refresh() {
   const Session& s = desk_.session();
-  const QString sentence =
-      qt(s.language.fastmsg("agreeit1")) + first_sentence(qt(s.language.notice()));
+  const QString sentence = qt(s.language.fastmsg("agreeit1")) + first_sentence(qt(s.language.notice()));
   if (sentence != sentence_) {
     sentence_ = sentence;
     text_->setAccessibleName(sentence);

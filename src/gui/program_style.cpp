@@ -41,7 +41,8 @@ QColor filled_colour(const QPalette& palette) {
   QColor fill = palette.color(QPalette::Active, QPalette::Highlight);
   const QColor ink = palette.color(QPalette::Active, QPalette::HighlightedText);
   const bool dark_ink = luminance(ink) < 0.2;
-  for (int i = 0; i < 20 && contrast(fill, ink) < kLeast; ++i) fill = dark_ink ? fill.lighter(106) : fill.darker(106);
+  for (int i = 0; i < 20 && contrast(fill, ink) < kLeast; ++i)
+    fill = dark_ink ? fill.lighter(106) : fill.darker(106);
   return fill;
 }
 
@@ -91,7 +92,8 @@ void ProgramStyle::drawControl(ControlElement element, const QStyleOption* optio
   QStyleOptionButton filled = *button;
   filled.features &= ~QStyleOptionButton::DefaultButton;
   filled.palette.setColor(QPalette::Button, filled_colour(button->palette));
-  filled.palette.setColor(QPalette::ButtonText, button->palette.color(QPalette::Active, QPalette::HighlightedText));
+  filled.palette.setColor(QPalette::ButtonText,
+                          button->palette.color(QPalette::Active, QPalette::HighlightedText));
   QProxyStyle::drawControl(element, &filled, painter, widget);
 }
 

@@ -19,8 +19,13 @@ struct PlaceKey {
   const char* text;
 };
 constexpr PlaceKey kPlaceKeys[] = {
-    {"F6", "key_f6"},       {"Ctrl+1 \u2026 6", "key_tabs"}, {"Alt+PgUp", "key_next"}, {"Enter", "key_enter"},
-    {"Space", "key_space"}, {"Esc", "key_escape"},           {"\u2191 \u2193", "key_step"},
+    {"F6", "key_f6"},
+    {"Ctrl+1 \u2026 6", "key_tabs"},
+    {"Alt+PgUp", "key_next"},
+    {"Enter", "key_enter"},
+    {"Space", "key_space"},
+    {"Esc", "key_escape"},
+    {"\u2191 \u2193", "key_step"},
 };
 
 void add_row(QTableWidget& table, const QString& keys, const QString& what) {

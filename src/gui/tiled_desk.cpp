@@ -228,7 +228,8 @@ void TiledDesk::give_back(View& view) {
     if (area->widget() && area->widget() == view.root) area->takeWidget();
   pages_->removeWidget(view.root);
   if (view.root == powder_form_) powder_form_ = nullptr;
-  std::erase_if(taken_, [&](const auto& part) { return part.second == view.root || part.second == view.apart; });
+  std::erase_if(taken_,
+                [&](const auto& part) { return part.second == view.root || part.second == view.apart; });
 }
 
 void TiledDesk::settle() {
@@ -251,11 +252,12 @@ void TiledDesk::settle() {
 void TiledDesk::recaption() {
   const Session& s = desk_.session();
   apply_captions(this, s, "frmMAIN");
-  for (int i = 0; i < kTabCount; ++i)
-    tabs_->setTabText(i, qt(s.language.text("frmMAIN", kTabs[i].caption)));
+  for (int i = 0; i < kTabCount; ++i) tabs_->setTabText(i, qt(s.language.text("frmMAIN", kTabs[i].caption)));
   entry_tabs_->setTabText(0, qt(s.language.text("form3", kDimensions)));
   entry_tabs_->setTabText(1, qt(s.language.text("form4", "fold_powder")));
-  if (isVisible()) QMetaObject::invokeMethod(this, [this] { place_splitters(); }, Qt::QueuedConnection);
+  if (isVisible())
+    QMetaObject::invokeMethod(
+        this, [this] { place_splitters(); }, Qt::QueuedConnection);
 }
 
 // --- tabs

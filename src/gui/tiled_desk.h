@@ -37,7 +37,8 @@ public:
 
   void take(std::string_view screen, View& view);  // into its pane or tab
   void give_back(View& view);                      // what it has taken has no place any more
-  void settle();  // all that there are have been taken: their order for the Tab key, the tab that was in front
+  void
+  settle();  // all that there are have been taken: their order for the Tab key, the tab that was in front
   void refresh();  // what is on show, and which tab is in front
   void recaption();
 

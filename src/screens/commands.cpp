@@ -422,19 +422,33 @@ constexpr Command kCommands[] = {
 
 // Of commands with one of these only one is chosen at a time.
 constexpr bool (*kExclusive[])(CS, C) = {
-    language_checked,      sort_checked,         view_checked,   step_checked,         percent_checked,
-    free_percent_checked,  weight_checked,       tolerance_checked, pressure_unit_checked,
-    output_units_checked,  look_checked,         x_axis_checked, sorted_by,            direction_checked,
-    line_width_checked,    is_set<&Options::atiles>, cascaded,
+    language_checked,
+    sort_checked,
+    view_checked,
+    step_checked,
+    percent_checked,
+    free_percent_checked,
+    weight_checked,
+    tolerance_checked,
+    pressure_unit_checked,
+    output_units_checked,
+    look_checked,
+    x_axis_checked,
+    sorted_by,
+    direction_checked,
+    line_width_checked,
+    is_set<&Options::atiles>,
+    cascaded,
 };
 
 constexpr std::string_view kDialogs[] = {
-    "lab_sav",  "lab_lod",  "lab_example", "addinfo",  "lab_omt",   "ptitle",      "PrSetup",  "prifontsel",
-    "grf_akt",  "grf_akt_dat", "grf_weg_zeit", "lade_tab", "pulv_tab",  "asci_print",  "pow_load", "pow_neu",
-    "pow_save_as", "case_dat", "case_load",  "case_neu", "case_save_as", "case_collect", "case_select",
-    "bull_dat", "bull_load", "bull_neu",   "bull_save_as", "bul_collect", "gun_dat",  "gun_load", "gun_neu",
-    "gun_save_as", "powd_set", "borefriction", "backlash", "conver",   "sysfon",      "filewrite", "toexcel",
-    "afonts",   "acolor",   "ax_l",        "ax_r",     "moregraph", "bpcharge",    "measured", "band",
+    "lab_sav",      "lab_lod",     "lab_example", "addinfo",      "lab_omt",   "ptitle",       "PrSetup",
+    "prifontsel",   "grf_akt",     "grf_akt_dat", "grf_weg_zeit", "lade_tab",  "pulv_tab",     "asci_print",
+    "pow_load",     "pow_neu",     "pow_save_as", "case_dat",     "case_load", "case_neu",     "case_save_as",
+    "case_collect", "case_select", "bull_dat",    "bull_load",    "bull_neu",  "bull_save_as", "bul_collect",
+    "gun_dat",      "gun_load",    "gun_neu",     "gun_save_as",  "powd_set",  "borefriction", "backlash",
+    "conver",       "sysfon",      "filewrite",   "toexcel",      "afonts",    "acolor",       "ax_l",
+    "ax_r",         "moregraph",   "bpcharge",    "measured",     "band",
 };
 
 }  // namespace

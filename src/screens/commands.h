@@ -25,8 +25,8 @@ struct Command {
 
 std::span<const Command> commands();  // in menu order
 const Command* find_command(std::string_view name);
-bool is_menu(const Command& command);  // others stand in it
-bool is_exclusive(const Command& command);   // one of a group of which one is chosen
+bool is_menu(const Command& command);       // others stand in it
+bool is_exclusive(const Command& command);  // one of a group of which one is chosen
 bool opens_dialog(const Command& command);  // its caption ends with an ellipsis
 bool command_enabled(const Session& s, const Command& command);
 bool command_checked(const Session& s, const Command& command);

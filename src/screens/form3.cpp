@@ -181,9 +181,11 @@ std::string bullet_in_short(const Session& s) {
                                 : told(s, "Veffm", "unit_ccm", "Veffz", "unit_grh2o"));
 }
 
-constexpr Group kForm[] = {
-    {nullptr, 0, kParts},   {nullptr, 0, kDrawing}, {"fold_case", 0, kCase, nullptr, case_in_short},
-    {"fold_bullet", 0, kBullet, nullptr, bullet_in_short}, {nullptr, 0, kButtons}};
+constexpr Group kForm[] = {{nullptr, 0, kParts},
+                           {nullptr, 0, kDrawing},
+                           {"fold_case", 0, kCase, nullptr, case_in_short},
+                           {"fold_bullet", 0, kBullet, nullptr, bullet_in_short},
+                           {nullptr, 0, kButtons}};
 
 // --- actions
 

@@ -41,15 +41,17 @@ constexpr Row figure_row(const char* name, const char* unit) {
   return {RowShape::figure, name, {display(name, unit)}};
 }
 constexpr Row small_row(const char* name) { return {RowShape::line, nullptr, {display(name)}}; }
-constexpr Row kKeyPeak[] = {figure_row("key_Mgas", "@key_Mgas_unit"), small_row("key_Mgas_more"),
-                            {RowShape::line, nullptr, {surface("key_bar")}}, small_row("key_share")};
+constexpr Row kKeyPeak[] = {figure_row("key_Mgas", "@key_Mgas_unit"),
+                            small_row("key_Mgas_more"),
+                            {RowShape::line, nullptr, {surface("key_bar")}},
+                            small_row("key_share")};
 constexpr Row kKeyVelocity[] = {figure_row("key_Vnull", "@key_Vnull_unit"), small_row("key_Vnull_more")};
 constexpr Row kKeyEnergy[] = {figure_row("key_Ener", "@key_Ener_unit"), small_row("key_Ener_more")};
 constexpr Row kKeyFill[] = {figure_row("key_fill", "unit_percent"), small_row("key_fill_more")};
 constexpr Row kKeyBurnt[] = {figure_row("key_Vbrannt", "unit_percent"), small_row("key_Vbrannt_more")};
 constexpr Row kKeyTime[] = {figure_row("key_Sdau", "unit_ms"), small_row("key_Sdau_more")};
-constexpr Group kStrip[] = {{nullptr, 0, kKeyPeak},  {nullptr, 1, kKeyVelocity}, {nullptr, 2, kKeyEnergy},
-                            {nullptr, 3, kKeyFill},  {nullptr, 4, kKeyBurnt},    {nullptr, 5, kKeyTime}};
+constexpr Group kStrip[] = {{nullptr, 0, kKeyPeak}, {nullptr, 1, kKeyVelocity}, {nullptr, 2, kKeyEnergy},
+                            {nullptr, 3, kKeyFill}, {nullptr, 4, kKeyBurnt},    {nullptr, 5, kKeyTime}};
 
 constexpr Group kForm[] = {{"grp_pressure", 0, kPressure},
                            {"grp_muzzle", 0, kMuzzle},
@@ -105,9 +107,7 @@ std::string figure(const Session& s, std::string_view name) {
 }
 
 // There are figures, and they are those of a run that ended well.
-bool has_figures(const Session& s) {
-  return !s.shown.panel.empty() && !s.shown.failed && !s.shown.running;
-}
+bool has_figures(const Session& s) { return !s.shown.panel.empty() && !s.shown.failed && !s.shown.running; }
 
 // A figure of two units: the one on show large, the other below it.
 void show_pair(Session& s, const std::string& key, std::array<std::string_view, 2> names,
@@ -122,16 +122,14 @@ std::string key_text(const Session& s, const char* key) { return s.language.text
 std::string unit_text(const Session& s, const char* unit) { return s.language.text("units", unit); }
 
 std::string burnt_when(const Session& s) {
-  const std::string travel =
-      s.unit_mode == UnitMode::imperial ? figure(s, "xbrsin") + ' ' + unit_text(s, "unit_in")
-                                        : figure(s, "xbrsmm") + ' ' + unit_text(s, "unit_mm");
+  const std::string travel = s.unit_mode == UnitMode::imperial
+                                 ? figure(s, "xbrsin") + ' ' + unit_text(s, "unit_in")
+                                 : figure(s, "xbrsmm") + ' ' + unit_text(s, "unit_mm");
   if (burn_caption(s.result) != BurnCaption::burnout || s.shown.state.schrit == 2) return {};
   return key_text(s, "key_at") + ' ' + figure(s, "tbrs") + ' ' + unit_text(s, "unit_ms") + ", " + travel;
 }
 
-PressureState limit_state(const Session& s) {
-  return pressure_state(s.result.pMax, s.shown.state.dim.zul_P);
-}
+PressureState limit_state(const Session& s) { return pressure_state(s.result.pMax, s.shown.state.dim.zul_P); }
 double limit_share(const Session& s) { return s.result.pMax / (s.shown.state.dim.zul_P * 1e6); }
 
 // "82 % of 415 MPa", and in words what its colour says.
@@ -175,7 +173,7 @@ void show_no_figures(Session& s) {
     set_text(s, kName, name, kDash);
   Field& share = field(s, kName, "key_share");
   share.ink = s.shown.failed && s.shown.any ? Ink::red : Ink::black;
-  share.text = s.shown.running ? s.language.fastmsg("fwarn7")
+  share.text = s.shown.running                 ? s.language.fastmsg("fwarn7")
                : s.shown.failed && s.shown.any ? s.language.fastmsg("fwarn14")
                                                : key_text(s, "key_none");
 }

@@ -51,7 +51,7 @@ struct Screen {
   std::string hint_field;  // beside this field
   Paper paper = Paper::grey;
   std::set<std::string, std::less<>> opened;  // folding groups that opened by themselves
-  std::any own;  // state of the screen's own, known to its file alone; see own()
+  std::any own;                               // state of the screen's own, known to its file alone; see own()
 };
 
 using Screens = std::map<std::string, Screen, std::less<>>;

@@ -125,14 +125,13 @@ TEST_F(Entry, AFoldOpensBySpaceAndCannotHideWhatIsWrong) {
 
 TEST_F(Entry, KeyFiguresTellTheShareOfTheLimitAndWhenTheyAreOld) {
   const auto share = [&] { return program.text("Form5", "key_share"); };
-  const auto bars = [&] {
-    return find_surface(s, "Form5", "key_bar")->draw(s, {100, 8}).items.size();
-  };
+  const auto bars = [&] { return find_surface(s, "Form5", "key_bar")->draw(s, {100, 8}).items.size(); };
   EXPECT_EQ(program.text("Form5", "key_Mgas"), "\u2013");
   calculate();
   EXPECT_EQ(share(), "82 % of 415 MPa");
   EXPECT_GT(bars(), 0u);
-  EXPECT_TRUE(program.desk->frame()->findChild<QWidget*>("key_figures")->accessibleName().contains(qt(share())));
+  EXPECT_TRUE(
+      program.desk->frame()->findChild<QWidget*>("key_figures")->accessibleName().contains(qt(share())));
   program.desk->act([&] { type_text(s, "Form4", "MPgn", "38"); });
   EXPECT_EQ(share(), s.language.text("form5", "key_stale"));
   EXPECT_EQ(bars(), 0u);
