@@ -77,7 +77,7 @@ int FigureFlow::place(const QRect& room, bool apply) const {
 int FigureFlow::heightForWidth(int width) const { return place({0, 0, width, 0}, false); }
 
 QSize FigureFlow::minimumSize() const {
-  const int width = width_of(std::min(3, std::max(1, count())));
+  const int width = width_of(std::min(2, std::max(1, count())));
   return {width, heightForWidth(100000)};
 }
 

@@ -69,6 +69,7 @@ public:
       return;
     }
     auto* grid = new QGridLayout(root_);
+    if (spec_.shape == ScreenShape::child) grid->setContentsMargins(8, 6, 8, 6);
     std::map<int, QVBoxLayout*> columns;
     int count = 1;
     for (const Group& group : groups_) count = std::max(count, group.column + 1);
@@ -106,7 +107,7 @@ private:
     auto* grid = new QGridLayout(box);
     if (!framed) grid->setContentsMargins(0, 0, 0, 0);
     grid->setVerticalSpacing(3);
-    grid->setProperty("column", group.column);
+    if (group.rows[0].shape != RowShape::figure) grid->setProperty("column", group.column);
     if (framed) grid->setContentsMargins(8, 4, 8, 6);
     // label, field, unit, field, unit: fields are as wide as their numbers; texts take what room is left
     if (has_texts(group)) {
@@ -136,7 +137,8 @@ private:
     for (const Row& row : group.rows)
       if (row.shape == RowShape::pair)
         for (const Place& place : row.places)
-          if (place.control && place.kind != ControlKind::number && place.kind != ControlKind::display)
+          if (place.control && place.kind != ControlKind::number && place.kind != ControlKind::display &&
+              place.kind != ControlKind::button)
             return true;
     return false;
   }
@@ -227,7 +229,11 @@ private:
       QWidget* widget = control(place, row, box);
       if (!first) first = widget;
       const bool figure = place.kind == ControlKind::number || place.kind == ControlKind::display;
-      grid.addWidget(widget, at, column, figure ? Qt::AlignLeft | Qt::AlignVCenter : Qt::Alignment());
+      const bool push = place.kind == ControlKind::button;  // at the right, over what is left
+      grid.addWidget(widget, at, column, 1, push ? 6 - column : 1,
+                     figure ? Qt::AlignLeft | Qt::AlignVCenter
+                     : push ? Qt::AlignRight | Qt::AlignVCenter
+                            : Qt::Alignment());
       if (const char* unit = unit_of(place)) {
         QLabel* label = make_unit(unit, box);
         widget->setProperty(kUnitLabel, QVariant::fromValue<QObject*>(label));

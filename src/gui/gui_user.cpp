@@ -16,6 +16,7 @@
 #include "gui/input_box.h"
 #include "gui/main_frame.h"
 #include "gui/tiled_desk.h"
+#include "session/entry.h"
 #include "session/folds.h"
 
 namespace tv {
@@ -136,7 +137,7 @@ void GuiUser::bring_to_front(std::string_view screen) {
 void GuiUser::focus(std::string_view screen, std::string_view field) {
   if (!desk_ || !desk_->frame()) return;
   bring_to_front(screen);
-  open_fold_of(*session_, screen, field);
+  if (open_fold_of(*session_, screen, field)) focus_field(*session_, screen, field);  // which keeps it open
   refresh();
   View* view = desk_->view(screen);
   auto* widget = view ? view->control(qt(field)) : nullptr;

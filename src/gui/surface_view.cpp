@@ -19,6 +19,7 @@ constexpr double kWheelNotch = 120;   // eighths of a degree
 constexpr double kPixelsANotch = 50;  // of a touch pad
 constexpr int kLeastPixels = 8;       // smaller nothing is drawn
 constexpr double kLeastHeight = 200;  // of a surface that can give way
+constexpr double kLeastShare = 0.7;   // of the height that a small one would like
 
 double turns_of(const QWheelEvent& event) {
   if (event.angleDelta().y() != 0) return event.angleDelta().y() / kWheelNotch;
@@ -33,7 +34,7 @@ SurfaceView::SurfaceView(Desk& desk, std::string screen, const Surface& surface,
   setProperty(kOwn, true);
   setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
   setMinimumSize(static_cast<int>(surface.width / 2),
-                 static_cast<int>(std::min(surface.height, kLeastHeight)));
+                 static_cast<int>(std::min(kLeastShare * surface.height, kLeastHeight)));
   setMouseTracking(surface.pointer != nullptr);
   setAttribute(Qt::WA_OpaquePaintEvent);
 }

@@ -79,7 +79,8 @@ void chain(const std::vector<QWidget*>& roots) {
     QList<QWidget*> all{root};
     all += root->findChildren<QWidget*>();
     for (QWidget* widget : all) {
-      if (!(widget->focusPolicy() & Qt::TabFocus) || widget->focusProxy()) continue;
+      if (!(widget->focusPolicy() & Qt::TabFocus) || widget->focusProxy() || widget->isWindow()) continue;
+      if (widget->window() != root->window()) continue;  // in the popup of a list
       if (before) QWidget::setTabOrder(before, widget);
       before = widget;
     }
@@ -360,7 +361,7 @@ void TiledDesk::arrange() {
   for (const QScrollArea* area : {dimensions_area_, coefficients_area_})
     if (const QWidget* held = area->widget())
       area->parentWidget()->setMinimumWidth(held->minimumSizeHint().width() +
-                                            area->verticalScrollBar()->sizeHint().width() + 8);
+                                            area->verticalScrollBar()->sizeHint().width() + 4);
 }
 
 // Where the person has put them, else as wide and high as the entries like it.

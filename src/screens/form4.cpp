@@ -54,9 +54,8 @@ constexpr Row kCharge[] = {
     source_row("PulvDat"),
     number_row("MPgm", "MPgn"),
     display_row("fill", "unit_percent"),
-    {RowShape::pair, "ini_press1", {number("ini_press1", "@zulp_nam")}},
+    {RowShape::pair, "ini_press1", {number("ini_press1", "@zulp_nam"), button("CalcAll")}},
 };
-constexpr Row kButtons[] = {{RowShape::buttons, nullptr, {button("CalcAll")}}};
 constexpr Row kPowder[] = {
     number_row("Exw"), number_row("Kap"),  number_row("Pdens"), number_row("bulkdn"),
     number_row("Ba0"), number_row("PDko"), number_row("Limz1"), number_row("Ba1"),
@@ -67,7 +66,7 @@ std::string powder_in_short(const Session& s) {
   return "Ba " + text("Ba0") + " · a0 " + text("PDko") + " · z1 " + text("Limz1");
 }
 
-constexpr Group kAlways[] = {{nullptr, 0, kCharge}, {nullptr, 0, kButtons}};
+constexpr Group kAlways[] = {{nullptr, 0, kCharge}};
 constexpr Group kForm[] = {{"fold_powder", 0, kPowder, nullptr, powder_in_short}};
 
 void pick_powder(Session& s, int) { take_powder(s, picked_row(field(s, kName, "PulvDat"))); }

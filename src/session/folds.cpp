@@ -76,12 +76,16 @@ bool toggle_fold(Session& s, std::string_view screen, const Group& group) {
   return true;
 }
 
-void open_fold_of(Session& s, std::string_view screen, std::string_view name) {
+bool open_fold_of(Session& s, std::string_view screen, std::string_view name) {
   const auto at = s.screens.find(screen);
-  if (at == s.screens.end()) return;
+  if (at == s.screens.end()) return false;
+  bool opened = false;
   each_fold(*at->second.spec, [&](const Group& group) {
-    if (holds(group, name) && !fold_open(s, screen, group)) at->second.opened.insert(group.title);
+    if (!holds(group, name) || fold_open(s, screen, group)) return;
+    at->second.opened.insert(group.title);
+    opened = true;
   });
+  return opened;
 }
 
 void refresh_folds(Session& s) {

@@ -13,8 +13,8 @@ bool fold_open(const Session& s, std::string_view screen, const Group& group);
 // A value of the group is to be looked at.
 bool fold_held_open(const Session& s, std::string_view screen, const Group& group);
 bool toggle_fold(Session& s, std::string_view screen, const Group& group);  // false: it is held open
-// A field is to be seen, because the focus goes there.
-void open_fold_of(Session& s, std::string_view screen, std::string_view field);
+// A field is to be seen, because the focus goes there now. False: it is not folded.
+bool open_fold_of(Session& s, std::string_view screen, std::string_view field);
 void refresh_folds(Session& s);
 
 }  // namespace tv

@@ -11,6 +11,7 @@
 #include <set>
 
 #include "gui/program.h"
+#include "gui/tiled_desk.h"
 
 namespace tv {
 namespace {
@@ -74,11 +75,16 @@ TEST(Captions, EveryControlIsCaptionedTippedAndNotCutInFourLanguages) {
   Running program(home);
   ASSERT_TRUE(program.started);
   program.open();
+  program.desk->frame()->resize(1280, 720);
   std::set<QString> cancel;  // of the dialogs that Qt brings, such as those for a font and a colour
   for (const char* language : kLanguages) {
     SCOPED_TRACE(language);
     program.desk->act([&] { language_switch(program.session, language); });
     EXPECT_TRUE(cancel.insert(QCoreApplication::translate("QPlatformTheme", "Cancel")).second);
+    program.run("arrng_wins");
+    QApplication::processEvents();
+    check_room(program.desk->frame(), "tiled");
+    program.run("arrng_stag");
     for (const ScreenSpec* spec : program.session.program.screens) {
       const std::string screen = spec->name;
       if (screen == "FormGetInput") continue;  // made anew with each question
@@ -125,12 +131,11 @@ TEST(Menus, HoldEveryCommandCaptionedWithKeysOfTheirOwn) {
     // Both bars, and the buttons of the window in use, answer to the Alt key at the same time.
     const QList<QAction*> bar = program.desk->frame()->menuBar()->actions();
     check_actions(bar + program.desk->view("Form7")->root->findChild<QMenuBar*>()->actions(), names);
-    for (const char* screen : {"Form3", "Form4"}) {
-      QList<QAction*> all = bar;
-      for (const auto* button : program.desk->view(screen)->body->findChildren<QAbstractButton*>())
-        if (!button->text().isEmpty()) all << new QAction(button->text(), program.desk->frame());
-      check_actions(all, names);
-    }
+    // On the tiled desk they all stand in one window.
+    QList<QAction*> all = bar + program.desk->view("Form7")->root->findChild<QMenuBar*>()->actions();
+    for (const auto* button : program.desk->frame()->tiles().findChildren<QAbstractButton*>())
+      if (button->text().contains('&')) all << new QAction(button->text(), program.desk->frame());
+    check_actions(all, names);
     for (const Command& command : commands()) EXPECT_TRUE(names.contains(command.name)) << command.name;
   }
 }

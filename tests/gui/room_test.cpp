@@ -4,6 +4,7 @@
 
 #include <QDialog>
 #include <QLabel>
+#include <QLineEdit>
 #include <QPushButton>
 #include <QScrollBar>
 #include <QTabBar>
@@ -49,8 +50,9 @@ void expect_whole(QWidget* widget, const std::string& where) {
   ASSERT_NE(widget, nullptr) << where;
   EXPECT_TRUE(widget->isVisible() && widget->visibleRegion() == QRegion(widget->rect()))
       << where << ": cut: " << widget->objectName().toStdString();
-  if (qobject_cast<QLabel*>(widget) || qobject_cast<QLineEdit*>(widget))
+  if (qobject_cast<QLabel*>(widget) || qobject_cast<QLineEdit*>(widget)) {
     EXPECT_GE(widget->width(), widget->sizeHint().width()) << where << widget->objectName().toStdString();
+  }
 }
 
 // What a handloader looks at while he changes the charge, on the screens people have; the frame has lost a

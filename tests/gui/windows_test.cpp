@@ -10,6 +10,7 @@
 #include <QMdiSubWindow>
 #include <QPlainTextEdit>
 #include <QScrollBar>
+#include <QSplitter>
 #include <QSvgRenderer>
 #include <QTest>
 #include <QTextBrowser>
@@ -207,6 +208,33 @@ TEST_F(Windows, PlacesAndLoadComeBackAfterARestart) {
   EXPECT_EQ(place(again, "Form7"), output);
   EXPECT_EQ(again.desk->frame()->geometry(), QRect(20, 30, 700, 600));
   EXPECT_NEAR(again.session.state.chargeGr, charge, 0.05);
+}
+
+TEST_F(Windows, TheDeskComesBackAsItWasLeft) {
+  calculate();
+  MainFrame& frame = *program.desk->frame();
+  frame.resize(780, 700);
+  QTest::keyClick(&frame, Qt::Key_2, Qt::ControlModifier);
+  EXPECT_EQ(program.session.options.grftyp, -1);
+  program.run("rech");
+  QTest::keyClick(&frame, Qt::Key_5, Qt::ControlModifier);
+  auto* results = program.control("Form5", "Vnull");
+  EXPECT_TRUE(results->isVisible());
+  program.run("rech");
+  EXPECT_TRUE(results->isVisible()) << "a run brings no tab to the front";
+  QTest::mouseClick(program.control("Form4", "fold_powder"), Qt::LeftButton);
+  Q_EMIT frame.findChild<QSplitter*>()->splitterMoved(520, 1);
+  const int left = program.session.options.deskleft;
+  EXPECT_GT(left, 0);
+  frame.close();
+
+  Running again(home);
+  again.session.sound = false;
+  again.open();
+  EXPECT_TRUE(again.control("Form5", "Vnull")->isVisible());
+  EXPECT_TRUE(again.control("Form4", "Exw")->isVisible());
+  EXPECT_EQ(again.desk->frame()->size(), QSize(780, 700));
+  EXPECT_EQ(again.session.options.deskleft, left);
 }
 
 TEST_F(Windows, APlaceBeyondEveryScreenIsBroughtBack) {
