@@ -24,7 +24,7 @@ PowderCriteria criteria(const Session& s) {
 
 void show_outputs(Session& s) {
   outputs_changed(s);
-  bring_to_front(s, Role::output);
+  if (!s.options.atiles) bring_to_front(s, Role::output);  // a tiled desk brings no tab to the front by itself
 }
 
 double pressure_axis_factor(const Session& s) {

@@ -90,14 +90,14 @@ TEST_F(Entry, OutOfRangeIsMarkedSaidAndKept) {
 }
 
 TEST_F(Entry, EscapeGivesTheFieldBackAndNeverTakesAChildAway) {
-  const double before = program.session.state.dim.Hlen;
-  const QString text = edit("Form3", "Hlenm")->text();
-  auto* field = enter("Form3", "Hlenm");
+  const double before = program.session.state.dim.Llen;
+  const QString text = edit("Form3", "Llenm")->text();
+  auto* field = enter("Form3", "Llenm");
   QTest::keyClicks(field, "511");
-  EXPECT_NE(program.session.state.dim.Hlen, before);
+  EXPECT_NE(program.session.state.dim.Llen, before);
   for (int i = 0; i < 3; ++i) QTest::keyClick(field, Qt::Key_Escape);
   EXPECT_EQ(field->text(), text);
-  EXPECT_DOUBLE_EQ(program.session.state.dim.Hlen, before);
+  EXPECT_DOUBLE_EQ(program.session.state.dim.Llen, before);
   EXPECT_TRUE(field->isVisible());
   program.run("sh_metr");
   EXPECT_FALSE(field->isVisible());

@@ -34,6 +34,7 @@ protected:
     open_example();
     OpenProgram::calculate();
     program.run("diagra");
+    program.desk->frame()->resize(1280, 720);
     QApplication::processEvents();
   }
   QWidget* root(const char* screen) { return program.desk->view(screen)->root; }
@@ -41,8 +42,9 @@ protected:
 
 TEST_F(Windows, ABareHomeReachesTheMainWindow) {
   EXPECT_TRUE(program.desk->frame()->isVisible());
-  for (const char* screen : {"Form3", "Form4", "Form5", "Form7"})
-    EXPECT_EQ(program.desk->view(screen)->root->isVisible(), std::string_view(screen) != "Form5") << screen;
+  for (const auto& [screen, control] :
+       {std::pair{"Form3", "HVolDat"}, {"Form4", "MPgn"}, {"Form5", "key_Mgas"}, {"Form7", "Pict1"}})
+    EXPECT_TRUE(program.control(screen, control)->isVisible()) << control;
   EXPECT_EQ(program.desk->active_screen(), "Form3");
   program.run("arrng_stag");
   for (const char* screen : {"Form3", "Form4", "Form5", "Form7"})
@@ -222,7 +224,7 @@ TEST_F(Windows, TheDeskComesBackAsItWasLeft) {
   EXPECT_TRUE(results->isVisible());
   program.run("rech");
   EXPECT_TRUE(results->isVisible()) << "a run brings no tab to the front";
-  QTest::mouseClick(program.control("Form4", "fold_powder"), Qt::LeftButton);
+  program.find<QAbstractButton>("Form4", "fold_powder")->click();
   Q_EMIT frame.findChild<QSplitter*>()->splitterMoved(520, 1);
   const int left = program.session.options.deskleft;
   EXPECT_GT(left, 0);
@@ -232,7 +234,8 @@ TEST_F(Windows, TheDeskComesBackAsItWasLeft) {
   again.session.sound = false;
   again.open();
   EXPECT_TRUE(again.control("Form5", "Vnull")->isVisible());
-  EXPECT_TRUE(again.control("Form4", "Exw")->isVisible());
+  EXPECT_FALSE(again.control("Form4", "Exw")->isHidden());
+  EXPECT_EQ(again.session.options.folds, "Form4.fold_powder;");
   EXPECT_EQ(again.desk->frame()->size(), QSize(780, 700));
   EXPECT_EQ(again.session.options.deskleft, left);
 }
