@@ -19,6 +19,7 @@
 #include "gui/figure_flow.h"
 #include "gui/fold_head.h"
 #include "gui/number_edit.h"
+#include "gui/program_style.h"
 #include "gui/record_list.h"
 #include "gui/small_labels.h"
 #include "gui/surface_view.h"
@@ -40,7 +41,7 @@ protected:
   void paintEvent(QPaintEvent*) override {
     QPainter painter(this);
     painter.setFont(small_font().font);
-    painter.setPen(palette().color(QPalette::PlaceholderText));
+    painter.setPen(dim_colour(palette()));
     painter.drawText(rect(), Qt::AlignLeft | Qt::AlignTop,
                      painter.fontMetrics().elidedText(text(), Qt::ElideMiddle, width()));
   }

@@ -1,6 +1,7 @@
 // Colours of fields.
 #include <QApplication>
 #include <QFont>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPalette>
 
@@ -8,6 +9,7 @@
 #include "gui/captions.h"
 #include "gui/number_edit.h"
 #include "gui/program_style.h"
+#include "gui/small_labels.h"
 
 namespace tv {
 namespace {
@@ -54,7 +56,34 @@ QColor ink_colour(Ink ink, Paper paper, const QPalette& palette) {
   return palette.color(QPalette::Text);
 }
 
+namespace {
+
+void set_italic(QWidget& widget, bool italic) {
+  if (widget.font().italic() == italic) return;
+  QFont font = widget.font();
+  font.setItalic(italic);
+  widget.setFont(font);
+}
+
+// A label has no paper of its own: what it stands on shows through.
+void show_label_look(const Field& field, QLabel& label) {
+  const QPalette ground = label.parentWidget()->palette();
+  const Ink ink = field.stale ? Ink::grey : field.ink;
+  QColor colour = ink_colour(ink, Paper::white, ground);
+  if (auto* dim = dynamic_cast<DimLabel*>(&label)) {
+    dim->set_ink(ink == Ink::black || ink == Ink::grey ? QColor() : colour);
+  } else if (label.palette().color(QPalette::WindowText) != colour) {
+    QPalette own;
+    own.setColor(QPalette::WindowText, colour);
+    label.setPalette(own);
+  }
+  set_italic(label, field.stale);
+}
+
+}  // namespace
+
 void Binder::show_look(const Field& field, QWidget* widget) {
+  if (auto* label = qobject_cast<QLabel*>(widget)) return show_label_look(field, *label);
   auto* edit = dynamic_cast<FieldEdit*>(widget);
   const QPalette standard = QApplication::palette();
   const Ink ink = field.stale ? Ink::grey : field.ink;
@@ -71,11 +100,7 @@ void Binder::show_look(const Field& field, QWidget* widget) {
     palette.setColor(QPalette::Disabled, QPalette::Text, standard.color(QPalette::Disabled, QPalette::Text));
     widget->setPalette(palette);
   }
-  if (widget->font().italic() != field.stale) {
-    QFont font = widget->font();
-    font.setItalic(field.stale);
-    widget->setFont(font);
-  }
+  set_italic(*widget, field.stale);
   if (edit)
     edit->show_mark(field.ink == Ink::red || field.ink == Ink::magenta || field.paper == Paper::red ||
                     field.paper == Paper::magenta || field.paper == Paper::yellow ||

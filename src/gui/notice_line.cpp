@@ -80,18 +80,18 @@ void NoticeLine::resizeEvent(QResizeEvent* event) {
 }
 
 void NoticeLine::colour() {
-  QPalette own = QApplication::palette();
-  const NoticeColours colours = notice_colours(is_dark(own));
+  const NoticeColours colours = notice_colours(is_dark(QApplication::palette()));
+  QPalette own;
   if (palette().color(QPalette::Window) == colours.paper) return;
   for (const auto role : {QPalette::Window, QPalette::Button}) own.setColor(role, colours.paper);
   for (const auto role : {QPalette::WindowText, QPalette::ButtonText}) own.setColor(role, colours.ink);
   setPalette(own);
 }
 
-void NoticeLine::changeEvent(QEvent* event) {
-  QWidget::changeEvent(event);
+bool NoticeLine::event(QEvent* event) {
   if (event->type() == QEvent::PaletteChange || event->type() == QEvent::ApplicationPaletteChange) colour();
   if (event->type() == QEvent::FontChange) cut();
+  return QWidget::event(event);
 }
 
 }  // namespace tv

@@ -15,7 +15,7 @@ public:
   void refresh();
 
 protected:
-  void changeEvent(QEvent* event) override;
+  bool event(QEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
 
 private:

@@ -1,5 +1,6 @@
 #include "gui/small_labels.h"
 
+#include <QApplication>
 #include <QEvent>
 #include <QVariant>
 
@@ -22,17 +23,34 @@ void scale_now(QLabel& label) {
 
 }  // namespace
 
-DimLabel::DimLabel(QWidget* parent) : QLabel(parent) { dim(); }
+DimLabel::DimLabel(QWidget* parent) : QLabel(parent) { colour(); }
 
-void DimLabel::changeEvent(QEvent* event) {
-  QLabel::changeEvent(event);
-  if (event->type() == QEvent::PaletteChange || event->type() == QEvent::ParentChange) dim();
+void DimLabel::set_ink(const QColor& ink) {
+  ink_ = ink;
+  colour();
 }
 
-void DimLabel::dim() {
-  QPalette own = palette();
-  const QColor wanted = dim_colour(own);
-  if (own.color(QPalette::WindowText) == wanted) return;
+bool DimLabel::event(QEvent* event) {
+  const bool used = QLabel::event(event);
+  switch (event->type()) {
+    case QEvent::PaletteChange:
+    case QEvent::ApplicationPaletteChange:
+    case QEvent::ParentChange:
+    case QEvent::Show:
+      colour();
+      break;
+    default:
+      break;
+  }
+  return used;
+}
+
+// Only the text is the label's own: the ground stays that of what it stands on.
+void DimLabel::colour() {
+  const QWidget* ground = parentWidget();
+  const QColor wanted = ink_.isValid() ? ink_ : dim_colour(ground ? ground->palette() : QApplication::palette());
+  if (palette().color(QPalette::WindowText) == wanted) return;
+  QPalette own;
   own.setColor(QPalette::WindowText, wanted);
   setPalette(own);
 }

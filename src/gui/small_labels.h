@@ -10,12 +10,14 @@ namespace tv {
 class DimLabel : public QLabel {
 public:
   explicit DimLabel(QWidget* parent = nullptr);
+  void set_ink(const QColor& ink);  // in place of the dim one; invalid: dim again
 
 protected:
-  void changeEvent(QEvent* event) override;
+  bool event(QEvent* event) override;
 
 private:
-  void dim();
+  void colour();
+  QColor ink_;
 };
 
 // Sizes of a font as shares of that of the window.

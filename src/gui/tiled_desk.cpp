@@ -111,20 +111,18 @@ void Pane::hold(QWidget* widget, int stretch) {
   widget->show();
 }
 
+// Only the ground is the pane's own, all else that of the desktop.
 void Pane::colour() {
-  const QPalette desktop = QApplication::palette();
-  const QColor ground = pane_colour(desktop);
-  if (palette().color(QPalette::Window) == ground &&
-      palette().color(QPalette::WindowText) == desktop.color(QPalette::WindowText))
-    return;
-  QPalette own = desktop;
+  const QColor ground = pane_colour(QApplication::palette());
+  if (palette().color(QPalette::Window) == ground) return;
+  QPalette own;
   own.setColor(QPalette::Window, ground);
   setPalette(own);
 }
 
-void Pane::changeEvent(QEvent* event) {
-  QFrame::changeEvent(event);
-  if (event->type() == QEvent::PaletteChange) colour();
+bool Pane::event(QEvent* event) {
+  if (event->type() == QEvent::PaletteChange || event->type() == QEvent::ApplicationPaletteChange) colour();
+  return QFrame::event(event);
 }
 
 void Pane::paintEvent(QPaintEvent*) {

@@ -234,7 +234,6 @@ TEST_F(Windows, TheDeskComesBackAsItWasLeft) {
   again.session.sound = false;
   again.open();
   EXPECT_TRUE(again.control("Form5", "Vnull")->isVisible());
-  EXPECT_FALSE(again.control("Form4", "Exw")->isHidden());
   EXPECT_EQ(again.session.options.folds, "Form4.fold_powder;");
   EXPECT_EQ(again.desk->frame()->size(), QSize(780, 700));
   EXPECT_EQ(again.session.options.deskleft, left);
