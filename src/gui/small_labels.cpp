@@ -48,7 +48,8 @@ bool DimLabel::event(QEvent* event) {
 // Only the text is the label's own: the ground stays that of what it stands on.
 void DimLabel::colour() {
   const QWidget* ground = parentWidget();
-  const QColor wanted = ink_.isValid() ? ink_ : dim_colour(ground ? ground->palette() : QApplication::palette());
+  const QColor wanted =
+      ink_.isValid() ? ink_ : dim_colour(ground ? ground->palette() : QApplication::palette());
   if (palette().color(QPalette::WindowText) == wanted) return;
   QPalette own;
   own.setColor(QPalette::WindowText, wanted);

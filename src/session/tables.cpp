@@ -24,7 +24,8 @@ PowderCriteria criteria(const Session& s) {
 
 void show_outputs(Session& s) {
   outputs_changed(s);
-  if (!s.options.atiles) bring_to_front(s, Role::output);  // a tiled desk brings no tab to the front by itself
+  if (!s.options.atiles)
+    bring_to_front(s, Role::output);  // a tiled desk brings no tab to the front by itself
 }
 
 double pressure_axis_factor(const Session& s) {
