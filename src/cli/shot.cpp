@@ -2,6 +2,7 @@
 #include "cli/shot.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <array>
 
 #include <fmt/format.h>
@@ -9,6 +10,7 @@
 #include "output/svg.h"
 #include "screens/output_window.h"
 #include "session/entry.h"
+#include "session/findings.h"
 #include "session/run.h"
 #include "session/settings.h"
 #include "text/codepage.h"
@@ -81,7 +83,17 @@ Json notes_json(const Session& s) {
   if (notes.overfill > 0) json.push_back("msg151");
   for (std::size_t i = 0; i < static_cast<std::size_t>(notes.count); ++i)
     json.push_back("fwarn" + std::to_string(static_cast<int>(notes.notes[i])));
+  if (!s.shown.unusual.empty()) json.push_back("fwarn18");
   return json;
+}
+
+// What had a box, and what stands in the list of findings without one.
+std::vector<std::string> warning_keys(const Session& s, const CliUser& user) {
+  std::vector<std::string> keys = user.warning_keys();
+  for (const Finding& finding : findings(s))
+    for (const std::string& key : finding.message.keys)
+      if (std::ranges::find(keys, key) == keys.end()) keys.push_back(key);
+  return keys;
 }
 
 struct Column {
@@ -221,7 +233,7 @@ Json shot_json(const Session& s, const CliUser& user, bool curve) {
   json["limit"] = limit_json(limit_of(s));
   json["panel"] = panel_json(s);
   json["notes"] = notes_json(s);
-  json["warnings"] = user.warning_keys();
+  json["warnings"] = warning_keys(s, user);
   if (curve) json["curve"] = curve_json(s);
   return json;
 }

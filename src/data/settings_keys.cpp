@@ -66,6 +66,7 @@ constexpr OptionKey kKeys[] = {
     check("ldperc", kStart, &Options::ldperc),
     count("batols", kStart, &Options::batols, 1, 100),
     check("primeryes", kStart, &Options::primeryes),
+    check("autocalc", kStart, &Options::autocalc),
     check("mpayes", kStart, &Options::mpayes),
     check("pcolor", kStart, &Options::pcolor),
     check("maxshw", kStart, &Options::maxshw),

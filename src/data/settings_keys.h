@@ -33,6 +33,7 @@ struct Options {
   bool ldweight = false, ldperc = false;
   int batols = 5;  // percent
   bool primeryes = false, mpayes = true;
+  bool autocalc = false;  // calculate after each accepted entry
   bool pcolor = true, maxshw = true, actshw = true;
   int gbrlen = 0;
   double srchtl = 0.003;  // inch

@@ -112,8 +112,8 @@ std::string run_notes_text(const RunNotes& notes, const Language& language) {
   return text;
 }
 
-std::string status_line(const CalcState& s, const ShotCurve& c, const ShotResult& r,
-                        const Language& language) {
+std::string status_line(const CalcState& s, const ShotCurve& c, const ShotResult& r, const Language& language,
+                        std::string_view more) {
   const double v = muzzle_velocity(c, r);
   std::string text = language.fastmsg("fwarn5");
   switch (pressure_state(r.pMax, s.dim.zul_P)) {
@@ -130,7 +130,7 @@ std::string status_line(const CalcState& s, const ShotCurve& c, const ShotResult
     case PressureState::fine:
       break;
   }
-  text += run_notes_text(r.runNotes, language);
+  text.append(run_notes_text(r.runNotes, language)).append(more);
   // Grains times ft/s over 1000, and kg m/s times 100: the power factors of two sporting bodies.
   text += " (IPSC Factor= " + format_number(s.dim.Bwg * v / 304.8, "#.0");
   text += " - DSB MIP= " + format_number(s.bulletKg * v * 100, "#.0") + ")";

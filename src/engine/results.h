@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "engine/calc_state.h"
@@ -38,9 +39,10 @@ BurnCaption burn_caption(const ShotResult& result);  // caption of Labelaburn: f
 // The run notes as text: over-filling and the notes of the walk.
 std::string run_notes_text(const RunNotes& notes, const Language& language);
 
-// The status line without the standing notice: head, limit note, run notes, momentum figures, a line end.
+// The status line without the standing notice: head, limit note, run notes with `more` behind them, momentum
+// figures, a line end.
 std::string status_line(const CalcState& s, const ShotCurve& curve, const ShotResult& result,
-                        const Language& language);
+                        const Language& language, std::string_view more = {});
 bool status_line_red(const CalcState& s, const ShotResult& result);
 
 // Linear interpolation of t over p at y between A (lower index) and B: tB - (pB - y)(tA - tB)/(pA - pB).

@@ -74,6 +74,15 @@ void Binder::connect_widget(const std::string& name, QWidget* widget) {
       run([this, name, entry = records->entry_at(row)](Session& s) { pick(s, screen_, name, entry); });
     });
   } else if (auto* list = qobject_cast<QListWidget*>(widget)) {
+    if (leads(name)) {
+      const auto lead = [this, run, name, list](const QModelIndex& at) {
+        list->setCurrentRow(-1);
+        run([this, name, row = at.row()](Session& s) { pick(s, screen_, name, row); });
+      };
+      connect(list, &QListWidget::clicked, this, lead);
+      connect(list, &QListWidget::activated, this, lead);
+      return;
+    }
     connect(list, &QListWidget::currentRowChanged, this, [this, run, name](int row) {
       if (row >= 0 && row != field(session_, screen_, name).selected)
         run([this, name, row](Session& s) { pick(s, screen_, name, row); });
@@ -113,6 +122,12 @@ void Binder::connect_fold(FoldHead* head) {
 void Binder::show_folds() {
   for (FoldHead* head : folds_)
     head->show_state(fold_open(session_, screen_, head->group()), qt(head->group().summary(session_)));
+}
+
+bool Binder::leads(const std::string& name) const {
+  return std::ranges::any_of(controls_of(spec_), [&](const Control& control) {
+    return control.name == name && control.place && control.place->list == ListOf::leads;
+  });
 }
 
 bool Binder::has_session_focus(std::string_view name) const {
@@ -311,6 +326,7 @@ void Binder::show_rows(const std::string& name, const Field& field, QListWidget*
     }
     list->clear();
     list->addItems(texts);
+    for (int i = 0; i < list->count(); ++i) list->item(i)->setToolTip(texts[i].toHtmlEscaped());
   }
   if (list->currentRow() != field.selected) list->setCurrentRow(field.selected);
 }

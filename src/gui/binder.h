@@ -54,6 +54,7 @@ private:
   void say_units();
   void show_sources();
   void show_hint(const Screen& screen);
+  bool leads(const std::string& name) const;  // a list whose entries lead elsewhere
   bool has_session_focus(std::string_view name) const;
 
   Session& session_;

@@ -58,6 +58,24 @@ private:
   }
 };
 
+// A few lines, wrapped, that give way to what stands above them.
+class LeadList : public QListWidget {
+public:
+  explicit LeadList(QWidget* parent) : QListWidget(parent) {
+    setWordWrap(true);
+    setTextElideMode(Qt::ElideNone);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setResizeMode(QListView::Adjust);
+    setTabKeyNavigation(false);
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+  }
+  QSize sizeHint() const override { return {fontMetrics().averageCharWidth() * 20, lines(3)}; }
+  QSize minimumSizeHint() const override { return {fontMetrics().averageCharWidth() * 20, lines(2)}; }
+
+private:
+  int lines(int n) const { return n * fontMetrics().lineSpacing() + 2 * frameWidth() + 4; }
+};
+
 class Builder {
 public:
   Builder(Desk& desk, const ScreenSpec& spec, std::span<const Group> groups, QWidget* root)
@@ -317,7 +335,7 @@ private:
         widget = new FieldEdit(place.kind, parent);
         break;
       case ControlKind::list:
-        widget = new QListWidget(parent);
+        widget = place.list == ListOf::leads ? new LeadList(parent) : new QListWidget(parent);
         break;
       case ControlKind::combo:
         widget = new RecordList(parent);

@@ -6,6 +6,7 @@
 #include "gui/captions.h"
 #include "gui/menus.h"
 #include "gui/surface_view.h"
+#include "gui/table_grid.h"
 #include "gui/table_view.h"
 #include "gui/windows.h"
 #include "screens/output_window.h"
@@ -28,6 +29,7 @@ private:
   QStackedLayout* place_;
   SurfaceView* surface_;
   TableView* text_;
+  TableGrid* grid_;
   unsigned shown_ = 0;  // revision of the text on show
   bool shows_text_ = false;
 };
@@ -48,7 +50,9 @@ OutputWindow::OutputWindow(Desk& desk, const ScreenSpec& spec) : desk_(desk) {
   text_->setObjectName("Text1");
   text_->setProperty(kOwn, true);
   place_->addWidget(surface_);
+  grid_ = new TableGrid(desk, this);
   place_->addWidget(text_);
+  place_->addWidget(grid_);
   auto* strip = new QHBoxLayout;
   strip->setContentsMargins(6, 1, 6, 1);
   for (const char* name : {"x1", "y1", "y2"}) {
@@ -63,7 +67,7 @@ OutputWindow::OutputWindow(Desk& desk, const ScreenSpec& spec) : desk_(desk) {
       outputs_changed(session());
     });
   };
-  for (QWidget* widget : {static_cast<QWidget*>(surface_), static_cast<QWidget*>(text_->viewport())}) {
+  for (QWidget* widget : {static_cast<QWidget*>(surface_), text_->viewport(), grid_->rows()->viewport()}) {
     widget->setContextMenuPolicy(Qt::CustomContextMenu);
     connect(widget, &QWidget::customContextMenuRequested, this, [bar, widget](const QPoint& at) {
       QMenu menu;
@@ -76,11 +80,14 @@ OutputWindow::OutputWindow(Desk& desk, const ScreenSpec& spec) : desk_(desk) {
 void OutputWindow::refresh() {
   menus_->refresh();
   const bool as_text = output_shows_text(session());
-  if (as_text && (!shows_text_ || shown_ != session().output.revision))
+  const auto table = as_text ? output_table(session()) : std::nullopt;
+  if (as_text && (!shows_text_ || shown_ != session().output.revision)) {
     text_->show_text(output_text_view(session()));
+    if (table) grid_->show_table(*table);
+  }
   shows_text_ = as_text;
   shown_ = session().output.revision;
-  place_->setCurrentWidget(as_text ? static_cast<QWidget*>(text_) : surface_);
+  place_->setCurrentWidget(table ? grid_ : as_text ? static_cast<QWidget*>(text_) : surface_);
 }
 
 }  // namespace

@@ -106,7 +106,12 @@ void SurfaceView::mouseMoveEvent(QMouseEvent* event) {
     }
     return;
   }
-  send(Pointer::What::move, event->position());
+  const QPointF at = event->position();
+  if (surface_.clickable)
+    surface_.clickable(desk_.session(), {at.x(), at.y()}, extent(is_dark(palette())))
+        ? setCursor(Qt::PointingHandCursor)
+        : unsetCursor();
+  send(Pointer::What::move, at);
 }
 
 void SurfaceView::mouseReleaseEvent(QMouseEvent* event) {

@@ -113,6 +113,7 @@ DrawnChart draw_chart(const Chart& wanted, double width, double height, TextWidt
   draw_bands(canvas, chart.bands);
   draw_areas(canvas, chart.areas);
   draw_limits(canvas, placer, limits);
+  draw_band_words(canvas, placer, chart.bands);
   for (const TracedSeries& each : series) draw_series(canvas, each);
   draw_marks(canvas, marks);
   if (const std::string note = section_note(canvas, chart); !note.empty()) {

@@ -18,7 +18,7 @@ namespace tv {
 struct ChartColours {
   Colour paper{255, 255, 255, 255}, ink{20, 20, 20, 255}, grid{215, 215, 215, 255};
   Colour pressure{176, 64, 0, 255}, velocity{0, 88, 168, 255}, reference{0, 110, 60, 255};
-  Colour over{255, 0, 0, 70}, near_limit{255, 0, 255, 60}, caution{255, 255, 0, 100};
+  Colour over{222, 60, 56, 72}, near_limit{230, 116, 56, 56}, caution{236, 160, 52, 48};
   Colour stale{110, 110, 110, 255};  // of everything that is out of date, hidden or only for comparison
 };
 ChartColours light_colours();
@@ -74,6 +74,7 @@ struct ChartBand {
   double from = 0, to = 0;
   Colour colour = {};
   bool vertical = false;
+  std::string label = {};  // at its right end, where it finds room
 };
 // What lies between two lines over the same axes, e.g. the spread of a curve.
 struct ChartArea {
@@ -191,8 +192,10 @@ struct ChartReadOut {
 };
 std::optional<ChartReadOut> chart_read_out(const Chart& chart, const ChartFrame& frame, Point at);
 // What is drawn over the chart while the pointer stands there: a line at its x, a point on each curve and a
-// box with the figures; beside an axis a dashed line at the value it points to. No background.
-DrawList pointer_overlay(const Chart& chart, const ChartFrame& frame, Point at, TextWidth text_width);
+// box with the figures; beside an axis a dashed line at the value it points to, with a box for the hint. No
+// background.
+DrawList pointer_overlay(const Chart& chart, const ChartFrame& frame, Point at, TextWidth text_width,
+                         const std::string& hint = {});
 // A value with its unit, to a thousandth of the range: more digits would pretend what a pixel cannot tell.
 std::string read_out_text(double value, double range, const std::string& unit);
 

@@ -66,6 +66,7 @@ TracedSeries trace(const Canvas& canvas, const Chart& chart, const ChartSeries& 
 void draw_series(Canvas& canvas, const TracedSeries& traced);
 void draw_areas(Canvas& canvas, const std::vector<ChartArea>& areas);
 void draw_bands(Canvas& canvas, const std::vector<ChartBand>& bands);
+void draw_band_words(Canvas& canvas, LabelPlacer& placer, const std::vector<ChartBand>& bands);
 // The place of a value, if it lies in the section on show.
 std::optional<Point> point_on_show(const Canvas& canvas, const Chart& chart, Point value, bool right_scale);
 

@@ -12,9 +12,9 @@ ChartColours dark_colours() {
   c.pressure = {255, 168, 84, 255};
   c.velocity = {120, 190, 255, 255};
   c.reference = {110, 215, 150, 255};
-  c.over = {255, 40, 40, 90};
-  c.near_limit = {255, 0, 255, 75};
-  c.caution = {255, 255, 0, 55};
+  c.over = {255, 84, 84, 62};
+  c.near_limit = {255, 128, 72, 40};
+  c.caution = {255, 190, 90, 30};
   c.stale = {150, 150, 150, 255};
   return c;
 }

@@ -63,14 +63,21 @@ void draw_target(DrawList& list, const ChartFrame& f, Point at, const Stroke& st
 
 }  // namespace
 
-DrawList pointer_overlay(const Chart& chart, const ChartFrame& frame, Point at, TextWidth text_width) {
+DrawList pointer_overlay(const Chart& chart, const ChartFrame& frame, Point at, TextWidth text_width,
+                         const std::string& hint) {
   DrawList list;
   list.background.a = 0;
   list.font = chart.look.font;
   const ChartColours& colours = chart.look.colours;
+  if (!text_width) text_width = estimated_text_width;
   const auto told = chart_read_out(chart, frame, at);
   if (!told) {
     draw_target(list, frame, at, {colours.ink, 1, LineStyle::dash});
+    if (!hint.empty()) {
+      const Point inside{std::clamp(at.x, frame.left, frame.right),
+                         std::clamp(at.y, frame.top, frame.bottom)};
+      draw_box(list, chart, frame, inside, {{hint, colours.ink}}, text_width);
+    }
     return list;
   }
   add_line(list, {at.x, frame.top}, {at.x, frame.bottom}, {colours.ink, 1, LineStyle::dot});
@@ -79,7 +86,7 @@ DrawList pointer_overlay(const Chart& chart, const ChartFrame& frame, Point at, 
     add_circle(list, *entry.at, kPointRadius + 1.5, colours.paper, true);
     add_circle(list, *entry.at, kPointRadius, entry.colour, true);
   }
-  draw_box(list, chart, frame, at, rows_of(chart, *told), text_width ? text_width : estimated_text_width);
+  draw_box(list, chart, frame, at, rows_of(chart, *told), text_width);
   return list;
 }
 

@@ -188,4 +188,24 @@ void draw_bands(Canvas& canvas, const std::vector<ChartBand>& bands) {
   }
 }
 
+// In the middle of its strip, at the right end or further left; none where the strip is too low for it.
+void draw_band_words(Canvas& canvas, LabelPlacer& placer, const std::vector<ChartBand>& bands) {
+  const ChartFrame& f = canvas.frame;
+  for (const ChartBand& band : bands) {
+    if (band.label.empty() || band.vertical) continue;
+    const double top = std::max(f.top, on_surface(f, 0, std::isfinite(band.to) ? band.to : f.y1_to, false).y);
+    const double bottom = std::min(f.bottom, on_surface(f, 0, band.from, false).y);
+    if (bottom - top < 1.2 * canvas.size) continue;
+    const double width = canvas.measure(band.label), baseline = (top + bottom) / 2 + 0.35 * canvas.size;
+    std::vector<LabelBox> candidates;
+    for (int step = 0; step <= 10; ++step) {
+      const double x = f.left + 6 + (f.right - f.left - width - 12) * (1 - step / 10.0);
+      candidates.push_back(
+          {x - 2, baseline - 0.85 * canvas.size, x + width + 2, baseline + 0.25 * canvas.size});
+    }
+    if (const auto box = placer.place(candidates))
+      add_text(canvas.list, {box->left + 2, baseline}, band.label, {canvas.colours.ink, canvas.size});
+  }
+}
+
 }  // namespace tv

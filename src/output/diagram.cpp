@@ -104,8 +104,8 @@ void add_limits(Chart& chart, const DiagramRun& run, const DiagramOptions& optio
   if (!(limit > 0)) return;
   const double near_limit = limit - 0.147 * limit, caution = near_limit - 0.097 * limit;
   if (options.zones) {
-    chart.bands = {{limit, HUGE_VAL, options.colours.over},
-                   {near_limit, limit, options.colours.near_limit},
+    chart.bands = {{limit, HUGE_VAL, options.colours.over, false, language.fastmsg("fmark0")},
+                   {near_limit, limit, options.colours.near_limit, false, language.fastmsg("fmark1")},
                    {caution, near_limit, options.colours.caution}};
   }
   if (!options.maximum) return;

@@ -72,8 +72,6 @@ std::optional<ReadOut> read_out(const DiagramFrame& frame, const DiagramOptions&
                                 const DiagramRun& run, Point at);
 // The values of the axes at the point itself.
 std::optional<ReadOut> read_out(const DiagramFrame& frame, const DiagramOptions& options, Point at);
-// The points that a read-out marks, to be drawn over the diagram; it has no background.
-DrawList read_out_marks(const DiagramOptions& options, const ReadOut& read_out);
 
 // A click beside an axis: the value and the mode of the fit; nothing inside the plot, on the legend, in the
 // corners or above the frame.

@@ -6,8 +6,6 @@
 namespace tv {
 namespace {
 
-constexpr double kMarkRadius = 4;
-
 const std::string& x_unit(const DiagramOptions& options) {
   static const std::string milliseconds = "ms";
   return is_over_time(options.type) ? milliseconds : options.distance_unit;
@@ -59,16 +57,6 @@ std::optional<ReadOut> read_out(const DiagramFrame& frame, const DiagramOptions&
     if (entry.at) out.on_curve.push_back(*entry.at);
   }
   return out;
-}
-
-DrawList read_out_marks(const DiagramOptions& options, const ReadOut& read_out) {
-  DrawList list;
-  list.background.a = 0;
-  for (const Point at : read_out.on_curve) {
-    add_circle(list, at, kMarkRadius + 1.5, options.colours.paper, true);
-    add_circle(list, at, kMarkRadius, options.colours.ink, true);
-  }
-  return list;
 }
 
 std::optional<FitClick> fit_click(const DiagramFrame& frame, const DiagramOptions& options, Point at) {

@@ -339,6 +339,7 @@ constexpr Command kCommands[] = {
     {.name = "optset", .section = kMain, .parent = "options"},
     {.name = "primeryes", .section = kMain, .parent = "optset", .action = flip<&Options::primeryes>, .checked = is_set<&Options::primeryes>},
     {.name = "excel_yes", .section = kMain, .parent = "optset", .action = flip<&Options::excel_yes>, .checked = is_set<&Options::excel_yes>},
+    {.name = "autocalc", .section = kMain, .parent = "optset", .action = flip<&Options::autocalc>, .checked = is_set<&Options::autocalc>},
     {.name = "intro_off", .section = kMain, .parent = "optset", .action = flip<&Options::intro_off>, .checked = is_set<&Options::intro_off>},
 
     {.name = "fenst", .section = kMain, .parent = nullptr},

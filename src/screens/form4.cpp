@@ -2,6 +2,7 @@
 #include "screens/all.h"
 #include "session/dimensions.h"
 #include "session/entry.h"
+#include "session/findings.h"
 #include "session/numbers.h"
 #include "session/record_lists.h"
 #include "session/run.h"
@@ -29,6 +30,9 @@ void charge_changed(Session& s, int, bool) {
   setResultsValid(s, false);
 }
 
+// 0.1 grains or 0.01 grams.
+double charge_step(const Session&, const NumberSide& side) { return side.unit == &units::grain ? 0.1 : 0.01; }
+
 void start_pressure_changed(Session& s, int, bool) {
   s.load.start_press_set = true;
   setResultsValid(s, false);
@@ -43,8 +47,12 @@ constexpr NumberField kNumbers[] = {
     one_side({"PDko", &units::plain, {-0.99, 10000}, nullptr, "0.0000"}, state<&C::PDko>, powder_changed),
     one_side({"Limz1", &units::plain, {0.01, 1}, nullptr, "0.000"}, state<&C::Limz1>, powder_changed),
     one_side({"Ba1", &units::plain, {0, kMost}, nullptr, "0.0000"}, state<&C::Ba1>, powder_changed),
-    pair_of({"MPgm", &units::gram_of_grain, {0.0065, 100000}, "##0.00#", "##0.00#"},
-            {"MPgn", &units::grain, {0.1, 1543230}, "##0.0#", "##0.0#"}, state<&C::chargeGr>, charge_changed),
+    {.sides = {{{"MPgm", &units::gram_of_grain, {0.0065, 100000}, "##0.00#", "##0.00#"},
+                {"MPgn", &units::grain, {0.1, 1543230}, "##0.0#", "##0.0#"}}},
+     .value = state<&C::chargeGr>,
+     .changed = charge_changed,
+     .step = charge_step,
+     .stepped = calculate_quietly},
     one_side({"ini_press1", &units::mode_of_Pa, {0, 1000}}, state<&C::start_pressure>,
              start_pressure_changed),
 };
@@ -55,6 +63,7 @@ constexpr Row kCharge[] = {
     number_row("MPgm", "MPgn"),
     display_row("fill", "unit_percent"),
     {RowShape::pair, "ini_press1", {number("ini_press1", "@zulp_nam"), button("CalcAll")}},
+    {RowShape::block, nullptr, {Place{"findings", ControlKind::list, nullptr, ListOf::leads}}},
 };
 constexpr Row kPowder[] = {
     number_row("Exw"), number_row("Kap"),  number_row("Pdens"), number_row("bulkdn"),
@@ -80,13 +89,42 @@ void type_powder(Session& s, int) {
 
 void press_CalcAll(Session& s, int) { recalculate(s); }
 
-constexpr ControlAction kActions[] = {{"PulvDat", pick_powder, type_powder}, {"CalcAll", press_CalcAll}};
+void go_to_finding(Session& s, int i) {
+  const std::vector<Finding> found = findings(s);
+  if (i >= 0 && i < static_cast<int>(found.size())) go_to(s, found[static_cast<std::size_t>(i)]);
+}
+
+constexpr ControlAction kActions[] = {
+    {"PulvDat", pick_powder, type_powder}, {"CalcAll", press_CalcAll}, {"findings", go_to_finding}};
+
+// "163: its text", in one line. A finding without a number of its own is told by its words alone.
+std::string finding_line(const Finding& finding) {
+  std::string text = finding.message.text;
+  while (text.ends_with('\n')) text.pop_back();
+  for (std::size_t at = 0; (at = text.find('\n', at)) != std::string::npos;) text.replace(at, 1, " ");
+  const auto& keys = finding.message.keys;
+  const bool numbered = !keys.empty() && keys.front().starts_with("msg");
+  return numbered ? keys.front().substr(3) + ": " + text : text;
+}
+
+void show_findings(Session& s) {
+  Field& list = field(s, kName, "findings");
+  list.items.clear();
+  list.text.clear();
+  for (const Finding& finding : findings(s)) {
+    list.items.push_back({finding_line(finding)});
+    list.text += list.items.back().text + "\n";
+  }
+  list.visible = !list.items.empty();
+  list.selected = -1;
+}
 
 void refresh(Session& s) {
   show_text(s, kName, "PulvDat", s.load.pulver);
   set_text(s, kName, "zulp_nam", mode_pressure_unit(s));
   const bool known = s.state.bulkdn > 0 && shown_number(s, s.state.dim.Veff) > 0;
   set_text(s, kName, "fill", known ? format_number(s.state.fill, "0.0") : "?????");
+  show_findings(s);
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 #include "session/entry.h"
 #include "session/run.h"
 #include "session/tables.h"
+#include "text/number.h"
 
 namespace tv {
 namespace {
@@ -21,10 +22,13 @@ struct State {
   std::optional<Press> press;
   std::optional<Point> pointer;
   ReadOut told;
+  unsigned rows_of = 0;  // revision of the rows on show
 };
 
-constexpr Row kPlace[] = {{RowShape::block, nullptr, {surface("Pict1")}},
-                          {RowShape::block, nullptr, {Place{"Text1", ControlKind::view}}}};
+constexpr Row kPlace[] = {
+    {RowShape::block, nullptr, {surface("Pict1")}},
+    {RowShape::block, nullptr, {Place{"Text1", ControlKind::view}}},
+    {RowShape::block, nullptr, {Place{"tab_rows", ControlKind::list, nullptr, ListOf::leads}}}};
 constexpr Row kReadOut[] = {{RowShape::bare, nullptr, {display("x1"), display("y1"), display("y2")}}};
 constexpr Group kForm[] = {{nullptr, 0, kPlace}, {nullptr, 0, kReadOut}};
 
@@ -32,24 +36,40 @@ Diagram diagram(const Session& s, const Extent& e) {
   return output_diagram(s, e.width, e.height, e.text_width, e.dark);
 }
 
+// Out of date, nothing can be read: the figures would be those of other inputs.
+bool reads(const Session& s) {
+  const State& state = own<State>(s, kName);
+  return state.pointer && diagram_shown(s) && !output_stale(s) && !(state.press && state.press->dragged);
+}
+
+// What a click beside an axis would fit, as texts by the mode of the fit: "Click: charge for a peak of 350 MPa".
+std::string click_hint(const Session& s, const DiagramFrame& frame, Point at) {
+  const auto click = output_click(s, frame, at);
+  if (!click || !(click->value > 0)) return {};
+  const DiagramOptions o = diagram_options(s);
+  const std::string units[] = {o.pressure_unit, o.velocity_unit, "ms", o.distance_unit, o.distance_unit};
+  return s.language.fastmsg("fclick", click->mode) + " " + general(click->value) + " " +
+         units[static_cast<std::size_t>(click->mode)];
+}
+
 // What stands at the pointer now; figures that have changed since are read anew.
 void read(Session& s, const Extent& e) {
   State& state = own<State>(s, kName);
   state.told = {};
-  if (!state.pointer || !s.shown.any || (state.press && state.press->dragged)) return;
+  if (!reads(s)) return;
   const DiagramRun run{&s.shown.state, &s.curve, &s.result};
   if (const auto told = read_out(diagram(s, e).frame, diagram_options(s), run, *state.pointer))
     state.told = *told;
 }
 
 DrawList draw(const Session& s, const Extent& e) {
-  DrawList list = diagram(s, e).list;
-  const ReadOut& told = own<State>(s, kName).told;
-  if (!told.on_curve.empty()) {
-    const DrawList marks = read_out_marks(diagram_options(s, e.dark), told);
-    list.items.insert(list.items.end(), marks.items.begin(), marks.items.end());
-  }
-  return list;
+  Diagram shown = diagram(s, e);
+  if (!reads(s)) return std::move(shown.list);
+  const Point at = *own<State>(s, kName).pointer;
+  const DrawList over =
+      pointer_overlay(output_chart(s, e.dark), shown.frame, at, e.text_width, click_hint(s, shown.frame, at));
+  shown.list.items.insert(shown.list.items.end(), over.items.begin(), over.items.end());
+  return std::move(shown.list);
 }
 
 void press_at(Session& s, Point at, const Extent& e) {
@@ -119,9 +139,34 @@ void pointer(Session& s, const Pointer& p, const Extent& e) {
   read(s, e);
 }
 
-constexpr Surface kSurfaces[] = {{"Pict1", draw, pointer}};
+bool clickable(const Session& s, Point at, const Extent& e) {
+  return output_click(s, diagram(s, e).frame, at).has_value();
+}
+
+constexpr Surface kSurfaces[] = {
+    {.control = "Pict1", .draw = draw, .pointer = pointer, .clickable = clickable}};
+
+// A row becomes the load, by double click or Enter.
+void take_row(Session& s, int i) { take_table_row(s, i); }
+
+constexpr ControlAction kActions[] = {{"tab_rows", take_row}};
+
+// The rows of a table as they are copied.
+void show_rows(Session& s) {
+  State& state = own<State>(s, kName);
+  if (state.rows_of == s.output.revision) return;
+  state.rows_of = s.output.revision;
+  Field& list = field(s, kName, "tab_rows");
+  list.items.clear();
+  list.selected = -1;
+  const std::string text = output_table(s) ? output_table_rows(s) : std::string();
+  for (std::size_t from = 0, to = 0; (to = text.find('\n', from)) != std::string::npos; from = to + 1)
+    list.items.push_back({text.substr(from, to - from)});
+  if (!list.items.empty()) list.items.erase(list.items.begin());  // the heads
+}
 
 void refresh(Session& s) {
+  show_rows(s);
   const ReadOut& told = own<State>(s, kName).told;
   set_text(s, kName, "x1", told.x);
   set_text(s, kName, "y1", told.y1);
@@ -135,6 +180,7 @@ extern const ScreenSpec kForm7{.name = kName,
                                .shape = ScreenShape::child,
                                .role = Role::output,
                                .form = kForm,
+                               .actions = kActions,
                                .surfaces = kSurfaces,
                                .refresh = refresh,
                                .key = output_key};

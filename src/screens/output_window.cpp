@@ -3,9 +3,11 @@
 #include <algorithm>
 
 #include "session/entry.h"
+#include "session/results_panel.h"
 #include "session/run.h"
 #include "session/tables.h"
 #include "tables/point_list.h"
+#include "tables/sort_table.h"
 #include "tables/table_text.h"
 
 namespace tv {
@@ -86,9 +88,89 @@ std::string output_text(const Session& s) { return output_text_view(s).text; }
 
 std::string output_notes(const Session& s) {
   std::string notes;
-  if (s.shown.any) notes = status_line(s.shown.state, s.curve, s.result, s.language);
+  if (s.shown.any) notes = run_line(s);
   return notes + s.language.notice();
 }
+
+namespace {
+
+// Lines joined into one, each with single blanks.
+std::string one_line(std::string_view text) {
+  std::string line;
+  bool gap = false, broken = false;
+  for (const char c : text) {
+    gap = gap || c == ' ';
+    broken = broken || c == '\n' || c == '\r';
+    if (c == ' ' || c == '\n' || c == '\r') continue;
+    if (!line.empty() && broken)
+      line += " \u00B7 ";
+    else if (!line.empty() && gap)
+      line += ' ';
+    gap = broken = false;
+    line += c;
+  }
+  return line;
+}
+
+// The columns that the powder table can be sorted by: the keys of its order.
+struct SortedColumn {
+  std::string_view key;
+  int column;
+};
+constexpr SortedColumn kSorted[] = {{"velocity", 1}, {"charge", 2},  {"charge_g", 2}, {"pmax", 3},
+                                    {"burnt", 4},    {"fill", 5},    {"charge2", 6},  {"barrel_time", 6},
+                                    {"volume", 10},  {"barrel", 11}, {"pmuzzle", 12}};
+
+OutputTable powder_table_view(const Session& s) {
+  OutputTable view{powder_table_data(s.tables.powder, s.output.imperial),
+                   powder_table_head(s.tables.powder, s.language)};
+  const SortState& sort = s.tables.sort;
+  view.by_name = sort.column == 0;
+  view.ascending = sort.ascending;
+  for (std::size_t i = 0; i < view.data.columns.size(); ++i)
+    for (const SortedColumn& each : kSorted)
+      if (each.key == view.data.columns[i].key && each.column == sort.column)
+        view.sorted_column = static_cast<int>(i);
+  return view;
+}
+
+}  // namespace
+
+std::optional<OutputTable> output_table(const Session& s) {
+  if (!shows_table(s)) return std::nullopt;
+  OutputTable view = s.options.grftyp == -1 ? OutputTable{load_table_data(s.tables.load, view_units(s)),
+                                                          load_table_head(s.tables.load, s.language)}
+                                            : powder_table_view(s);
+  if (view.data.rows.empty()) return std::nullopt;
+  const auto kind = s.options.grftyp == -1 ? BlockKind::load_table : BlockKind::powder_table;
+  const TableInputs& inputs = s.options.grftyp == -1 ? s.tables.load.inputs : s.tables.powder.inputs;
+  const std::string block = CartridgeDataBlock(inputs.block, kind, s.language);
+  const auto at = view.heading.find(block);
+  const std::string rest = at == std::string::npos ? view.heading : view.heading.substr(at + block.size());
+  view.line = one_line(rest) + " \u00B7 " + one_line(block);
+  view.heading = plain_breaks(view.heading);
+  view.present = present_row(s);
+  view.stale = output_stale(s);
+  return view;
+}
+
+bool sort_output(Session& s, int column) {
+  if (s.options.grftyp != -2) return false;
+  const auto view = powder_table_view(s);
+  int wanted = column < 0 ? 0 : -1;
+  if (column >= 0 && column < static_cast<int>(view.data.columns.size()))
+    for (const SortedColumn& each : kSorted)
+      if (each.key == view.data.columns[static_cast<std::size_t>(column)].key) wanted = each.column;
+  if (wanted < 0) return false;
+  SortState& sort = s.tables.sort;
+  sort.ascending = wanted == sort.column ? !sort.ascending : wanted == 0;
+  sort.column = wanted;
+  sort_powder_table(s.tables.powder, sort);
+  outputs_changed(s);
+  return true;
+}
+
+std::string output_table_rows(const Session& s) { return plain_breaks(cells_text(s)); }
 
 std::string output_tsv(const Session& s) { return stale_head(s) + cells_text(s); }
 
@@ -136,6 +218,11 @@ Diagram output_diagram(const Session& s, double width, double height, TextWidth 
                       height, text_width);
 }
 
+Chart output_chart(const Session& s, bool dark) {
+  return describe_diagram({&s.shown.state, &s.curve, &s.result, s.shown.outcome.ok()},
+                          diagram_options(s, dark), s.language);
+}
+
 namespace {
 
 std::optional<ExportData> export_of_view(const Session& s) {
@@ -156,9 +243,13 @@ std::optional<ExportData> output_export(const Session& s) {
   return data;
 }
 
+std::optional<FitClick> output_click(const Session& s, const DiagramFrame& frame, Point at) {
+  if (!s.valid.results || s.options.grftyp < 1) return std::nullopt;
+  return fit_click(frame, diagram_options(s), at);
+}
+
 bool click_output(Session& s, const DiagramFrame& frame, Point at) {
-  if (!s.valid.results || s.options.grftyp < 1) return false;
-  const auto click = fit_click(frame, diagram_options(s), at);
+  const auto click = output_click(s, frame, at);
   if (!click) return false;
   leave_focus(s);  // Escape must not undo half of it
   FitChargeToTarget(s, click->value, click->mode);

@@ -8,6 +8,7 @@
 #include "output/diagram.h"
 #include "output/export_data.h"
 #include "session/session.h"
+#include "tables/table_data.h"
 
 namespace tv {
 
@@ -23,7 +24,24 @@ struct OutputText {
   int head_line = 0, head_lines = 0;  // first line, from 0, and number of lines
 };
 OutputText output_text_view(const Session& s);
-std::string output_tsv(const Session& s);  // the same for copying, cells parted by tabs
+// A table as the window shows it: nothing where a text or a picture is on show.
+struct OutputTable {
+  TableData data = {};
+  std::string heading = {};  // what stands above the columns, plain line breaks
+  std::string line = {};     // the same in one line, what to watch first
+  int present = -1;     // row of the load at hand
+  int sorted_column =
+      -1;  // index into the columns, those without a width counted; -1: by its own order or by name
+  bool by_name = false, ascending = false;
+  bool stale = false;
+};
+std::optional<OutputTable> output_table(const Session& s);
+// A click on the head of a column, -1 that of the names: the powder table is sorted by it, or turned round. False: it
+// has no order by that.
+bool sort_output(Session& s, int column);
+
+std::string output_table_rows(const Session& s);  // heads and rows of the table, cells parted by tabs
+std::string output_tsv(const Session& s);         // the same for copying, cells parted by tabs
 // What stands at the end of every print and export, whatever the window itself hides: the notes of the run
 // with the note of its limit, and the standing notice.
 std::string output_notes(const Session& s);
@@ -37,6 +55,10 @@ Diagram output_diagram(const Session& s, double width, double height, TextWidth 
 // What toexcel hands over; nothing when there is nothing to export.
 std::optional<ExportData> output_export(const Session& s);
 
+Chart output_chart(const Session& s, bool dark = false);  // what the diagram of a shot is made from
+
+// What a click there would fit, if it would.
+std::optional<FitClick> output_click(const Session& s, const DiagramFrame& frame, Point at);
 // Left click released at a point beside an axis: fits the load. False if the point means nothing.
 bool click_output(Session& s, const DiagramFrame& frame, Point at);
 // Left click on an entry of the legend: its name picks the curve that the read-out follows, a second click

@@ -7,6 +7,7 @@
 #include "session/message.h"
 #include "session/numbers.h"
 #include "session/record_lists.h"
+#include "session/run.h"
 #include "text/number.h"
 
 namespace tv {
@@ -110,6 +111,12 @@ void check_range(Session& s, const NumberPlace& at) {
   s.focus.select_length = length(field(s, at.screen, screen.hint_field).text);
 }
 
+struct StepKey {
+  std::string_view key;
+  double steps;
+};
+constexpr StepKey kSteps[] = {{"Up", 1}, {"Down", -1}, {"Ctrl+Up", 10}, {"Ctrl+Down", -10}};
+
 // What is told when a field gets the focus, and put back by Escape.
 void hold(Session& s, const NumberPlace& at) {
   hold_state(s, s.focus.screen);
@@ -153,6 +160,16 @@ std::size_t next_character(std::string_view text, std::size_t i) {
 }
 
 }  // namespace
+
+void end_action(Session& s) {
+  if (s.options.autocalc && s.autocalc_due && !s.valid.results) {
+    ++s.action_depth;  // what it does is no action of its own
+    calculate_quietly(s);
+    --s.action_depth;
+  }
+  s.autocalc_due = false;
+  refresh_screens(s);
+}
 
 bool number_text_ok(std::string_view text) {
   if (text.size() > kMaxText) return false;
@@ -208,10 +225,35 @@ bool leave_field(Session& s, std::string_view screen, std::string_view name) {
   hide_hint(s, screen);
   if (at.number && s.focus.edited) {
     if (holds_number(field(s, screen, name))) check_range(s, at);
+    s.autocalc_due = s.autocalc_due || good_number(s, at);
     own_format(s, at);
     if (at.number->left) at.number->left(s, at.i);
   }
   s.focus = {};
+  return true;
+}
+
+// The value that stands in the field is accepted, and the new one too: Escape takes neither back.
+bool step_field(Session& s, std::string_view screen, double steps) {
+  if (s.focus.screen != screen || s.focus.field.empty()) return false;
+  const NumberPlace at = find_number(s, spec_of(s, screen)->name, s.focus.field);
+  if (!at.number || !at.number->step || at.number->read_only || !usable(s, screen, s.focus.field))
+    return false;
+  const Action action(s);
+  const Unit& unit = *at.own().unit;
+  const double shown = unit.shown(at.value(s), s) + steps * at.number->step(s, at.own());
+  const double rounded = std::round(shown * 1e9) / 1e9;  // a hundred steps of 0.1 are 10
+  if (!in_limits(rounded, limits_of(s, at))) {
+    beep(s);
+    return true;
+  }
+  hold(s, at);
+  apply_number(s, at, unit.stored(rounded, s));
+  write_number(s, at.value(s));
+  hide_hint(s, screen);
+  if (at.number->stepped) at.number->stepped(s);
+  s.focus = {std::string(screen), s.focus.field, 0, length(field(s, screen, s.focus.field).text), false};
+  hold(s, at);
   return true;
 }
 
@@ -283,6 +325,7 @@ bool pick(Session& s, std::string_view screen, std::string_view list, int index)
   leave_focus(s);
   f.selected = index;
   f.text = f.items[static_cast<std::size_t>(index)].text;
+  s.autocalc_due = true;
   for (const Control& control : controls_of(*spec_of(s, screen)))
     if (control.name == list && control.place->list == ListOf::load_records)
       note_used(s, control.place->records, f.text);
@@ -295,6 +338,7 @@ bool toggle(Session& s, std::string_view screen, std::string_view box) {
   leave_focus(s);
   Field& f = field(s, screen, box);
   f.checked = !f.checked;
+  s.autocalc_due = true;
   run_action(s, screen, box);
   return true;
 }
@@ -315,6 +359,8 @@ bool key(Session& s, std::string_view screen, std::string_view name) {
   const Action action(s);
   const ScreenSpec* spec = spec_of(s, screen);
   if (spec && spec->key && spec->key(s, name)) return true;
+  for (const auto& [pressed, steps] : kSteps)
+    if (name == pressed && step_field(s, screen, steps)) return true;
   if (name == "Escape") {
     if (s.focus.screen == screen && restore_field(s)) return true;
     return spec && spec->shape != ScreenShape::child && close_screen(s, screen);

@@ -9,6 +9,10 @@
 
 namespace tv {
 
+// What follows a whole action: the calculation that an accepted entry asks for, if the user wants that; then every
+// screen is refreshed.
+void end_action(Session& s);
+
 // Something a person does, however far it reaches: the screens are refreshed once, when the outermost ends.
 class Action {
 public:
@@ -16,7 +20,7 @@ public:
   Action(const Action&) = delete;
   Action& operator=(const Action&) = delete;
   ~Action() {
-    if (--s_.action_depth == 0) refresh_screens(s_);
+    if (--s_.action_depth == 0) end_action(s_);
   }
 
 private:
@@ -33,6 +37,9 @@ bool edit_field(Session& s, std::string_view screen, std::string_view name, std:
 // The field loses the focus: it takes its own format, an out-of-range value beeps and hints.
 bool leave_field(Session& s, std::string_view screen, std::string_view name);
 void leave_focus(Session& s);  // whatever field is in use
+// Up and Down in a number field that has steps: so many of them, as one command of the user's. False: it has
+// none.
+bool step_field(Session& s, std::string_view screen, double steps);
 // Escape in a number field: the texts and the values it had when it got the focus. False: nothing to restore.
 bool restore_field(Session& s);
 // Focus, select all, the text key by key (as the key filter lets it pass), leave.

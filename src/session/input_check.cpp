@@ -1,10 +1,12 @@
 #include "session/input_check.h"
 
 #include <cmath>
+#include <utility>
 
 #include "engine/shot.h"
 #include "geometry/dimensions.h"
 #include "session/dimensions.h"
+#include "session/findings.h"
 #include "session/message.h"
 #include "session/numbers.h"
 #include "session/units.h"
@@ -13,22 +15,31 @@
 namespace tv {
 namespace {
 
-// One beep, whether a box tells why or not.
-void refuse(Session& s, const Message* why = nullptr) {
+// One beep, whether a box tells why or the status line does.
+bool refuse(Session& s, Message why, FieldPlace at) {
   beep(s);
-  if (why) warn(s, *why, false);
   s.inputsOk = false;
+  s.refusal = Finding{std::move(why), std::move(at)};
+  return false;
 }
 
 bool refuse_unless(Session& s, bool good, const double& value, std::size_t side = 0) {
   if (good) return true;
-  refuse(s);
+  const FieldPlace at = place_of(s, value, side);
+  refuse(s,
+         MessageText(s)
+             .msg(428)
+             .add(" " + field_caption(s, at) + " ")
+             .add(shown_text(s, value, static_cast<int>(side)) + " (" + field_range(s, at) + ")"),
+         at);
+  if (!s.silent) s.status = s.refusal->message.text;
   focus_number(s, value, side);
   return false;
 }
 
 bool refuse_telling(Session& s, const double& value, std::size_t side, const Message& why) {
-  refuse(s, &why);
+  refuse(s, why, place_of(s, value, side));
+  warn(s, why, false);
   focus_number(s, value, side);
   return false;
 }
@@ -38,43 +49,34 @@ bool refuse_without_name(Session& s, RecordKind kind, std::string_view name) {
   if (!name.empty() && name != trim(s.language.fastmsg("noname")) &&
       !(kind == RecordKind::bullets && name == trim(s.language.msg(193))))
     return true;
-  refuse(s);
+  const FieldPlace at = place_of_list(s, kind);
+  refuse(s, MessageText(s).add(field_caption(s, at) + ": ").msg(305), at);
+  if (!s.silent) s.status = s.refusal->message.text;
   focus_list(s, kind);
   return false;
 }
 
+// What nobody can be asked now waits for a calculation of the user's own.
 bool ask_stale_bore(Session& s) {
-  if (!s.load.bore_area_stale || s.silent) return true;
+  if (!s.load.bore_area_stale) return true;
+  const Message question = MessageText(s).msg(161).line().msg(162);
+  const FieldPlace at = place_of(s, s.state.dim.qfq, 1);
+  if (s.silent) return refuse(s, question, at);
   s.load.bore_area_stale = false;
-  if (ask_yes_no(s, MessageText(s).msg(161).line().msg(162))) return true;
-  return refuse_unless(s, false, s.state.dim.qfq, 1);
+  if (ask_yes_no(s, question)) return true;
+  refuse(s, MessageText(s).msg(161), at);
+  focus_number(s, s.state.dim.qfq, 1);
+  return false;
 }
 
 void check_bore_area(Session& s) {
   auto& d = s.state.dim;
   if (!(d.Zkal > 0)) return;  // refused as a calibre later
+  tell_once(s, 163, bore_area_finding(s));
+  if (d.qfq > 0) return;
   const double calibre_mm = d.Zkal * kMmPerInch;
-  const double circle = (kPi / 4) * calibre_mm * calibre_mm;
-  if (d.qfq > 1.1 * circle) {
-    warn(s, MessageText(s).msg(163).line().msg(164));
-  } else if (d.qfq > 0 && d.qfq < 0.8 * circle) {
-    warn(s, MessageText(s).msg(165).line().msg(166));
-  } else if (!(d.qfq > 0)) {
-    d.qfq = 0.985 * circle;
-    write_number(s, d.qfq, {"#.00#", "#.000###"});
-  }
-}
-
-void check_bullet_diameter(Session& s) {
-  const auto& d = s.state.dim;
-  double percent = (d.Zkal - d.buldin) / (d.Zkal / 100);
-  if (!std::isfinite(percent)) return;
-  percent = std::round(percent * 1e9) / 1e9;  // so that exactly 2 percent passes for every calibre
-  if (percent >= -1 && percent <= 2) return;
-  MessageText text(s);
-  text.msg(167).add(format_number(percent, "0.00")).line();
-  const int first = percent < 0 ? 171 : 168;
-  warn(s, text.msg(first).line().msg(first + 1).line().msg(first + 2), false);
+  d.qfq = 0.985 * ((kPi / 4) * calibre_mm * calibre_mm);
+  write_number(s, d.qfq, {"#.00#", "#.000###"});
 }
 
 void drop_impossible_tail(Session& s) {
@@ -86,11 +88,9 @@ void drop_impossible_tail(Session& s) {
 
 void check_seating(Session& s) {
   auto& d = s.state.dim;
-  if (d.Bsd < 0) warn(s, MessageText(s).msg(174).line().msg(175).line().msg(176));
-  if (d.TAIL && d.tail_type == kOuterCone) {
-    d.ssd = ssd_of_Bsd(d);
-    if (d.ssd < 0) warn(s, MessageText(s).msg(177));
-  }
+  tell_once(s, 174, seating_finding(s));
+  if (d.TAIL && d.tail_type == kOuterCone) d.ssd = ssd_of_Bsd(d);
+  tell_once(s, 177, tail_finding(s));
 }
 
 bool check_travel(Session& s) {
@@ -126,10 +126,14 @@ constexpr Blamed kBlamed[] = {{SetUp::Exw, &CalcState::Exw},     {SetUp::Ba0, &C
                               {SetUp::Kap, &CalcState::Kap},     {SetUp::PDko, &CalcState::PDko},
                               {SetUp::Limz1, &CalcState::Limz1}, {SetUp::Pdens, &CalcState::Pdens}};
 
-void focus_blamed(Session& s, SetUp refused) {
+struct BlamedValue {
+  const double& value;
+  std::size_t side;
+};
+BlamedValue blamed(const Session& s, SetUp refused) {
   for (const Blamed& row : kBlamed)
-    if (row.refused == refused) return focus_number(s, s.state.*row.value);
-  focus_number(s, s.state.chargeGr, 1);
+    if (row.refused == refused) return {s.state.*row.value, 0};
+  return {s.state.chargeGr, 1};
 }
 
 }  // namespace
@@ -143,6 +147,8 @@ void take_shown_start_pressure(Session& s) {
 void transferInputs(Session& s) {
   take_shown_start_pressure(s);
   s.inputsOk = true;
+  s.autocalc_due = false;
+  s.refusal.reset();
   const auto& d = s.state.dim;
   if (!refuse_without_name(s, RecordKind::cartridges, s.load.pattyp)) return;
   if (!refuse_without_name(s, RecordKind::bullets, s.load.bultyp)) return;
@@ -152,7 +158,7 @@ void transferInputs(Session& s) {
   check_bore_area(s);
   for (const double* value : {&d.Llen, &d.Plen, &d.Glen, &d.Hlen, &d.Zkal})
     if (!shown_above_zero(s, *value, 0)) return;
-  check_bullet_diameter(s);
+  tell_once(s, 167, bullet_diameter_finding(s));
   if (!shown_above_zero(s, d.Volf, 1)) return;
   drop_impossible_tail(s);
   recompute_dimensions(s, kNothingMoved);
@@ -170,13 +176,16 @@ void prepare_shot_checked(Session& s) {
   else
     text.fast("fpow").add(": ").msg(156);
   warn(s, text, false, std::string(kProgramName) + ": " + s.language.fastmsg("fehlEG"));
-  refuse(s);
-  focus_blamed(s, refused);
+  const auto [value, side] = blamed(s, refused);
+  refuse(s, text, place_of(s, value, side));
+  focus_number(s, value, side);
 }
 
 bool start_pressure_accepted(Session& s) {
   if (s.state.start_pressure <= start_pressure_bound(s.state)) return true;
-  warn(s, MessageText(s).msg(144), false);
+  const Message why = MessageText(s).msg(144);
+  s.refusal = Finding{why, place_of(s, s.state.start_pressure)};
+  warn(s, why, false);
   focus_number(s, s.state.start_pressure);
   return false;
 }

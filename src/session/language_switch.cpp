@@ -94,6 +94,8 @@ bool language_read(Session& s, const std::string& file) {
 
 void language_switch(Session& s, std::string_view language) {
   const bool no_bullet = !s.load.bultyp.empty() && s.load.bultyp == s.language.msg(193);
+  s.status.clear();
+  s.refusal.reset();  // both in the former language
   if (!language_read(s, language_file(s, language))) return;
   if (no_bullet) s.load.bultyp = s.language.msg(193);
   s.options.lanfile = stored_language(s);

@@ -8,6 +8,7 @@
 #include "session/dimensions.h"
 #include "session/entry.h"
 #include "session/file_names.h"
+#include "session/findings.h"
 #include "session/input_check.h"
 #include "session/load_steps.h"
 #include "session/message.h"
@@ -56,47 +57,15 @@ constexpr LoadFormat kLoadFormats[] = {
     {state<&C::chargeGr>, {"##0.00#", "##0.0#"}},
 };
 
-struct Compared {
-  const char* caption;  // of the powder screen
-  int record_field;
-  double CalcState::*value;
-};
-constexpr Compared kCompared[] = {
-    {"Limz1", powder_field::Limz1, &CalcState::Limz1}, {"Ba0", powder_field::Ba0, &CalcState::Ba0},
-    {"Ba1", powder_field::Ba1, &CalcState::Ba1},       {"Exw", powder_field::Exw, &CalcState::Exw},
-    {"Kap", powder_field::Kap, &CalcState::Kap},       {"Pdens", powder_field::Pdens, &CalcState::Pdens},
-    {"PDko", powder_field::PDko, &CalcState::PDko},    {"bulkdn", powder_field::bulkdn, &CalcState::bulkdn},
-};
-
 // The box's title is part of what it says.
 void warn_as_warning(Session& s, Message message) {
   message.keys.emplace_back("msg75");
   warn(s, message, true, std::string(kProgramName) + ": " + s.language.msg(75));
 }
 
-// The mnemonic mark of a caption has no place in a message.
-std::string plain_caption(const Session& s, const char* section, const char* key) {
-  std::string text = s.language.text(section, key);
-  std::erase(text, '&');
-  return text;
-}
-
+// Its box comes as the load is read, with the values it speaks of.
 void compare_powder(Session& s) {
-  std::string_view name = trim(s.load.pulver);
-  if (name.ends_with(" ?")) name.remove_suffix(2);  // edited: what differs is told below
-  if (name.empty()) return;
-  const RecordTable& table = s.set(RecordKind::powders).file.table;
-  const int row = table.find(name);
-  if (row < 0) return warn_as_warning(s, MessageText(s).msg(62).line().add(name));
-  MessageText text(s);
-  text.msg(61).add(" ").add(name).add(" ").msg(66).line();
-  bool differs = false;
-  for (const Compared& c : kCompared)
-    if (table.number(row, c.record_field) != s.state.*c.value) {
-      text.add("  - ").add(plain_caption(s, "form4", c.caption)).line();
-      differs = true;
-    }
-  if (differs) warn_as_warning(s, text);
+  if (const auto finding = powder_finding(s)) warn_as_warning(s, finding->message);
 }
 
 // A load that has just been read has no results: figures of another one must not stand beside it.
@@ -104,6 +73,7 @@ void clear_results(Session& s) {
   clear_panel(s);
   s.shown.any = s.shown.failed = false;
   s.fit_undo = {};
+  s.told.clear();
   s.status.clear();
 }
 
@@ -245,6 +215,7 @@ void save_current_load(Session& s) {
 
 bool open_load(Session& s, const std::string& file) {
   if (!load_read(s, file)) return false;
+  s.autocalc_due = true;
   // The list keeps names without extension, all of one kind: others can be read, but not found again.
   if (file_has_extension(file, "dat")) store_load_name(s, file);
   return true;

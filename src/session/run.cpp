@@ -5,6 +5,7 @@
 
 #include "geometry/dimensions.h"
 #include "session/dimensions.h"
+#include "session/findings.h"
 #include "session/input_check.h"
 #include "session/loads.h"
 #include "session/message.h"
@@ -28,6 +29,7 @@ void note_inputs_of_run(Session& s, const ShotOutcome& outcome) {
   s.shown.state = s.state;
   s.shown.load = s.load;
   s.shown.outcome = outcome;
+  s.shown.unusual = unusual_values(s);
   s.shown.block = data_block(s);
   s.shown.charge_g = shown_number(s, s.state.chargeGr);
   s.shown.Veff_cm3 = shown_number(s, s.state.dim.Veff);
@@ -132,10 +134,22 @@ void end_first_run(Session& s) {
 
 }  // namespace
 
-void setResultsValid(Session& s, bool valid) {
+namespace {
+
+void mark_results(Session& s, bool valid) {
   s.valid.results = valid;
   if (!valid) s.valid.load_table = s.valid.powder_table = false;
   outputs_changed(s);
+}
+
+}  // namespace
+
+// What was said of the former inputs ends with them.
+void setResultsValid(Session& s, bool valid) {
+  mark_results(s, valid);
+  if (valid) return;
+  s.refusal.reset();
+  s.status.clear();
 }
 
 void setStep(Session& s, int step) {
@@ -185,6 +199,39 @@ void Patdef(Session& s) {
 
 namespace {
 
+int run_shot(Session& s) {
+  const int answer = run_single(s);
+  if (answer) write_transfer_file(s);
+  mark_results(s, answer != 0);
+  return answer;
+}
+
+// Nobody is disturbed while it lives: no box, no beep, no moved focus.
+class Silence {
+public:
+  explicit Silence(Session& s) : s_(s), silent_(s.silent), sound_(s.sound) {
+    s.silent = true;
+    s.sound = false;
+  }
+  Silence(const Silence&) = delete;
+  Silence& operator=(const Silence&) = delete;
+  ~Silence() {
+    s_.silent = silent_;
+    s_.sound = sound_;
+  }
+
+private:
+  Session& s_;
+  bool silent_, sound_;
+};
+
+// A new cartridge's charge is looked at by the user first.
+bool charge_unseen(Session& s) {
+  if (!s.valid.ask_charge) return false;
+  s.refusal = Finding{MessageText(s).fast("askcharge0"), place_of(s, s.state.chargeGr, 1)};
+  return true;
+}
+
 int run_by_mode(Session& s) {
   if (s.mode() == DisplayMode::load_table) {
     run_load_table(s);
@@ -194,10 +241,7 @@ int run_by_mode(Session& s) {
     run_powder_table(s);
     return -1;
   }
-  const int answer = run_single(s);
-  if (answer) write_transfer_file(s);
-  setResultsValid(s, answer != 0);
-  return answer;
+  return run_shot(s);
 }
 
 }  // namespace
@@ -208,6 +252,19 @@ int runAndShow(Session& s) {
   save_current_load(s);
   if (!s.valid.results) s.valid.load_table = s.valid.powder_table = false;
   return run_by_mode(s);
+}
+
+void calculate_quietly(Session& s) {
+  const Silence silence(s);
+  transferInputs(s);
+  if (!s.inputsOk || charge_unseen(s)) return;
+  convertUnits(s.state);
+  prepare_shot_checked(s);
+  if (!s.inputsOk || start_pressure_refused(s)) return;
+  s.firstRun = false;
+  s.status.clear();
+  save_current_load(s);
+  run_shot(s);
 }
 
 bool run_shown_shot(Session& s) { return prepareShot(s.state) == SetUp::ok && run_single(s) != 0; }

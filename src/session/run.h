@@ -13,6 +13,9 @@ void begin_friction_step(Session& s);
 void end_friction_step(Session& s);
 int recalculate(Session& s);  // 0 on refusal, -1 after a finished run
 void Patdef(Session& s);
+// A shot of the load as it stands, never a table: nothing is asked and the focus stays. What refuses it stands
+// in the findings, and the results stay as they are.
+void calculate_quietly(Session& s);
 int runAndShow(Session& s);
 // One more interactive shot at the load as it stands, with the panel live whatever the display mode: after
 // tables and fits. False if the set-up is refused or the run did not finish.

@@ -53,6 +53,8 @@ struct NumberField {
   void (*changed)(Session&, int i, bool differs) = nullptr;  // what hangs on it, after an entry stored it
   Limits (*limits)(const Session&, const NumberSide&, int i) = nullptr;  // where fixed limits do not do
   void (*left)(Session&, int i) = nullptr;                               // an edited field was left
+  double (*step)(const Session&, const NumberSide&) = nullptr;  // of Up and Down, as the side shows it
+  void (*stepped)(Session&) = nullptr;                          // after such a step
   bool read_only = false;
   bool empty_allowed = false;  // an empty text is a value (0) of its own, never red
   bool zero_unknown = false;   // a value not above 0 shows "?"
@@ -77,8 +79,8 @@ enum class ControlKind : std::uint8_t {
 };
 
 // The records that a list or combo shows. A list of the load follows what the load holds; others select for
-// themselves.
-enum class ListOf : std::uint8_t { texts, load_records, own_records };
+// themselves. In one that leads somewhere an entry is chosen by click or Enter, not by moving onto it.
+enum class ListOf : std::uint8_t { texts, load_records, own_records, leads };
 
 // A control and the caption of the unit behind it: a key of section "units", "@name" for a field of the
 // screen that shows the unit, "*" for the chosen pressure unit, "%metric|imperial" for keys by the screen's
@@ -157,6 +159,8 @@ struct Surface {
   DrawList (*draw)(const Session&, const Extent&);
   void (*pointer)(Session&, const Pointer&, const Extent&) = nullptr;
   double width = 800, height = 520;  // of the drawing where no window tells
+  // Whether a click there does something that the picture alone does not show.
+  bool (*clickable)(const Session&, Point, const Extent&) = nullptr;
 };
 
 // A bar that stands for a number: its range, and where it stands by the stored value.

@@ -39,6 +39,19 @@ struct Program {
 // What the output window shows: the diagrams have the numbers 1 to 6.
 enum class DisplayMode : int { powder_table = -2, load_table = -1, point_list = 0, first_diagram = 1 };
 
+// A field or list of a screen, by their names.
+struct FieldPlace {
+  std::string screen, field;
+};
+
+// What a check has to say of the load, and where that is mended.
+struct Finding {
+  Message message;
+  FieldPlace at;
+  std::vector<double> cause{};  // the values it comes from
+  bool beep = true;             // with its box
+};
+
 // The figures of the last run and what a finished run needs to be shown later, whatever has become of the
 // inputs.
 struct ShownRun {
@@ -49,8 +62,9 @@ struct ShownRun {
   LoadData load;         // its names
   ShotOutcome outcome;
   double charge_g = 0, Veff_cm3 = 0;
-  DataBlock block;         // head lines of its views
-  std::string date, time;  // "21-Nov-2026", "14:05:09"
+  DataBlock block;                  // head lines of its views
+  std::string date, time;           // "21-Nov-2026", "14:05:09"
+  std::vector<FieldPlace> unusual;  // values that stood outside the limits of their fields
   std::vector<PanelField> panel;
   std::string notes;  // status line of the results, in the language in force
   bool notes_red = false;
@@ -92,10 +106,13 @@ struct Held {
   std::map<std::string, std::string> texts;  // of the fields of its number, or its own
 };
 
-// What a fit from the diagram changed, to be put back once; it ends with the next pick or load.
+// What a fit from the diagram or a row of a table changed, to be put back once; it ends with the next pick or
+// load.
 struct FitUndo {
   bool possible = false;
   double chargeGr = 0, Llen = 0, Wob = 0;
+  std::optional<CalcState> powder{};  // whose values go back too, under this name
+  std::string pulver{};
 };
 
 // Colours of the diagrams that the user has chosen; the others are those of the palette.
@@ -159,7 +176,10 @@ struct Session {
   Validity valid;
   bool firstRun = true;
   bool inputsOk = false;
-  bool silent = false;  // input check without warnings; refusals beep once
+  bool silent = false;             // no box, no question, no moved focus; what refuses stands in `refusal`
+  bool autocalc_due = false;       // an entry was accepted or a load opened since the last calculation
+  std::optional<Finding> refusal;  // of the last calculation, until an input changes
+  std::map<int, std::vector<double>> told;  // warnings whose boxes have come, by message: their causes
   Tables tables;
   OutputView output;
   FitUndo fit_undo;

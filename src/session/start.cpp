@@ -76,7 +76,9 @@ bool start(Session& s, const PlaceHints& hints) {
   s.options.lanfile = stored_language(s);
   s.sound = true;
   read_default_sets(s);
+  const std::string told = s.status;
   load_read(s, s.settings_file);
+  s.status = told;  // of the language, not of a load
   SetDisplayMode(s, s.options.grftyp);
   find_design_data(s);
   write_bullet_file_mark(s, true);

@@ -4,12 +4,16 @@
 
 #include "engine/shot.h"
 #include "session/dimensions.h"
+#include "session/entry.h"
 #include "session/load_steps.h"
 #include "session/message.h"
 #include "session/numbers.h"
 #include "session/run.h"
 #include "session/settings.h"
+#include "session/take_records.h"
 #include "tables/fit.h"
+#include "tables/table_data.h"
+#include "tables/table_text.h"
 #include "text/number.h"
 
 namespace tv {
@@ -151,9 +155,94 @@ void FitChargeToTarget(Session& s, double value, int mode) {
   }
   convertUnits(s.state);
   refresh_fill(s);
+  const std::string told = s.status;
   setResultsValid(s, run_shown_shot(s));
-  if (!s.status.empty()) s.valid.load_table = s.valid.powder_table = false;  // of another load
+  s.status = told;
+  if (!told.empty()) s.valid.load_table = s.valid.powder_table = false;  // of another load
   outputs_changed(s);
+}
+
+namespace {
+
+bool row_there(int row, int count) { return row >= 0 && row < count; }
+
+// The charge of a row in grains.
+std::optional<double> charge_of_row(const Session& s, int row) {
+  const auto i = static_cast<std::size_t>(row);
+  if (s.mode() == DisplayMode::load_table) {
+    const LoadTable& t = s.tables.load;
+    if (!row_there(row, LoadTable::kLadder) || !s.valid.load_table || t.velocity[i] == 0) return {};
+    return t.charge[i];
+  }
+  const PowderTable& t = s.tables.powder;
+  if (s.mode() != DisplayMode::powder_table || !row_there(row, static_cast<int>(t.rows.size()))) return {};
+  if (!s.valid.powder_table || !shows_figures(t, t.rows[i])) return {};
+  return t.rows[i].cell(2) * 1000 * kGrainsPerGram;
+}
+
+// With case volume and barrel varied, charge and powder alone do not give the row's figures.
+bool ask_without_chamber(Session& s, int row) {
+  if (s.tables.powder.criteria.strategy != 8) return true;
+  const TableData data = powder_table_data(s.tables.powder, s.output.imperial);
+  MessageText text(s);
+  text.msg(432).line();
+  for (std::size_t i = 0; i < data.columns.size(); ++i) {
+    const TableColumn& column = data.columns[i];
+    if (column.key != std::string_view("volume") && column.key != std::string_view("barrel")) continue;
+    const double value = data.rows[static_cast<std::size_t>(row)].values[i];
+    text.fast(column.title).add(" " + cell_text(column, value) + " " + column.unit).line();
+  }
+  return ask_ok_cancel(s, text);
+}
+
+bool take_powder_of_row(Session& s, int row, FitUndo& before) {
+  const std::string& name = s.tables.powder.rows[static_cast<std::size_t>(row)].name;
+  const int record = s.set(RecordKind::powders).file.table.find(trim(name));
+  if (record < 0) {
+    warn(s, MessageText(s).msg(62).line().add(name));
+    return false;
+  }
+  if (!ask_without_chamber(s, row)) return false;
+  before.powder = s.state;
+  before.pulver = s.load.pulver;
+  take_powder(s, record);
+  return true;
+}
+
+}  // namespace
+
+bool take_table_row(Session& s, int row) {
+  leave_focus(s);  // Escape must not undo half of it
+  const auto charge = charge_of_row(s, row);
+  if (!charge) {
+    beep(s);
+    return false;
+  }
+  FitUndo before{true, s.state.chargeGr, s.state.dim.Llen, s.state.dim.Wob};
+  const Validity marks = s.valid;
+  const bool powders = s.mode() == DisplayMode::powder_table;
+  if (powders && !take_powder_of_row(s, row, before)) return false;
+  s.state.chargeGr = *charge;
+  write_number(s, s.state.chargeGr);
+  s.valid.ask_charge = false;
+  refresh_fill(s);
+  setResultsValid(s, false);
+  (powders ? s.valid.powder_table : s.valid.load_table) = powders ? marks.powder_table : marks.load_table;
+  note_fit(s, before, kChargeTold, before.chargeGr, s.state.chargeGr);
+  s.autocalc_due = true;
+  return true;
+}
+
+int present_row(const Session& s) {
+  if (s.mode() == DisplayMode::load_table) {
+    for (int i = 0; i < LoadTable::kLadder && s.tables.load.row_count > 0; ++i)
+      if (s.tables.load.charge[static_cast<std::size_t>(i)] == s.state.chargeGr) return i;
+  } else if (s.mode() == DisplayMode::powder_table) {
+    const auto& rows = s.tables.powder.rows;
+    for (std::size_t i = 0; i < rows.size(); ++i)
+      if (trim(rows[i].name) == trim(s.load.pulver)) return static_cast<int>(i);
+  }
+  return -1;
 }
 
 bool can_undo_fit(const Session& s) { return s.fit_undo.possible; }
@@ -163,12 +252,12 @@ void undo_fit(Session& s) {
   s.state.chargeGr = s.fit_undo.chargeGr;
   s.state.dim.Llen = s.fit_undo.Llen;
   s.state.dim.Wob = s.fit_undo.Wob;
+  if (s.fit_undo.powder) put_back_powder(s, *s.fit_undo.powder, s.fit_undo.pulver);
   s.fit_undo = {};
   write_number(s, s.state.chargeGr);
   write_number(s, s.state.dim.Llen);
   write_number(s, s.state.dim.Wob);
   refresh_fill(s);
-  s.status.clear();
   setResultsValid(s, false);
 }
 

@@ -132,6 +132,17 @@ void take_powder(Session& s, int row) {
   setResultsValid(s, false);
 }
 
+void put_back_powder(Session& s, const CalcState& from, const std::string& name) {
+  for (const PowderValue& p : kPowder) {
+    s.state.*p.value = from.*p.value;
+    write_number(s, s.state.*p.value);
+  }
+  s.state.powtmp = from.powtmp;
+  s.state.ExwJ = from.ExwJ;
+  s.load.pulver = name;
+  select_by_name(s, RecordKind::powders, name);
+}
+
 void take_bullet(Session& s, int row) {
   if (row < 0) return;
   const RecordTable& table = s.set(RecordKind::bullets).file.table;

@@ -9,6 +9,8 @@ namespace tv {
 void take_cartridge(Session& s, int row);
 void take_bullet(Session& s, int row);
 void take_powder(Session& s, int row);
+// Its values and its name, from a load that had them.
+void put_back_powder(Session& s, const CalcState& from, const std::string& name);
 // A cartridge that its editor or a gun tells: its values into the load as it stands. One of another name
 // begins a new load, as a pick does.
 void take_cartridge_values(Session& s, const Record& cartridge);

@@ -116,7 +116,6 @@ TEST(ReadOut, IsTheInverseOfTheDrawing) {
       }
       ASSERT_EQ(out->on_curve.size(), type % 3 == 0 ? 2U : 1U);
       EXPECT_NEAR(out->on_curve[0].y, curve->points[i].y, 0.5);
-      EXPECT_EQ(read_out_marks(options, *out).items.size(), 2 * out->on_curve.size());
     }
     // Beside an axis the pointer's own values stand, elsewhere none.
     const auto beside = read_out(d.frame, options, shot.run(), {d.frame.left - 1, d.frame.bottom});
