@@ -198,6 +198,7 @@ bool Binder::key_pressed(const std::string& name, QWidget* widget, int pressed,
     if (command.shortcut && spelled == command.shortcut) return false;
   bool used = false;
   act_([&] { used = key(session_, screen_, spelled); });
+  if (auto* edit = qobject_cast<QLineEdit*>(widget); edit && used) edit->selectAll();  // a step of its number
   return used;
 }
 

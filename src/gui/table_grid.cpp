@@ -282,7 +282,8 @@ void TableGrid::show_table(const OutputTable& table) {
   if (!same) return;
   rows_->verticalScrollBar()->setValue(top);
   if (row >= 0)
-    rows_->selectionModel()->setCurrentIndex(model_->index(row, 0), QItemSelectionModel::NoUpdate);
+    rows_->selectionModel()->setCurrentIndex(model_->index(row, 0),
+                                             QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
 }
 
 void TableGrid::settle() {

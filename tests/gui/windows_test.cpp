@@ -12,10 +12,12 @@
 #include <QScrollBar>
 #include <QSplitter>
 #include <QSvgRenderer>
+#include <QTableView>
 #include <QTest>
 #include <QTextBrowser>
 #include <QToolBar>
 #include <QToolButton>
+#include <cmath>
 #include <fstream>
 
 #include "gui/file_dialog.h"
@@ -108,6 +110,35 @@ TEST_F(Windows, TheDiagramReadsOutSwitchesToTextAndIsSaved) {
     }
   }
   EXPECT_NE(save_picture(list, home.folder() + "no/such/folder/a.png"), 0);
+}
+
+TEST_F(Windows, ARowOfATableBecomesTheLoadAndTheChargeSteps) {
+  calculate();
+  program.run("ld_tab");
+  program.run("rech");
+  auto* rows = root("Form7")->findChild<QTableView*>("tab_rows");
+  ASSERT_TRUE(rows->isVisible());
+  const auto bold = [&](int row) {
+    return rows->model()->index(row, 0).data(Qt::FontRole).value<QFont>().bold();
+  };
+  EXPECT_EQ(rows->model()->rowCount(), 18);
+  EXPECT_TRUE(bold(LoadTable::kNominal));
+  const double charge = program.session.tables.load.charge[5];
+  rows->setCurrentIndex(rows->model()->index(5, 0));
+  QTest::keyClick(rows, Qt::Key_Return);
+  EXPECT_EQ(program.session.state.chargeGr, charge);
+  EXPECT_TRUE(bold(5) && !bold(LoadTable::kNominal));
+  EXPECT_TRUE(program.session.valid.load_table && !program.session.valid.results);
+  QTest::keyClick(rows, Qt::Key_C, Qt::ControlModifier);
+  EXPECT_EQ(QApplication::clipboard()->text().count('\n'), 2);
+
+  auto* field = root("Form4")->findChild<QLineEdit*>("MPgn");
+  field->setFocus();
+  QTest::keyClick(field, Qt::Key_Up, Qt::ControlModifier);
+  EXPECT_EQ(program.session.state.chargeGr, std::round((charge + 1) * 1e9) / 1e9);
+  EXPECT_TRUE(program.session.valid.results);
+  EXPECT_TRUE(field->hasFocus());
+  EXPECT_EQ(field->selectedText(), field->text());
 }
 
 TEST_F(Windows, TheViewIsSavedUnderANameThatIsTested) {
