@@ -29,7 +29,7 @@ struct OutputTable {
   TableData data = {};
   std::string heading = {};  // what stands above the columns, plain line breaks
   std::string line = {};     // the same in one line, what to watch first
-  int present = -1;     // row of the load at hand
+  int present = -1;          // row of the load at hand
   int sorted_column =
       -1;  // index into the columns, those without a width counted; -1: by its own order or by name
   bool by_name = false, ascending = false;
