@@ -4,6 +4,9 @@
 #include <string_view>
 
 #include "data/load_keys.h"
+#include "lines.h"
+
+TV_STRUCTURED_MUTATOR
 
 namespace {
 

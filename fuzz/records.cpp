@@ -4,6 +4,9 @@
 #include <string_view>
 
 #include "data/record_file.h"
+#include "lines.h"
+
+TV_STRUCTURED_MUTATOR
 
 namespace {
 

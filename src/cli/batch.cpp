@@ -135,10 +135,11 @@ std::string csv_head(const std::vector<Sweep>& sweeps) {
   return line + "\n";
 }
 
-Json jsonl_object(const Run& run, const Json& answer) {
-  Json json{{"file", run.file}};
-  for (const auto& [key, value] : run.swept) json[key] = read_stored(value).value;
-  json.update(answer);
+Json jsonl_object(const Run& run, Json&& answer) {
+  Json::object_t json;
+  json.push_back({"file", run.file});
+  for (const auto& [key, value] : run.swept) json.push_back({key, read_stored(value).value});
+  for (auto& [key, value] : answer.get_ref<Json::object_t&>()) json.push_back({key, std::move(value)});
   return json;
 }
 
@@ -162,12 +163,12 @@ public:
       : console_(console), args_(args) {
     if (format() == "csv") write(csv_head(sweeps));
   }
-  void add(const Run& run, const Json& answer) {
+  void add(const Run& run, Json&& answer) {
     failed_ = failed_ || answer.contains("error");
     if (format() == "csv") write(csv_line(run, answer));
     if (format() == "text") write(text_line(run, answer));
-    if (format() == "jsonl") write(json_text(jsonl_object(run, answer), -1));
-    if (format() == "json") all_.push_back(jsonl_object(run, answer));
+    if (format() == "jsonl") write(json_text(jsonl_object(run, std::move(answer)), -1));
+    if (format() == "json") all_.push_back(jsonl_object(run, std::move(answer)));
   }
   int finish() {
     if (format() == "json") write(json_text(all_));
@@ -195,10 +196,11 @@ struct Prepared {
 };
 
 void restore(Session& s, const Prepared& at) {
+  const LoadNumbers before(s);
   s.state = at.state;
   s.load = at.load;
   s.options = at.options;
-  refresh_all_fields(s);
+  before.refresh(s);
 }
 
 Json answer_of(Session& s, CliUser& user, const Console& console, const Run& run, const ShotArgs& args) {

@@ -196,6 +196,7 @@ int step_number(const std::string& step) { return step == "fine" ? 1 : step == "
 void set_key(Session& s, const std::string& name, const std::string& text) {
   const auto key = find_key(s, name);
   if (!key) throw Stop{kWrongUsage, "no such key: " + name + "; `ternovale-cli keys` lists them"};
+  const LoadNumbers before(s);
   switch (key->kind) {
     case KeyKind::derived:
       refuse_value(s, *key, kDerivedKey, text);
@@ -212,7 +213,7 @@ void set_key(Session& s, const std::string& name, const std::string& text) {
       set_number(s, *key, text);
       break;
   }
-  refresh_all_fields(s);
+  before.refresh(s);
 }
 
 void add_number(CLI::App& command, const std::string& name, double& value, double least, double most,
@@ -305,8 +306,9 @@ void save_load(Session& s, const LoadArgs& args) {
 }
 
 Json load_json(const Session& s) {
-  Json json = Json::object();
-  for (const LoadKey& key : load_keys()) json[key.key] = load_value_text(key, s.shown.state, s.shown.load);
+  Json::object_t json;  // the keys differ: none need be looked for
+  for (const LoadKey& key : load_keys())
+    json.push_back({std::string(key.key), load_value_text(key, s.shown.state, s.shown.load)});
   return json;
 }
 

@@ -53,10 +53,10 @@ Json result_json(const Session& s) {
 }
 
 Json panel_json(const Session& s) {
-  Json json = Json::object();
+  Json::object_t json;  // the names differ: none need be looked for
   const Screen& results = s.screens.find(screen_name(s, Role::results))->second;
   for (const Control& control : controls_of(*results.spec))
-    json[control.name] = results.fields.find(control.name)->second.text;
+    json.push_back({control.name, results.fields.find(control.name)->second.text});
   return json;
 }
 

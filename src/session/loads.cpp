@@ -56,6 +56,9 @@ constexpr LoadFormat kLoadFormats[] = {
     {state<&C::bulkdn>, {"0.000"}},
     {state<&C::chargeGr>, {"##0.00#", "##0.0#"}},
 };
+// Those that the unit of pressures decides.
+constexpr double& (*kPressures[])(Session&, int) = {dim<&D::zul_P>, state<&C::start_pressure>,
+                                                    state<&C::frictionPress>, option<&Options::maxtab>};
 
 // The box's title is part of what it says.
 void warn_as_warning(Session& s, Message message) {
@@ -158,14 +161,36 @@ void store_load_name(Session& s, const std::string& file) {
 
 std::string load_folder(const Session& s) { return load_start(s, FileMode::save); }
 
+static void write_missing_pressures(Session& s) {
+  if (!(s.state.dim.zul_P > 0)) write_texts(s, s.state.dim.zul_P, " ? ", " ? ");
+  if (s.state.start_pressure == 0) write_texts(s, s.state.start_pressure, " 0.0", "");
+}
+
 void refresh_all_fields(Session& s) {
   for (const LoadFormat& format : kLoadFormats) write_number(s, format.value(s, 0), format.patterns);
   refresh_pressure_fields(s);
-  if (!(s.state.dim.zul_P > 0)) write_texts(s, s.state.dim.zul_P, " ? ", " ? ");
-  if (s.state.start_pressure == 0) write_texts(s, s.state.start_pressure, " 0.0", "");
+  write_missing_pressures(s);
   select_by_name(s, RecordKind::cartridges, s.load.pattyp);
   select_by_name(s, RecordKind::bullets, s.load.bultyp);
   select_by_name(s, RecordKind::powders, s.load.pulver);
+  refresh_fill(s);
+}
+
+LoadNumbers::LoadNumbers(Session& s) {
+  for (const LoadFormat& format : kLoadFormats) before_.push_back(format.value(s, 0));
+  for (const auto value : kPressures) before_.push_back(value(s, 0));
+}
+
+void LoadNumbers::refresh(Session& s) const {
+  std::size_t n = 0;
+  for (const LoadFormat& format : kLoadFormats)
+    if (const double& value = format.value(s, 0); value != before_[n++])
+      write_number(s, value, format.patterns);
+  for (const auto pressure : kPressures)
+    if (const double& value = pressure(s, 0); value != before_[n++]) {
+      write_number(s, value);
+      write_missing_pressures(s);
+    }
   refresh_fill(s);
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "session/session.h"
 #include "text/file.h"
@@ -14,6 +15,15 @@ bool load_write(Session& s, const std::string& file);  // the load's keys; a box
 void save_current_load(Session& s);  // into the settings file; nothing when the session writes no files
 // Brings all number fields up to date with the state, in the formats of a load that has just been read.
 void refresh_all_fields(Session& s);
+// The numbers of the load as they are; refresh writes the fields of those that have changed since.
+class LoadNumbers {
+public:
+  explicit LoadNumbers(Session& s);
+  void refresh(Session& s) const;
+
+private:
+  std::vector<double> before_;
+};
 std::string load_folder(const Session& s);  // to save in, with its closing '/': of the last load, or data/
 
 void lab_lod(Session& s);

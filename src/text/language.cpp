@@ -92,13 +92,19 @@ std::string delivered_language_file(const std::string& folder, std::string_view 
 LanguageRead Language::read(const std::string& path) {
   const FileRead read = read_file(path);
   if (read.failure) return LanguageRead::unreadable;
-  // The key is plain ASCII, so that any page can read it.
-  page_ = code_page_named(SectionedFile(read.bytes).get(kLanguage, "codepage"));
-  file_ = SectionedFile(read.bytes, page_);
+  const LanguageRead taken = take(read.bytes);
   path_ = path;
-  name_ = file_.get(kLanguage, kLanguage);
-  own_tips_ = {};
   tips_ = read_sectioned(resolve_path(file_folder(path), file_stem(path) + ".tip"), page_);
+  return taken;
+}
+
+LanguageRead Language::take(std::string_view bytes) {
+  // The key is plain ASCII, so that any page can read it.
+  page_ = code_page_named(SectionedFile(bytes).get(kLanguage, "codepage"));
+  file_ = SectionedFile(bytes, page_);
+  name_ = file_.get(kLanguage, kLanguage);
+  path_.clear();
+  own_tips_ = tips_ = {};
   return is_damaged(file_) ? LanguageRead::damaged : LanguageRead::good;
 }
 

@@ -36,6 +36,7 @@ public:
 
   // Reads the file; its code page is key "codepage" of section "language".
   [[nodiscard]] LanguageRead read(const std::string& path);
+  LanguageRead take(std::string_view bytes);  // the same of bytes at hand, without tips
 
   std::string text(std::string_view section, std::string_view key) const;  // breaks as "\n"
   std::string msg(int n) const;                                            // section "messages", key "<n>msg"
