@@ -137,6 +137,7 @@ std::string csv_head(const std::vector<Sweep>& sweeps) {
 
 Json jsonl_object(const Run& run, Json&& answer) {
   Json::object_t json;
+  json.reserve(run.swept.size() + answer.size() + 1);
   json.push_back({"file", run.file});
   for (const auto& [key, value] : run.swept) json.push_back({key, read_stored(value).value});
   for (auto& [key, value] : answer.get_ref<Json::object_t&>()) json.push_back({key, std::move(value)});

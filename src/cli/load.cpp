@@ -307,6 +307,7 @@ void save_load(Session& s, const LoadArgs& args) {
 
 Json load_json(const Session& s) {
   Json::object_t json;  // the keys differ: none need be looked for
+  json.reserve(load_keys().size());
   for (const LoadKey& key : load_keys())
     json.push_back({std::string(key.key), load_value_text(key, s.shown.state, s.shown.load)});
   return json;

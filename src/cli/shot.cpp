@@ -54,6 +54,7 @@ Json result_json(const Session& s) {
 
 Json panel_json(const Session& s) {
   Json::object_t json;  // the names differ: none need be looked for
+  json.reserve(64);
   const Screen& results = s.screens.find(screen_name(s, Role::results))->second;
   for (const Control& control : controls_of(*results.spec))
     json.push_back({control.name, results.fields.find(control.name)->second.text});

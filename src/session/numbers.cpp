@@ -26,6 +26,16 @@ void each_place(Session& s, const double& value, Visit visit) {
     });
 }
 
+// The first place of the value that has that side; its number is null if there is none.
+NumberPlace first_place(const Session& s, const double& value, std::size_t side) {
+  auto& session = const_cast<Session&>(s);  // only looked at
+  for (const ScreenSpec* spec : s.program.screens)
+    for (const NumberField& number : spec->numbers)
+      for (int i = number.count > 0 ? 1 : 0; i <= number.count; ++i)
+        if (number.sides[side].field && &number.value(session, i) == &value) return {spec->name, &number, side, i};
+  return {};
+}
+
 // What stands for a value that is not there.
 std::optional<std::string> unknown_text(const NumberField& number, double value) {
   if (number.zero_empty && value == 0) return "";
@@ -105,26 +115,14 @@ void write_numbers(Session& s, const ScreenSpec& spec) {
 }
 
 std::string shown_text(const Session& s, const double& value, int side) {
-  std::string text;
-  bool found = false;
-  each_place(const_cast<Session&>(s), value, [&](const NumberPlace& at) {
-    const auto k = static_cast<std::size_t>(side);
-    if (found || !at.number->sides[k].field) return;
-    text = field(s, at.screen, field_of(at, k)).text;
-    found = true;
-  });
-  return text;
+  const auto k = static_cast<std::size_t>(side);
+  const NumberPlace at = first_place(s, value, k);
+  return at.number ? field(s, at.screen, field_of(at, k)).text : std::string();
 }
 
 std::string stored_text(const Session& s, const double& value, std::size_t side) {
-  std::string text;
-  bool found = false;
-  each_place(const_cast<Session&>(s), value, [&](const NumberPlace& at) {
-    if (found || !at.number->sides[side].field) return;
-    text = number_text(s, at.number->sides[side], value, nullptr);
-    found = true;
-  });
-  return text;
+  const NumberPlace at = first_place(s, value, side);
+  return at.number ? number_text(s, at.number->sides[side], value, nullptr) : std::string();
 }
 
 double shown_number(const Session& s, const double& value, int side) {

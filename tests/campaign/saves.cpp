@@ -306,13 +306,13 @@ int main(int argc, char** argv) {
   std::minstd_rand random(static_cast<unsigned>(argc > 2 ? std::stoul(argv[2]) : 1));
   std::string pattern = (fs::temp_directory_path() / "tv-saves-XXXXXX").string();
   const std::string folder = std::string(mkdtemp(pattern.data())) + "/";
-  const auto end = std::chrono::steady_clock::now() + std::chrono::duration<double>(seconds);
   Tally tally;
   for (const Kind& kind : kKinds) fail_each_call(tally, kind, folder);
   for (const Kind& kind : kKinds) without_rights(tally, kind, folder);
   for (const Kind& kind : kKinds) limited_size(tally, kind, folder);
   clear(folder);
   small_disk(tally, folder);
+  const auto end = std::chrono::steady_clock::now() + std::chrono::duration<double>(seconds);
   while (std::chrono::steady_clock::now() < end) {
     const Kind& kind = kKinds[random() % std::size(kKinds)];
     clear(folder);
