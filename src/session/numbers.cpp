@@ -32,7 +32,8 @@ NumberPlace first_place(const Session& s, const double& value, std::size_t side)
   for (const ScreenSpec* spec : s.program.screens)
     for (const NumberField& number : spec->numbers)
       for (int i = number.count > 0 ? 1 : 0; i <= number.count; ++i)
-        if (number.sides[side].field && &number.value(session, i) == &value) return {spec->name, &number, side, i};
+        if (number.sides[side].field && &number.value(session, i) == &value)
+          return {spec->name, &number, side, i};
   return {};
 }
 
