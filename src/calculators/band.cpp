@@ -87,9 +87,8 @@ struct Shot {
   ShotResult result;
 
   bool fire(CalcState s) {
-    s.tableKind = 2;  // no base pressure: nobody looks at it
     convertUnits(s);
-    return prepareShot(s) == SetUp::ok && runShot(s, curve, result).ok();
+    return prepareShot(s) == SetUp::ok && runShot(s, curve, result, ShotFor::figures).ok();
   }
 };
 

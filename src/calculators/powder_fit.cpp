@@ -46,9 +46,8 @@ std::optional<ShotFigures> figures(CalcState s, double charge_gr) {
   thread_local ShotCurve curve;  // large; one is enough
   ShotResult result;
   s.chargeGr = charge_gr;
-  s.tableKind = 2;  // no base pressure: nobody looks at it
   convertUnits(s);
-  if (prepareShot(s) != SetUp::ok || !runShot(s, curve, result).ok()) return {};
+  if (prepareShot(s) != SetUp::ok || !runShot(s, curve, result, ShotFor::figures).ok()) return {};
   return ShotFigures{result.pMax, result.vMuzzle};
 }
 

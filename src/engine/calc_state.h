@@ -82,9 +82,6 @@ struct CalcState {
   double frictionPress = 0;   // Pa, 0 to 30e6
   double moly_factor = 0.66;  // start pressure of a coated bullet over that of a bare one, 0.4 to 1
 
-  int tableMode = 0;  // non-zero while the load table is the mode
-  int tableKind = 0;  // 0 none, 1 powder table running or waiting to run, 2 finished and on show
-
   // SI values made by convertUnits.
   double bulletKg = 0;
   double travelM = 0;

@@ -99,7 +99,7 @@ bool quickShot(CalcState& s, ShotCurve& curve, ShotResult& result) {
   } catch (const ArithmeticFailure&) {
     return false;
   }
-  return runShot(s, curve, result).ok();
+  return runShot(s, curve, result, ShotFor::row).ok();
 }
 
 }  // namespace tv

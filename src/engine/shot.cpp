@@ -27,6 +27,7 @@ struct Walk {
   const CalcState& s;
   ShotCurve& c;
   ShotResult& r;
+  ShotFor purpose;
   BurnModel model;
   BurnSolver solver;
   Stage stage = Stage::Ca_Knst_v_Z1;
@@ -354,7 +355,7 @@ ShotEnd finish(Walk& k) {
     read_stuck(k.c, r);
     return ShotEnd::stuck;
   }
-  if (k.s.tableKind == 0 || k.s.tableKind == 1) baseCurve(k.s, k.c, r);
+  if (k.purpose != ShotFor::figures) baseCurve(k.s, k.c, r);
   integrateTime(k.c, r);
   close_ledger(k, std::max(energy, order_ledger(k.c, r, unhindered)));
   return ShotEnd::finished;
@@ -376,8 +377,8 @@ ShotEnd walk(Walk& k) {
 }
 
 // Tells on the status line that nothing else of the run counts. Table rows keep their notes.
-void note_failure(const CalcState& s, RunNotes& notes) {
-  if (s.tableKind != 0) return;
+void note_failure(ShotFor purpose, RunNotes& notes) {
+  if (purpose != ShotFor::show) return;
   notes = RunNotes{};
   notes.add(Note::fwarn14);
 }
@@ -408,20 +409,20 @@ const char* stage_name(Stage stage) {
   return "";
 }
 
-ShotOutcome runShot(const CalcState& s, ShotCurve& curve, ShotResult& result) {
+ShotOutcome runShot(const CalcState& s, ShotCurve& curve, ShotResult& result, ShotFor purpose) {
   zero_curve(curve);
   result = ShotResult{};
   if (s.freeVol < kLeastFreeVol) return {};
   if (s.fill > 100) result.runNotes.overfill = s.fill - 100;
-  Walk k{s, curve, result, {}, {}};
+  Walk k{s, curve, result, purpose, {}, {}};
   try {
     const ShotEnd end = walk(k);
-    if (end == ShotEnd::kEff_one) note_failure(s, result.runNotes);
+    if (end == ShotEnd::kEff_one) note_failure(purpose, result.runNotes);
     if (end == ShotEnd::too_many_steps) result.lastIdx = k.logged;
     return {end, 0, k.stage, k.points, k.solver.evaluations};
   } catch (const ArithmeticFailure& failure) {
     result.lastIdx = k.logged;
-    note_failure(s, result.runNotes);
+    note_failure(purpose, result.runNotes);
     return {ShotEnd::failed, failure.number, k.stage, k.points, k.solver.evaluations};
   }
 }

@@ -46,13 +46,16 @@ struct ShotOutcome {
   bool ok() const { return end == ShotEnd::finished; }
 };
 
+// What a run is for: the whole shot on show, a row of a table that keeps its notes when it fails, or figures
+// of which nobody looks at the base pressure.
+enum class ShotFor { show, row, figures };
+
 // Walks one shot at the SI values in s (after prepareShot or the shorter set-up of a table row). The result
 // of a run that did not finish is not to be shown as good: lastIdx is then the last index logged completely.
 //
 // in:  s.freeVol, sigmaEnd, effMass, baseStep, the model's fields; any value, however wild, ends as a value
-//
-// why: tableKind 2 leaves out the base pressure, as its rows do not show it
-ShotOutcome runShot(const CalcState& s, ShotCurve& curve, ShotResult& result);
+ShotOutcome runShot(const CalcState& s, ShotCurve& curve, ShotResult& result,
+                    ShotFor purpose = ShotFor::show);
 
 // A table row at the charge now in s.chargeKg: free volume, expansion and effective mass anew, then one run.
 // False when the charge is not above 0, the free volume is too small (nothing is run and the former shot is

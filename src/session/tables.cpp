@@ -65,10 +65,8 @@ void fit_the_charge(Session& s, double value, FitMode mode) {
   const double factors[] = {pressure_axis_factor(s), s.output.imperial ? 1 / kFeetPerMetre : 1.0, 0.001};
   const auto curve = std::make_unique<ShotCurve>();  // the one on show stands meanwhile
   ShotResult result;
-  s.state.tableKind = 1;
   const bool found =
       fit_charge(s.state, *curve, result, mode, value * factors[static_cast<std::size_t>(mode)]);
-  s.state.tableKind = 0;
   write_number(s, s.state.chargeGr);
   if (found)
     note_fit(s, before, kChargeTold, before.chargeGr, s.state.chargeGr);

@@ -39,7 +39,7 @@ struct LoadTable {
 
 // Runs the 18 shots and fills the table. The state must have been made ready (convertUnits, prepareShot); it
 // is left as it was, while curve and result hold the last shot: the caller runs the load once more with
-// quickShot and tableMode cleared. A row that fails keeps velocity 0 and whatever the shot before left.
+// quickShot. A row that fails keeps velocity 0 and whatever the shot before left.
 void RunLoadTable(CalcState& s, ShotCurve& curve, ShotResult& result, LoadTableSettings& settings,
                   const TableHead& head, LoadTable& table);
 

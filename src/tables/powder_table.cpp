@@ -280,7 +280,6 @@ void RunPowderTable(CalcState& s, ShotCurve& curve, ShotResult& result, const Re
   table.criteria.strategy = index;
   table.p = start_pressure_target(s, criteria.maxtab);
 
-  s.tableKind = 1;
   PowderRun run{s, curve, result, restore.saved, criteria, strategy, table, table.p};
   if (strategy.times) table.target_time = time_of_load(run);
   run_list(run, powders, hooks);

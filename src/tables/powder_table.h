@@ -95,9 +95,8 @@ struct PowderRunHooks {
 
 // Runs the table over the list in its order and sorts it. The state must have been made ready (convertUnits,
 // prepareShot); it is left as it was however the run ends, but for a coarse step, which strategies 5 and 6
-// set to normal for good. curve and result hold the last shot: the caller runs the load once more, with
-// tableKind 0, and then sets tableKind to 2, or after a cancel to 0. A powder outside the ranges that a
-// single shot accepts is a failed row. A shot allocates nothing.
+// set to normal for good. curve and result hold the last shot: the caller runs the load once more. A
+// powder outside the ranges that a single shot accepts is a failed row. A shot allocates nothing.
 void RunPowderTable(CalcState& s, ShotCurve& curve, ShotResult& result, const RecordTable& powders,
                     const PowderCriteria& criteria, const TableHead& head, const SortState& sort,
                     const PowderRunHooks& hooks, PowderTable& table);
