@@ -25,8 +25,7 @@ struct State {
   bool in_mm = true;
   CaseVolume volume;             // of the last calculation
   std::optional<double> sebert;  //
-  bool calculated = false;       // once, and not yet taken into the record
-  bool current = false;          // the results belong to what is on show
+  bool current = false;          // it belongs to what is on show
 };
 State& state(Session& s) { return own<State>(s, kName); }
 const State& state(const Session& s) { return own<State>(s, kName); }
@@ -147,9 +146,8 @@ void calculate(Session& s, int) {
   State& st = state(s);
   st.volume = case_volume(st.body, st.Hlen, st.material, st.weight / kGrainsPerGram);
   st.sebert = estimated_sebert(st.body);
-  const bool good = st.volume.finding == CaseFinding::none;
-  st.calculated = st.current = good;
-  if (good) return;
+  st.current = st.volume.finding == CaseFinding::none;
+  if (st.current) return;
   const bool weight_missing = st.volume.finding == CaseFinding::weight_missing;
   warn(s, MessageText(s).msg(weight_missing ? 41 : 42));
   const char* missing = missing_field(st);
@@ -162,7 +160,7 @@ void store(Session& s, int) {
   record.body = st.body;
   record.dim.Hlen = st.Hlen;
   record.caswht = st.weight;
-  if (st.calculated && ask_yes_no(s, MessageText(s).msg(424))) {
+  if (st.current && ask_yes_no(s, MessageText(s).msg(424))) {
     record.dim.Volf = st.volume.water_gr;
     if (st.sebert) record.dim.sebf = *st.sebert;
   }
