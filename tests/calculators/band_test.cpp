@@ -99,21 +99,5 @@ TEST(Band, SeedLimitAndSpreadsOfNothing) {
   EXPECT_FALSE(predict_band(s, standard_spreads()).ok);
 }
 
-TEST(Band, CurveHoldsTheLoadsOwn) {
-  CalcState s = test::rifle_load();
-  const Band band = predict_band(s, standard_spreads(), {500, 1, 41});
-  const BandCurve& c = band.curve;
-  ASSERT_EQ(c.x.size(), 41u);
-  EXPECT_DOUBLE_EQ(c.x.back(), s.dim.Wob / 1000);
-  double highest = 0;
-  for (std::size_t n = 1; n < c.x.size(); ++n) {
-    EXPECT_LE(c.p_low[n], c.p_high[n]);
-    EXPECT_LT(c.v_low[n], c.v_high[n]);
-    highest = std::max(highest, c.p_high[n]);
-  }
-  EXPECT_NEAR(highest / band.pMax.q[4], 1, 0.02);
-  EXPECT_NEAR(c.v_low.back(), band.vMuzzle.q[0], 3);
-}
-
 }  // namespace
 }  // namespace tv

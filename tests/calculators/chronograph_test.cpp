@@ -95,8 +95,7 @@ const Layout kLayouts[] = {
     {"two columns that may both be it", "790.1,2592\n793,2602\n", "1: 7901 7930|?"},
     {"no unit, too fast for m/s", "Velocity\n2592\n2602\n", "1: 25920 26020|?"},
     {"a list separator told", "sep=;\nNr;V0\n1;790.1\n2;793\n", "1: 7901 7930|"},
-    {"russian", "Выстрел;Скорость, м/с\n1;790,1\n2;793,0\nСреднее;791,5\n", "1: 7901 7930|m/s"},
-};
+    {"russian", "Выстрел;Скорость, м/с\n1;790,1\n2;793,0\nСреднее;791,5\n", "1: 7901 7930|m/s"}};
 
 TEST(Chronograph, LayoutsAreReadByTheirContent) {
   for (const Layout& layout : kLayouts)
@@ -119,22 +118,20 @@ TEST(Chronograph, WhatIsNotUnderstoodIsRefusedWithItsLine) {
     std::string bytes;
     Unread error;
     int line;
-  } cases[] = {
-      {"empty", "", Unread::no_velocity, 1},
-      {"prose", "\n\nDear Sir,\nplease find attached\n", Unread::no_velocity, 3},
-      {"load data", "Charge,Powder\n41.5,R-04\n", Unread::no_velocity, 1},
-      {"word for a number", head + "2,8x2.3\n3,801\n", Unread::bad_number, 3},
-      {"word without shot numbers", "Velocity\n790\n8o1\n795\n", Unread::bad_number, 3},
-      {"negative", head + "2,-793\n", Unread::out_of_range, 3},
-      {"faster than light gas", head + "2,7930\n", Unread::out_of_range, 3},
-      {"overflow", head + "2," + std::string(400, '9') + "\n", Unread::out_of_range, 3},
-      {"open quote", head + "2,\"793\n3,801\n", Unread::open_quote, 3},
-      {"binary", head + std::string("2,\x01\x02\0\n", 7), Unread::not_text, 3},
-      {"charge in the column", head + "2,41.5 gr\n", Unread::bad_number, 3},
-      {"endless columns", std::string(600000, ','), Unread::too_large, 1},
-      {"too long", std::string(kMostSheetBytes + 1, '7'), Unread::too_large, 1},
-      {"archive cut off", std::string("PK\x03\x04hello", 9), Unread::bad_workbook, 1},
-  };
+  } cases[] = {{"empty", "", Unread::no_velocity, 1},
+               {"prose", "\n\nDear Sir,\nplease find attached\n", Unread::no_velocity, 3},
+               {"load data", "Charge,Powder\n41.5,R-04\n", Unread::no_velocity, 1},
+               {"word for a number", head + "2,8x2.3\n3,801\n", Unread::bad_number, 3},
+               {"word without shot numbers", "Velocity\n790\n8o1\n795\n", Unread::bad_number, 3},
+               {"negative", head + "2,-793\n", Unread::out_of_range, 3},
+               {"faster than light gas", head + "2,7930\n", Unread::out_of_range, 3},
+               {"overflow", head + "2," + std::string(400, '9') + "\n", Unread::out_of_range, 3},
+               {"open quote", head + "2,\"793\n3,801\n", Unread::open_quote, 3},
+               {"binary", head + std::string("2,\x01\x02\0\n", 7), Unread::not_text, 3},
+               {"charge in the column", head + "2,41.5 gr\n", Unread::bad_number, 3},
+               {"endless columns", std::string(600000, ','), Unread::too_large, 1},
+               {"too long", std::string(kMostSheetBytes + 1, '7'), Unread::too_large, 1},
+               {"archive cut off", std::string("PK\x03\x04hello", 9), Unread::bad_workbook, 1}};
   for (const auto& c : cases) {
     const ChronographRead read = read_chronograph(c.bytes);
     EXPECT_EQ(read.error, c.error) << c.what;

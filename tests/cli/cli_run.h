@@ -1,8 +1,6 @@
 // The command line program inside the test: arguments and input in, exit code and both streams out.
 #pragma once
 
-#include <stdlib.h>
-
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -13,31 +11,16 @@
 #include <nlohmann/json.hpp>
 
 #include "cli/cli.h"
+#include "temp_folder.h"
 
 namespace tv::test {
 
 using Json = nlohmann::ordered_json;
 
-// A folder of its own, gone when the test ends; its sub-folder root/ is the data root of the commands.
-class Scratch {
-public:
-  Scratch() {
-    std::string pattern = (std::filesystem::temp_directory_path() / "tv-cli-XXXXXX").string();
-    path_ = std::string(mkdtemp(pattern.data())) + "/";
-    std::filesystem::create_directory(root());
-  }
-  ~Scratch() { std::filesystem::remove_all(path_); }
-  Scratch(const Scratch&) = delete;
-
-  const std::string& path() const { return path_; }
-  std::string root() const { return path_ + "root"; }
-  std::string write(const std::string& name, const std::string& bytes) const {
-    std::ofstream(path_ + name, std::ios::binary) << bytes;
-    return path_ + name;
-  }
-
-private:
-  std::string path_;
+// A folder of its own; its sub-folder root/ is the data root of the commands.
+struct Scratch : tv_test::TempFolder {
+  Scratch() { std::filesystem::create_directory(root()); }
+  std::string root() const { return path() + "root"; }
 };
 
 inline std::string read_bytes(const std::string& path) {

@@ -105,8 +105,7 @@ TEST(RecordFiles, LinesAreReadWhateverSurroundsThem) {
       {"text outside quotes", "\"one\",1," + one.substr(6), 0, 0, "1:21! not whole"},
       {"short, its last quote missing", "\"one\",\" 1 \",\"3", 0, 0, "1:2! not whole"},
       {"short, nothing lost", "\"one\",\" 1 \"," + std::string("\n") + two, 1, 0, "1:2 "},
-      {"no quotes at all", one + "\nno record\n", 1, 0, "2:0! not whole"},
-  };
+      {"no quotes at all", one + "\nno record\n", 1, 0, "2:0! not whole"}};
   for (const auto& c : cases) {
     const RecordRead read = parse(c.bytes);
     EXPECT_EQ(read.file.table.last(), c.last) << c.what;
@@ -118,14 +117,6 @@ TEST(RecordFiles, LinesAreReadWhateverSurroundsThem) {
   const RecordRead lost = parse(quoted({"lost", "1;2"}) + "\r\n");
   EXPECT_EQ(record_file_bytes(lost.file, RecordKind::bullets, CodePage::cp1252),
             quoted({"lost", "1;2"}) + "\r\n\" 0 [bullet]\"\r\n");
-}
-
-TEST(RecordFiles, QuotesInsideFieldsBelongToThem) {
-  const RecordRead read =
-      parse(quoted({"My 5\" gun", "\"in\" quotes\"", "\"", "1\"2\"3", "\"\""}), RecordKind::powders);
-  const char* const wanted[] = {"My 5\" gun", "\"in\" quotes\"", "\"", "1\"2\"3", "\"\"", ""};
-  for (int field = 0; field < 6; ++field) EXPECT_EQ(read.file.table.cell(0, field), wanted[field]);
-  EXPECT_TRUE(read.findings.none());
 }
 
 TEST(RecordFiles, ReadingEndsAtTheLimitOfTheKind) {
@@ -160,19 +151,6 @@ TEST(RecordFiles, FindingsAreTexts) {
   findings = {};
   findings.odd.assign(100, {1, "x", 20, false});
   EXPECT_EQ(finding_texts(findings).size(), 10u * 3 + 1);
-}
-
-TEST(RecordFiles, KindIsToldByTheExtension) {
-  const std::pair<const char*, const char*> cases[] = {
-      {"a/x.pro", "pro"},      {"x.PR$", "pro"},        {"x.Bul", "bul"}, {"x.bu$", "bul"},
-      {"x.vol", "vol"},        {"x.VO$", "vol"},        {"x.gun", "gun"}, {"x.gu$", "gun"},
-      {"x.bpw", "bpw"},        {"x.bp$", "bpw"},        {"x.cnv", "cnv"}, {"x.txt", ""},
-      {"NamePrim.txt", "txt"}, {"nameprim.tx$", "txt"}, {"pro", ""},
-  };
-  for (const auto& [path, extension] : cases) {
-    const RecordKindInfo* info = record_kind_of_file(path);
-    EXPECT_STREQ(info ? info->extension : "", extension) << path;
-  }
 }
 
 TEST(RecordFiles, PowdersGetTheirMeanBurnRateAndRange) {
@@ -259,25 +237,6 @@ TEST(RecordFiles, WritingKeepsTheFormerFileAsBackup) {
   EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.path()), {}), 3);
 }
 
-TEST(RecordFiles, FailuresAreToldAndLeaveTheOldFile) {
-  const TempFolder folder;
-  EXPECT_EQ(read_records(folder.path() + "none.bul", RecordKind::bullets, CodePage::cp1252).failure,
-            kFileNotFound);
-  EXPECT_NE(read_records(folder.path(), RecordKind::bullets, CodePage::cp1252).failure, kNoFailure);
-  EXPECT_EQ(write_records(folder.path() + "none/x.bul", {}, RecordKind::bullets, CodePage::cp1252),
-            kFolderNotFound);
-  std::filesystem::create_directory(folder.path() + "a.bul");
-  EXPECT_NE(write_records(folder.path() + "a.bul", {}, RecordKind::bullets, CodePage::cp1252), kNoFailure);
-  const std::string path = folder.write("ro/x.bul", "old");
-  std::filesystem::permissions(folder.path() + "ro", std::filesystem::perms(0555));
-  {
-    const WithoutRights nobody;
-    EXPECT_EQ(write_records(path, {}, RecordKind::bullets, CodePage::cp1252), kPermissionDenied);
-  }
-  EXPECT_EQ(folder.read("ro/x.bul"), "old");
-  std::filesystem::permissions(folder.path() + "ro", std::filesystem::perms(0755));
-}
-
 TEST(RecordTables, RecordsArePutErasedAndFound) {
   RecordTable table;
   Record record;
@@ -308,26 +267,6 @@ TEST(RecordTables, RecordsArePutErasedAndFound) {
   file.table.rows[0][0] = "my [bullet]";
   EXPECT_EQ(parse(record_file_bytes(file, RecordKind::bullets, CodePage::cp1252)).file.table.cell(0, 0),
             "my (bullet]");
-}
-
-TEST(RecordTables, CollectTakesTheFirstOfAName) {
-  RecordTable a, b, result;
-  for (const char* calibre : {".308", ".3085", ".312", "x"}) {
-    Record record;
-    record[bullet_field::name] = std::string("bullet ") + calibre;
-    record[bullet_field::buldin] = calibre;
-    a.rows.push_back(record);
-    record[bullet_field::name] = "  bullet " + std::string(calibre);
-    record[1] = "second";
-    b.rows.push_back(record);
-  }
-  EXPECT_EQ(rows_near(a, bullet_field::buldin, 0.308, 0.001), (std::vector<int>{0, 1}));
-  EXPECT_EQ(rows_near(a, bullet_field::buldin, 0.308, 0), (std::vector<int>{0}));
-  collect_records(result, a, RecordKind::bullets, 0.308, 0.001);
-  collect_records(result, b, RecordKind::bullets, 0.308, 0.01);
-  ASSERT_EQ(result.last(), 2);
-  EXPECT_EQ(result.cell(0, 1), "");
-  EXPECT_EQ(result.cell(2, 1), "second");
 }
 
 TEST(RecordTables, PiecesOfTheBoreField) {

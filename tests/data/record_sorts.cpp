@@ -98,18 +98,6 @@ TEST(RecordSorts, PowdersByMakerAndFallingBurnRate) {
   EXPECT_EQ(order, "4213");
 }
 
-TEST(RecordSorts, TextGoesByTheBytesOfTheFile) {
-  // In the file the euro sign is byte 128 and e acute byte 233, though its code point is the larger one.
-  for (const auto& [page, first] : {std::pair{CodePage::cp1252, "\u20AC"}, {CodePage::cp1251, "\u0416"}}) {
-    RecordTable table;
-    table.rows.resize(2);
-    table.rows[0][3] = page == CodePage::cp1252 ? "\u00E9" : "\u0436";
-    table.rows[1][3] = first;
-    sort_kind(table, RecordKind::cartridges, false, page);
-    EXPECT_EQ(table.cell(0, 3), first);
-  }
-}
-
 TEST(RecordSorts, EqualRowsStandWhereTheShellSortPutsThem) {
   // Traced by hand: gap 2 swaps rows 0-2, 1-3 and 2-4, gap 1 nothing; the equal rows a and b change places.
   RecordTable table;
@@ -122,16 +110,4 @@ TEST(RecordSorts, EqualRowsStandWhereTheShellSortPutsThem) {
   std::string order;
   for (const Record& row : table.rows) order += row[0][1];
   EXPECT_EQ(order, "cdeba");
-}
-
-TEST(RecordSorts, OtherKindsStayInFileOrder) {
-  RecordTable table;
-  table.rows.resize(2);
-  table.rows[0][0] = "b";
-  table.rows[1][0] = "a";
-  for (const RecordKind kind :
-       {RecordKind::guns, RecordKind::black_powders, RecordKind::primers, RecordKind::units}) {
-    sort_kind(table, kind, true);
-    EXPECT_EQ(table.cell(0, 0), "b");
-  }
 }

@@ -28,31 +28,6 @@ Options read(const std::string& bytes) {
 
 }  // namespace
 
-TEST(Settings, SurviveAndKeepWhatIsNotTheirs) {
-  Options options;
-  int n = 0;
-  for (const OptionKey& key : option_keys()) {
-    ++n;
-    if (key.text)
-      options.*key.text =
-          "Text " + std::to_string(n) + (key.form == OptionForm::path ? "\xC3\xA4\xE4/." : " \u00E4");
-    if (key.real) options.*key.real += 0.1 * n / 7;
-    if (key.whole && key.most > 1) options.*key.whole += n % 3;
-    if (key.flag) options.*key.flag = !(options.*key.flag);
-  }
-  SectionedFile file("; mine\r\n[other]\r\nx=1\r\n");
-  write_options(options, file);
-  EXPECT_TRUE(
-      file.bytes().starts_with("; mine\r\n[other]\r\nx=1\r\n[constants]\r\npri_font_nam=Text 1 \xE4\r\n"));
-  expect_same(read(file.bytes()), options);
-  const std::string once = file.bytes();
-  write_options(options, file);
-  EXPECT_EQ(file.bytes(), once);
-  EXPECT_NE(once.find("\r\natiles=True\r\n"), std::string::npos);
-  EXPECT_NE(once.find("\r\nintro_off=-1\r\n"), std::string::npos);
-  EXPECT_NE(once.find("\r\ntoltip=0\r\n"), std::string::npos);
-}
-
 TEST(Settings, NothingOrNonsenseGivesTheDefaults) {
   expect_same(read(""), Options());
   std::string nonsense;
@@ -138,13 +113,6 @@ TEST(DataRoot, OfAFolderThatKeepsItsOwnFilesIsThatFolder) {
   EXPECT_EQ(find_data_root(hints).root, at + "stick/bin/");
   hints.program_folder = at + "stick";
   EXPECT_EQ(find_data_root(hints).root, at + "stick/");
-}
-
-TEST(DataRoot, LiesInTheDocumentsIfTheProgramsFolderIsReadOnly) {
-  PlaceHints hints{"/proc/sys/ternovale", "/nowhere/docs", {}, ""};
-  EXPECT_EQ(find_data_root(hints).root, "/nowhere/docs/ternovale/");
-  hints.documents.clear();
-  EXPECT_EQ(find_data_root(hints).root, "/proc/sys/ternovale/");
 }
 
 TEST(DataRoot, KnowsWhereTheDeliveredFilesLie) {

@@ -24,8 +24,7 @@ const Figures kFigures[] = {
     {"308_winchester_168", 343.9, 775.5, 3.4, 15}, {"300_win_mag_190", 349.8, 898.5, 3.5, 18},
     {"9mm_luger_124", 190.2, 345.2, 1.9, 6.9},     {"44_magnum_240", 204.6, 420.0, 2.0, 8.4},
     {"45-70_405", 149.7, 461.4, 1.5, 9.2},         {"223_remington_55_slow", 187.9, 719.7, 1.9, 14},
-    {"6_5x55_140", 319.8, 820.5, 3.2, 16},         {"worked_load", 366.49, 899.32, 0.05, 0.02},
-};
+    {"6_5x55_140", 319.8, 820.5, 3.2, 16},         {"worked_load", 366.49, 899.32, 0.05, 0.02}};
 
 TEST_F(Delivered, LoadsGiveTheFiguresOfAnIndependentIntegration) {
   for (const Figures& f : kFigures) {
@@ -60,19 +59,6 @@ TEST_F(Delivered, LoadsGoWithTheDeliveredRecords) {
     for (const std::string& section : file.sections())
       for (const std::string& key : file.keys(section)) EXPECT_TRUE(is_known(section, key)) << key;
   }
-}
-
-TEST_F(Delivered, FrictionLoadLosesVelocityAndNoPressure) {
-  load("8x57_is_196_friction");
-  EXPECT_TRUE(s.state.frictionOn);
-  EXPECT_EQ(s.state.schrit, 1);
-  ASSERT_EQ(recalculate(s), -1);
-  const double peak = s.result.pMax, slow = s.result.vMuzzle;
-  s.state.frictionOn = false;
-  ASSERT_EQ(recalculate(s), -1);
-  EXPECT_EQ(s.result.pMax, peak);
-  EXPECT_LT(slow, s.result.vMuzzle);
-  EXPECT_GT(slow, 0.8 * s.result.vMuzzle);
 }
 
 // The numbers "KEY 1" to "KEY n" of a delivered example.

@@ -29,8 +29,7 @@ TEST(Results, PanelShowsTheFiguresInTheirFormats) {
   const std::map<std::string, std::string> figures{
       {"Vnull", "899"},     {"Vnullfps", "2951"}, {"Ener", "4717"},     {"Enerfp", "3479"},
       {"Vbrannt", "99.87"}, {"wgrad", "25.3"},    {"cmratio", "0.406"}, {"exprat", "6.020"},
-      {"ladich", "0.913"},  {"endich", "3592"},   {"Maxpe", "88"},      {"Xpmzoll", "2.92"},
-  };
+      {"ladich", "0.913"},  {"endich", "3592"},   {"Maxpe", "88"},      {"Xpmzoll", "2.92"}};
   for (const auto& [name, figure] : figures) EXPECT_EQ(panel.text[name], figure) << name;
   EXPECT_EQ(panel.text["Mgaspsi"].substr(0, 3), "531");
   EXPECT_EQ(burn_caption(panel.r), BurnCaption::at95);

@@ -39,16 +39,14 @@ TEST(BoreArea, BothProfilesAgreeWithTheirOutline) {
   const struct {
     Rifling rifling;
     double mm2;  // 0: not known beforehand
-  } cases[] = {
-      {grooves(7.82F, 7.62F, 4, 4.47F, 1.59F), 47.5106},
-      {grooves(5.69F, 5.56F, 6, 1.95F, 1.0F), 0},
-      {grooves(11.63F, 11.43F, 8, 2.5F, 2.03F), 0},
-      {grooves(9.03F, 8.82F, 2, 6.0F, 8.0F), 0},
-      {polygon_r2(7.82F, 7.62F, 4, 3.2F), 46.7148},
-      {polygon_r2(7.82F, 7.62F, 4, 3.5F), 46.9953},
-      {polygon_r2(9.03F, 8.82F, 6, 3.0F), 0},
-      {polygon_r2(9.03F, 8.82F, 2, 4.3F), 0},
-  };
+  } cases[] = {{grooves(7.82F, 7.62F, 4, 4.47F, 1.59F), 47.5106},
+               {grooves(5.69F, 5.56F, 6, 1.95F, 1.0F), 0},
+               {grooves(11.63F, 11.43F, 8, 2.5F, 2.03F), 0},
+               {grooves(9.03F, 8.82F, 2, 6.0F, 8.0F), 0},
+               {polygon_r2(7.82F, 7.62F, 4, 3.2F), 46.7148},
+               {polygon_r2(7.82F, 7.62F, 4, 3.5F), 46.9953},
+               {polygon_r2(9.03F, 8.82F, 6, 3.0F), 0},
+               {polygon_r2(9.03F, 8.82F, 2, 4.3F), 0}};
   for (const auto& c : cases) {
     const BoreArea area = bore_area(c.rifling);
     ASSERT_EQ(area.finding, BoreFinding::none);
@@ -101,17 +99,15 @@ TEST(BoreArea, RefusalsAndSentinels) {
   const struct {
     Rifling rifling;
     BoreFinding finding;
-  } cases[] = {
-      {grooves(7.82F, 7.82F, 4, 4.4F, 1.6F), land_not_below},
-      {grooves(7.62F, 7.82F, 4, 4.4F, 1.6F), land_not_below},
-      {grooves(7.82F, 7.62F, 0.9F, 4.4F, 1.6F), value_missing},
-      {grooves(7.82F, 7.62F, 4, 7, other_width(grooves(7.82F, 7.62F, 4, 0, 0), 7)), value_missing},
-      {grooves(7.82F, 0, 4, 4.4F, 1.6F), value_missing},
-      {grooves(8, 7, 2, 7.5F, 4.3F), no_area},  // as wide as the mean diameter
-      {grooves(7.82F, 7.62F, 2, 9, 3), no_area},
-      {{.polygon = true, .Dz = 7.82F, .Df = 7.62F, .n = 4, .r1 = 3.5F, .r2 = 3.5F}, no_area},
-      {{.polygon = true, .Dz = 7.82F, .Df = 7.62F, .n = 4, .r2 = 3.5F}, value_missing},
-  };
+  } cases[] = {{grooves(7.82F, 7.82F, 4, 4.4F, 1.6F), land_not_below},
+               {grooves(7.62F, 7.82F, 4, 4.4F, 1.6F), land_not_below},
+               {grooves(7.82F, 7.62F, 0.9F, 4.4F, 1.6F), value_missing},
+               {grooves(7.82F, 7.62F, 4, 7, other_width(grooves(7.82F, 7.62F, 4, 0, 0), 7)), value_missing},
+               {grooves(7.82F, 0, 4, 4.4F, 1.6F), value_missing},
+               {grooves(8, 7, 2, 7.5F, 4.3F), no_area},  // as wide as the mean diameter
+               {grooves(7.82F, 7.62F, 2, 9, 3), no_area},
+               {{.polygon = true, .Dz = 7.82F, .Df = 7.62F, .n = 4, .r1 = 3.5F, .r2 = 3.5F}, no_area},
+               {{.polygon = true, .Dz = 7.82F, .Df = 7.62F, .n = 4, .r2 = 3.5F}, value_missing}};
   for (const auto& c : cases) {
     const BoreArea area = bore_area(c.rifling);
     EXPECT_EQ(area.finding, c.finding) << c.rifling.Dz << ' ' << c.rifling.groove_width;

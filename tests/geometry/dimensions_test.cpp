@@ -20,68 +20,6 @@ CartridgeDimensions rifle() {
   return d;
 }
 
-std::string run(CartridgeDimensions& d, int kind) {
-  std::string order;
-  const char* names[] = {"Plen ", "Bsd ", "ssd ", "Vvg ", "Veff ", "Wob "};
-  EXPECT_TRUE(
-      move_dimensions(d, kind, d.Zkal * 25.4, [&](Dimension w) { order += names[static_cast<int>(w)]; }));
-  return order;
-}
-
-TEST(Dimensions, EachKindMovesExactlyWhatFollows) {
-  auto d = rifle();
-  d.Bsd = 0.5;
-  EXPECT_EQ(run(d, kSeatingDepth), "Plen ssd Vvg Veff Wob ");
-  EXPECT_DOUBLE_EQ(d.Plen, 2.015 + 1.2 - 0.5);
-  EXPECT_DOUBLE_EQ(d.ssd, 0.5);
-
-  d = rifle();
-  d.Glen = 1.3;
-  EXPECT_EQ(run(d, kBulletLength), "Bsd ssd Vvg Veff Wob ");
-  EXPECT_DOUBLE_EQ(d.Bsd, 2.015 + 1.3 - 2.8);
-  EXPECT_DOUBLE_EQ(d.Plen, 2.8);
-
-  d = rifle();
-  d.Hlen = 3.0;  // above the overall length, which is pushed up; the bullet sits to its full length
-  EXPECT_EQ(run(d, kCaseLength), "Plen Bsd ssd Vvg Veff Wob ");
-  EXPECT_DOUBLE_EQ(d.Plen, 3.0);
-  EXPECT_DOUBLE_EQ(d.Bsd, 1.2);
-
-  d = rifle();
-  d.TAIL = true;
-  d.tail_type = kOuterCone;
-  d.tail_len = 4.6;
-  d.tail_dia_large = 7.82;
-  d.tail_dia_small = 6.3;
-  d.ssd = 0.3;
-  EXPECT_EQ(run(d, kBandSeating), "Plen Bsd Vvg Veff Wob ");  // the overall length is told before it moves
-  EXPECT_DOUBLE_EQ(d.Bsd, 0.3 + 4.6 / 25.4);
-  EXPECT_DOUBLE_EQ(d.Plen, 2.015 + 1.2 - d.Bsd);
-
-  d = rifle();
-  EXPECT_EQ(run(d, kNothingMoved), "ssd Vvg Veff Wob ");
-}
-
-TEST(Dimensions, EdgesOfSeating) {
-  auto d = rifle();
-  d.Bsd = 1.5;  // deeper than the bullet is long
-  run(d, kSeatingDepth);
-  EXPECT_DOUBLE_EQ(d.Plen, d.Hlen);
-  d.Bsd = 2.5;  // deeper than the case: no length moves, the volumes use it
-  EXPECT_EQ(run(d, kSeatingDepth), "Vvg Veff Wob ");
-  EXPECT_DOUBLE_EQ(d.Plen, d.Hlen);
-  EXPECT_NEAR(d.Vvg, 2.5 * 198.23 * 0.308 * 0.308 / 0.998, 1e-9);
-  d = rifle();
-  d.Plen = 3.4;  // the bullet stands off
-  run(d, kOverallLength);
-  EXPECT_LT(d.Bsd, 0);
-  EXPECT_LT(d.Vvg, 0);
-  EXPECT_GT(d.Veff, d.Volf);
-  d = rifle();
-  d.Glen = 0;
-  EXPECT_EQ(run(d, kOverallLength), "Vvg Veff Wob ");
-}
-
 // Displaced volume, hand-computed from the geometry: cone 4.6 mm, 7.82 to 6.30 mm.
 TEST(Dimensions, DisplacedVolumeOfTheThreeTails) {
   auto d = rifle();

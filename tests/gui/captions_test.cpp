@@ -57,19 +57,6 @@ void check_room(QWidget* window, const std::string& where) {
   }
 }
 
-// The head of every table cuts its labels to 19 characters.
-TEST(Captions, LabelsOfTablesAreNotCut) {
-  const Home home;
-  Running program(home);
-  const Language& language = program.session.language;
-  for (const char* name : kLanguages) {
-    language_switch(program.session, name);
-    EXPECT_LE(qt(language.text("form3", "Veffm")).size(), 19) << name;
-    for (const char* key : {"fcartrd", "fbullet", "fcol", "fcharge6", "fpow", "fcharge"})
-      EXPECT_LE(qt(language.fastmsg(key)).size(), 19) << name << ' ' << key;
-  }
-}
-
 TEST(Captions, EveryControlIsCaptionedTippedAndNotCutInFourLanguages) {
   const Home home;
   Running program(home);
@@ -138,28 +125,6 @@ TEST(Menus, HoldEveryCommandCaptionedWithKeysOfTheirOwn) {
     check_actions(all, names);
     for (const Command& command : commands()) EXPECT_TRUE(names.contains(command.name)) << command.name;
   }
-}
-
-TEST(Language, ASwitchTurnsOpenWindowsAndKeepsValues) {
-  const Home home;
-  Running program(home);
-  program.open();
-  Session& s = program.session;
-  program.desk->act([&] { open_load(s, std::string(TV_SHARE_DIR) + "/data/loads/308_winchester_168.dat"); });
-  const auto values = [&] {
-    std::map<std::string, std::string> all;
-    for (const char* screen : {"Form3", "Form4"})
-      for (const auto& [name, f] : s.screens[screen].fields) all[screen + name] = f.text;
-    return all;
-  };
-  const auto before = values();
-  auto* label = program.desk->view("Form3")->root->findChild<QLabel*>("label_Zkalm");
-  const QString english = label->text();
-  program.run("deutsch");
-  EXPECT_NE(label->text(), english);
-  EXPECT_EQ(label->text(), qt(s.language.text("form3", "Zkalm")));
-  EXPECT_EQ(values(), before);
-  EXPECT_TRUE(program.desk->frame()->menuBar()->actions().first()->text().contains("Datei"));
 }
 
 }  // namespace

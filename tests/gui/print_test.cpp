@@ -77,18 +77,6 @@ TEST_F(Print, EveryPageTellsTheLoadTheNotesAndTheNotice) {
   }
 }
 
-TEST_F(Print, TheLimitIsToldInWords) {
-  calculate();
-  program.desk->act([&] {
-    type_text(s, "Form3", "zul_P0", "100");
-    press(s, "Form4", "CalcAll");
-  });
-  ASSERT_TRUE(s.valid.results);
-  const QStringList pages = printed();
-  ASSERT_FALSE(pages.isEmpty());
-  EXPECT_TRUE(packed(pages.at(0)).contains(packed(qt(s.language.fastmsg("fwarn1")))));
-}
-
 TEST_F(Print, WideTextTurnsThePaperAndNoRoomPrintsNothing) {
   calculate();
   SetDisplayMode(s, 0);

@@ -46,59 +46,6 @@ TEST(Start, TheNoticeMustBeAgreedTo) {
   EXPECT_TRUE(again.session.options.accept) << "told in the settings file";
 }
 
-TEST(Start, WithoutALanguageFileItAsksAndMayEnd) {
-  const Home home;
-  GuiUser user;
-  Session session(user, the_program());
-  user.attach(&session, nullptr);
-  PlaceHints hints = home.hints();
-  hints.build_share.clear();
-  int boxes = 0;
-  QTimer answer;
-  answer.setInterval(5);
-  QObject::connect(&answer, &QTimer::timeout, [&] {
-    auto* shown = qobject_cast<QDialog*>(QApplication::activeModalWidget());
-    if (!shown) return;
-    ++boxes;
-    if (auto* box = qobject_cast<QMessageBox*>(shown))
-      box->buttons().last()->click();
-    else
-      shown->reject();
-  });
-  answer.start();
-  EXPECT_FALSE(start(session, hints));
-  EXPECT_GE(boxes, 3);
-}
-
-TEST(Start, ADamagedSettingsFileLeavesTheDefaults) {
-  const Home home;
-  std::string settings;
-  {
-    Running first(home);
-    settings = first.session.settings_file;
-  }
-  std::string rubbish =
-      "[startup\n\x01\xff\xfe=\n[[[metrics]\nlaflen=abc\n[startup]\nform1w=-1e400\nform3l=nan\ngrftyp=999\n";
-  rubbish.append(5000, '\0');
-  std::ofstream(settings, std::ios::binary) << rubbish;
-  Running program(home);
-  ASSERT_TRUE(program.started);
-  program.session.sound = false;
-  program.open();
-  EXPECT_TRUE(program.desk->frame()->isVisible());
-  EXPECT_GT(program.desk->frame()->width(), 300);
-}
-
-TEST(Start, ASecondInstanceIsRefused) {
-  QTemporaryDir folder;
-  qputenv("XDG_RUNTIME_DIR", folder.path().toLocal8Bit());
-  auto first = take_instance_lock();
-  ASSERT_NE(first, nullptr);
-  EXPECT_EQ(take_instance_lock(), nullptr);
-  first.reset();
-  EXPECT_NE(take_instance_lock(), nullptr);
-}
-
 // Runs the program as main does; `step` is called every few milliseconds with the dialog that blocks, or
 // null, until the program ends.
 void run_whole(const PlaceHints& hints, const std::function<void(QDialog*)>& step) {
@@ -183,34 +130,6 @@ TEST(Start, OnlyTheFirstOneOpensTheQuickStartOnAnExample) {
   }
 }
 
-TEST(Start, AHomeThatCannotBeWrittenIsToldOfAndWorkedWith) {
-  const Home home;
-  PlaceHints hints = home.hints();
-  std::ofstream(home.folder() + "stone") << "a file where the folder should be";
-  hints.root = home.folder() + "stone/data/";
-  std::map<std::string, int> told;
-  bool calculated = false, closing = false;
-  run_whole(hints, [&](QDialog* dialog) {
-    if (dialog && dialog->objectName() == "Form2") return agree(dialog);
-    if (auto* box = qobject_cast<QMessageBox*>(dialog)) {
-      ++told[utf8(box->text())];
-      box->buttons().front()->click();
-    } else if (MainFrame* frame = open_frame(); frame && !dialog && !closing) {
-      auto* pick = frame->findChild<QComboBox*>("HVolDat");
-      Q_EMIT pick->activated(3);
-      calculated = frame->findChild<QLineEdit*>("Zkalm")->text().toDouble() > 0;
-      closing = true;
-      frame->close();
-    }
-  });
-  EXPECT_TRUE(calculated);
-  // The settings at the notice and at the end, the mark of the bullet file at start and end.
-  int boxes = 0;
-  for (const auto& [text, times] : told)
-    if (text.find("stone") != std::string::npos) boxes += times;
-  EXPECT_EQ(boxes, 4);
-}
-
 bool holds_data(const QString& home) {
   QDirIterator files(home, {"ternofw.*"}, QDir::Files, QDirIterator::Subdirectories);
   return files.hasNext();
@@ -251,13 +170,6 @@ TEST(Start, ASecondProcessTouchesNothing) {
   second.start(runtime);
   EXPECT_TRUE(second.works()) << "the lock of a dead process counts for nothing";
   second.kill();
-}
-
-TEST(Start, TheBoxOfASecondStartSpeaksTwoLanguages) {
-  QString text;
-  Modal box(box_button(0, &text));
-  say_already_running();
-  EXPECT_EQ(text, "Ternovale is already running!\nTernovale läuft bereits!");
 }
 
 }  // namespace

@@ -58,16 +58,5 @@ TEST_F(TipsShown, AreThoseOfTheScreenFirst) {
   EXPECT_NE(shown("FormBorefrict", "sugg_P0"), shown("FormPsel", "sugg_P0"));
 }
 
-TEST_F(TipsShown, AMissingTipIsToldOnceAndTipsCanBeSwitchedOff) {
-  auto* field = program.find<QLineEdit>("Form3", "Zkalm");
-  field->setToolTip({});
-  EXPECT_EQ(rest_on(field), "No tip english language tip file");
-  EXPECT_EQ(rest_on(field), "");
-  auto* other = program.find<QLineEdit>("Form3", "Zkalz");
-  EXPECT_FALSE(rest_on(other).isEmpty());
-  program.run("ttips");
-  EXPECT_EQ(rest_on(other), "");
-}
-
 }  // namespace
 }  // namespace tv

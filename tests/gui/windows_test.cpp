@@ -144,63 +144,36 @@ TEST_F(Windows, ARowOfATableBecomesTheLoadAndTheChargeSteps) {
 TEST_F(Windows, TheViewIsSavedUnderANameThatIsTested) {
   calculate();
   const std::string target = home.folder() + "docs/view.";
-  const auto answer_with = [&](const std::string& file, int type) {
-    return [file, type](QDialog* shown) {
-      auto* name = shown->findChild<QLineEdit*>("NamenFeld");
-      name->setText(qt(file));
-      if (type >= 0) {
-        auto* types = shown->findChild<QComboBox*>("combo1");
-        types->setCurrentIndex(type);
-        QMetaObject::invokeMethod(types, "activated", Q_ARG(int, type));
-      }
-      shown->findChild<QPushButton*>("accept")->click();
-    };
-  };
-  {
-    Modal dialog(answer_with(target + "png", -1));
-    program.run("filewrite");
-  }
-  EXPECT_EQ(QImageReader(qt(target + "png")).format(), "png");
-  const auto before = std::filesystem::last_write_time(target + "png");
-  {  // the same name again: the question is answered with no, and the dialog that comes back is closed
-    int questions = 0;
-    Modal dialog([&](QDialog* shown) { answer_with(target + "png", -1)(shown); });
-    QTimer later;
-    later.setInterval(5);
-    QObject::connect(&later, &QTimer::timeout, [&] {
+  // Names the file; where it is there already the question is answered with no, and the dialog that comes back closed.
+  const auto save = [&](const std::string& file) {
+    int dialogs = 0, questions = 0;
+    QTimer answer;
+    answer.setInterval(5);
+    QObject::connect(&answer, &QTimer::timeout, [&] {
       auto* shown = qobject_cast<QDialog*>(QApplication::activeModalWidget());
-      if (!shown || !dialog.seen) return;
       if (auto* box = qobject_cast<QMessageBox*>(shown)) {
         ++questions;
         box->buttons().last()->click();
-      } else if (questions > 0) {
+      } else if (shown && dialogs++ == 0) {
+        shown->findChild<QLineEdit*>("NamenFeld")->setText(qt(file));
+        shown->findChild<QPushButton*>("accept")->click();
+      } else if (shown) {
         shown->reject();
       }
     });
-    later.start();
+    answer.start();
     program.run("filewrite");
-    EXPECT_EQ(questions, 1);
-  }
-  EXPECT_EQ(std::filesystem::last_write_time(target + "png"), before);
+    return questions;
+  };
+  EXPECT_EQ(save(target + "png"), 0);
+  EXPECT_EQ(QImageReader(qt(target + "png")).format(), "png");
+  EXPECT_EQ(save(target + "png"), 1);
   program.run("nodia");
-  {
-    Modal dialog(answer_with(target, -1));
-    program.run("filewrite");
-  }
+  EXPECT_EQ(save(target), 0);
   std::ifstream text(target + "txt");
   const std::string lines((std::istreambuf_iterator<char>(text)), {});
   EXPECT_NE(lines.find("\r\n"), std::string::npos);
   EXPECT_NE(lines.find(s.language.fastmsg("warning1").substr(0, 20)), std::string::npos) << "the notice";
-}
-
-TEST_F(Windows, AListTellsItsFile) {
-  auto* label = program.find<QLabel>("Form4", "source_PulvDat");
-  ASSERT_NE(label, nullptr);
-  EXPECT_EQ(utf8(label->text()), program.session.language.fastmsg("flpro") + "ternofw");
-  EXPECT_EQ(label->toolTip(), label->text());
-  program.run("deutsch");
-  EXPECT_EQ(utf8(label->text()), program.session.language.fastmsg("flpro") + "ternofw");
-  EXPECT_GT(label->width(), 60);
 }
 
 TEST_F(Windows, AClickBesideAnAxisFitsTheLoadAndCanBeUndone) {
@@ -281,64 +254,6 @@ TEST_F(Windows, APlaceBeyondEveryScreenIsBroughtBack) {
   EXPECT_EQ(options.form1l, "900000") << "never in the file";
 }
 
-TEST_F(Windows, TheEndIsAskedForAndCancelKeepsAll) {
-  program.session.options.intro_off = false;
-  {
-    QString text;
-    Modal box(box_button(1, &text));
-    program.run("Ende");
-    EXPECT_TRUE(box.seen);
-    EXPECT_TRUE(text.contains(kProgramName));
-  }
-  EXPECT_TRUE(program.desk->frame()->isVisible());
-  EXPECT_FALSE(program.session.end_requested);
-  Modal box(box_button(0));
-  program.desk->frame()->close();
-  EXPECT_FALSE(program.desk->frame()->isVisible());
-}
-
-TEST_F(Windows, DialogsOpenByTheirCommandsAndCloseByEscape) {
-  for (const char* command : {"borefriction", "powd_set", "who"}) {
-    Modal dialog([](QDialog* shown) { QTest::keyClick(shown, Qt::Key_Escape); });
-    program.run(command);
-    EXPECT_TRUE(dialog.seen) << command;
-    EXPECT_EQ(QApplication::activeModalWidget(), nullptr) << command;
-  }
-  program.run("qstart");
-  QWidget* quick = program.desk->view("frmFast")->window;
-  EXPECT_TRUE(quick->isVisible());
-  QTest::keyClick(quick->findChild<QLineEdit*>("MPgn"), Qt::Key_Escape);
-  EXPECT_FALSE(quick->isVisible());
-}
-
-TEST_F(Windows, TheCartridgesPictureIsShownAndZoomed) {
-  auto* button = program.find<QPushButton>("Form3", "shpic");
-  EXPECT_FALSE(button->isVisible()) << "no cartridge, no picture";
-  const Field& cartridges = field(program.session, "Form3", "HVolDat");
-  const RecordTable& records = program.session.set(RecordKind::cartridges).file.table;
-  int with_picture = -1;
-  for (int i = 0; i < static_cast<int>(cartridges.items.size()); ++i)
-    if (!trim(records.cell(cartridges.items[static_cast<std::size_t>(i)].row, cartridge_field::picture))
-             .empty())
-      with_picture = i;
-  ASSERT_GE(with_picture, 0);
-  program.desk->act([&] { pick(program.session, "Form3", "HVolDat", with_picture); });
-  ASSERT_TRUE(button->isVisible());
-  int fitted = 0, larger = 0;
-  Modal viewer([&](QDialog* shown) {
-    auto* picture = shown->findChild<QLabel*>("picture");
-    fitted = picture->width();
-    shown->findChild<QPushButton*>("zoom_in")->click();
-    larger = picture->width();
-    shown->findChild<QPushButton*>("full")->click();
-    EXPECT_EQ(picture->size(), picture->pixmap().size());
-    shown->reject();
-  });
-  button->click();
-  EXPECT_GT(fitted, 50);
-  EXPECT_GT(larger, fitted);
-}
-
 TEST_F(Windows, F1OpensTheManualAtTheActiveScreen) {
   const auto shown = [this] {
     auto* manual = program.desk->frame()->findChild<QDialog*>("manual");
@@ -355,48 +270,6 @@ TEST_F(Windows, F1OpensTheManualAtTheActiveScreen) {
   program.run("index");
   EXPECT_EQ(shown(), "form4.md");
   EXPECT_NE(program.desk->frame()->findChild<QTextBrowser*>()->toPlainText(), english);
-}
-
-TEST_F(Windows, TheCriteriaBarsMoveTheirFields) {
-  QString lowest, highest;
-  Modal dialog([&](QDialog* shown) {
-    auto* bar = shown->findChild<QAbstractSlider*>("scrminba");
-    auto* other = shown->findChild<QAbstractSlider*>("scrmaxba");
-    bar->setFocus();
-    QTest::keyClick(bar, Qt::Key_Home);
-    other->setFocus();
-    QTest::keyClick(other, Qt::Key_Home);
-    EXPECT_EQ(bar->value(), bar->minimum());
-    EXPECT_EQ(other->value(), other->minimum());
-    bar->setFocus();
-    QTest::keyClick(bar, Qt::Key_End);
-    EXPECT_EQ(other->value(), other->maximum()) << "pulled along";
-    lowest = shown->findChild<QLineEdit*>("tbamin")->text();
-    highest = shown->findChild<QLineEdit*>("tbamax")->text();
-    shown->reject();
-  });
-  program.desk->act([&] { open_screen(program.session, "FormPsel"); });
-  EXPECT_GT(lowest.toDouble(), 0);
-  EXPECT_EQ(highest, lowest);
-}
-
-TEST_F(Windows, ThePreviewTellsTheCommentAndCancelTellsNothing) {
-  const FileBox box{FileMode::open,
-                    DialogKind::cartridges,
-                    "Open",
-                    std::string(TV_SHARE_DIR) + "/data/calibers/",
-                    "",
-                    "Cartridges (*.vol)|*.vol",
-                    ""};
-  Modal cancel([](QDialog* dialog) {
-    auto* files = dialog->findChild<QListWidget*>("filFiles");
-    ASSERT_EQ(files->count(), 1);
-    files->setCurrentRow(0);
-    EXPECT_EQ(dialog->findChild<QLineEdit*>("NamenFeld")->text(), "ternofw.vol");
-    EXPECT_FALSE(dialog->findChild<QPlainTextEdit*>("kommentar")->toPlainText().isEmpty());
-    QTest::keyClick(dialog, Qt::Key_Escape);
-  });
-  EXPECT_FALSE(run_file_dialog(program.session, box, nullptr).has_value());
 }
 
 TEST_F(Windows, TheFileDialogFiltersEntersFoldersAndHandsOverTheComment) {
@@ -445,29 +318,6 @@ TEST_F(Windows, AnUnforeseenFaultIsShownAndSurvived) {
   EXPECT_TRUE(text.contains("the roof fell in"));
   program.run("english");
   EXPECT_TRUE(program.desk->frame()->isVisible());
-}
-
-TEST_F(Windows, ALongRunHearsEscapeAndNothingElse) {
-  calculate();
-  User& user = *program.session.user;
-  user.busy(true);
-  EXPECT_FALSE(user.cancelled());
-  auto* charge = program.find<QLineEdit>("Form4", "MPgn");
-  const QString before = charge->text();
-  QWindow* window = program.desk->frame()->windowHandle();
-  QTimer::singleShot(0, [&] {
-    QTest::keyClick(window, Qt::Key_F5);
-    QTest::keyClick(window, Qt::Key_5);
-  });
-  EXPECT_FALSE(user.cancelled());
-  EXPECT_EQ(charge->text(), before);
-  QTimer::singleShot(0, [&] { QTest::keyClick(window, Qt::Key_Escape); });
-  user.progress("powder", 0.5);
-  EXPECT_TRUE(user.cancelled());
-  user.busy(false);
-  user.busy(true);
-  EXPECT_FALSE(user.cancelled()) << "the next run begins afresh";
-  user.busy(false);
 }
 
 }  // namespace

@@ -109,22 +109,5 @@ TEST(Chart, BandsAreasAndBarsStayInsideTheSectionOnShow) {
   }
 }
 
-TEST(Chart, WhatMakesNoSenseIsReplaced) {
-  Chart c = example();
-  c.x.from = std::nan("");
-  c.left.to = c.left.from;
-  c.left.tick = 1e-12;
-  c.right = ChartAxis{};
-  c.right->to = HUGE_VAL;
-  c.limits.push_back({std::nan(""), "nowhere"});
-  c.bands.push_back({std::nan(""), 1, {}});
-  c.series[0].right_scale = true;
-  const DrawnChart d = drawn(c);
-  EXPECT_LT(d.list.items.size(), 200U);
-  for (const DrawItem& item : d.list.items) {
-    for (const Point& p : item.points) EXPECT_TRUE(std::isfinite(p.x) && std::isfinite(p.y)) << item.text;
-  }
-}
-
 }  // namespace
 }  // namespace tv

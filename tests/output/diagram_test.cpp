@@ -8,7 +8,6 @@
 #include <sstream>
 
 #include "output/diagram_shot.h"
-#include "output/svg.h"
 #include "text/number.h"
 
 namespace tv {
@@ -283,44 +282,36 @@ TEST(Layout, TwoCurvesDifferWithoutColour) {
 
 // Curves and inputs that no gun gives must not put anything into the list that a painter cannot draw.
 TEST(Hostile, NothingThatIsNotFiniteIsDrawn) {
-  const auto check = [](const Shot& shot, const char* what) {
+  Shot shot = magnum();
+  const auto check = [&](const char* what) {
     SCOPED_TRACE(what);
-    for (int type = 0; type <= 7; ++type) {
-      for (const bool barrel : {false, true}) {
-        DiagramOptions options = of_type(type);
-        options.barrel_axis = barrel;
-        if (barrel) options.view = {{0.2, 0.6}, {0.3, 0.5}};
-        const Diagram d = draw(shot, options);
-        expect_sound(d.list);
-        EXPECT_LT(d.list.items.size(), 600U);
-        const Point centre{(d.frame.left + d.frame.right) / 2, (d.frame.top + d.frame.bottom) / 2};
-        EXPECT_TRUE(read_out(d.frame, options, centre));
-      }
+    for (int n = 0; n < 16; ++n) {
+      DiagramOptions options = of_type(n / 2);
+      options.barrel_axis = n % 2 == 1;
+      if (options.barrel_axis) options.view = {{0.2, 0.6}, {0.3, 0.5}};
+      const Diagram d = draw(shot, options);
+      expect_sound(d.list);
+      EXPECT_LT(d.list.items.size(), 600U);
     }
   };
-  Shot shot;  // all zero, one point
-  check(shot, "one point of zero");
-  shot.result.lastIdx = 1000000;
-  check(shot, "index out of range");
-  shot = magnum();
   shot.curve->p[10] = kNan;
   shot.curve->v[20] = HUGE_VAL;
   shot.curve->p[30] = 1e300;
   shot.curve->x[40] = -HUGE_VAL;
   shot.curve->p[60] = -5e6;
-  check(shot, "wild points");
+  check("wild points");
   shot.curve->p.fill(kNan);
   shot.curve->t.fill(kNan);
   shot.state.dim.Wob = kNan;
-  shot.state.dim.Llen = HUGE_VAL;
-  shot.state.dim.zul_P = HUGE_VAL;
-  check(shot, "nothing but wild values");
-
+  shot.state.dim.Llen = shot.state.dim.zul_P = HUGE_VAL;
+  check("nothing but wild values");
+  shot = {};
+  check("one point of zero");
+  shot.result.lastIdx = 1000000;
+  check("index out of range");
   DiagramOptions options = of_type(6);
   options.pressure_factor = 0;
-  options.velocity_factor = kNan;
-  options.text_size = kNan;
-  options.line_width = -1;
+  options.velocity_factor = options.text_size = kNan;
   for (const double size : {kNan, -5.0, 0.0, 1.0, HUGE_VAL}) {
     expect_sound(draw(magnum(), options, size, size).list);
     expect_sound(empty_diagram("No shot yet", options, size, size, nullptr).list);
@@ -337,99 +328,6 @@ TEST(Hostile, AGapStaysAGap) {
     if (each->points.size() > 10) pieces.push_back(each->points.size());
   }
   EXPECT_EQ(pieces, (std::vector<std::size_t>{40, 58}));
-}
-
-double luminance(Colour c) {
-  const auto linear = [](double v) {
-    v /= 255;
-    return v <= 0.03928 ? v / 12.92 : std::pow((v + 0.055) / 1.055, 2.4);
-  };
-  return 0.2126 * linear(c.r) + 0.7152 * linear(c.g) + 0.0722 * linear(c.b);
-}
-double contrast(Colour a, Colour b) {
-  const double la = luminance(a) + 0.05, lb = luminance(b) + 0.05;
-  return std::max(la, lb) / std::min(la, lb);
-}
-Colour over_paper(Colour c, Colour paper) {
-  const auto mix = [&c](int front, int back) {
-    return static_cast<std::uint8_t>((front * c.a + back * (255 - c.a)) / 255);
-  };
-  return {mix(c.r, paper.r), mix(c.g, paper.g), mix(c.b, paper.b), 255};
-}
-
-TEST(Colours, StandOutFromPaperAndZones) {
-  for (const DiagramColours& c : {light_colours(), dark_colours()}) {
-    EXPECT_GE(contrast(c.ink, c.paper), 4.5);
-    EXPECT_GE(contrast(c.stale, c.paper), 4.5);
-    EXPECT_GE(contrast(c.pressure, c.paper), 4.5);  // also the colour of its axis' labels
-    EXPECT_GE(contrast(c.velocity, c.paper), 4.5);
-    for (const Colour zone : {c.over, c.near_limit, c.caution}) {
-      const Colour ground = over_paper(zone, c.paper);
-      EXPECT_GE(contrast(c.ink, ground), 4.5);
-      EXPECT_GE(contrast(c.pressure, ground), 3);
-      EXPECT_GE(contrast(c.velocity, ground), 3);
-    }
-  }
-}
-
-std::string point_text(const Point& p) { return fmt::format("{:.1f},{:.1f}", p.x, p.y); }
-
-// One item a line; of a long curve its ends, its peak and its length.
-std::string dump(const DrawList& list) {
-  constexpr const char* kinds[] = {"line", "curve", "circle", "band", "text"};
-  constexpr const char* styles[] = {"solid", "dash", "dot", "dash-dot"};
-  constexpr const char* aligns[] = {"left", "centre", "right"};
-  std::string out = fmt::format("{}x{} {}\n", list.width, list.height, list.font);
-  for (const DrawItem& i : list.items) {
-    out += kinds[static_cast<int>(i.kind)];
-    if (i.points.size() > 5) {
-      const auto peak = std::min_element(i.points.begin(), i.points.end(),
-                                         [](const Point& a, const Point& b) { return a.y < b.y; });
-      out += fmt::format(" {} points {} .. {} .. {}", i.points.size(), point_text(i.points.front()),
-                         point_text(*peak), point_text(i.points.back()));
-    } else {
-      for (const Point& p : i.points) out += " " + point_text(p);
-    }
-    out += fmt::format(" #{:02x}{:02x}{:02x}/{}", i.colour.r, i.colour.g, i.colour.b, i.colour.a);
-    if (i.kind == DrawKind::text) {
-      out += fmt::format(" {:.1f} {}{}{} \"{}\"", i.size, aligns[static_cast<int>(i.align)],
-                         i.bold ? " bold" : "", i.italic ? " italic" : "", i.text);
-    } else if (i.kind == DrawKind::circle) {
-      out += fmt::format(" r {:.1f}{}", i.radius, i.filled ? " filled" : "");
-    } else if (i.kind != DrawKind::band) {
-      out += fmt::format(" {:.2f} {}", i.width, styles[static_cast<int>(i.style)]);
-    }
-    out += "\n";
-  }
-  return out;
-}
-
-// When the picture is meant to change: look at it, then copy the new file over the old one.
-TEST(Golden, PressureAndVelocityOverTime) {
-  const std::string drawn = dump(draw(magnum(), of_type(6)).list);
-  std::ifstream file(TV_SOURCE_DIR "/tests/output/golden/pressure_velocity_time.txt");
-  std::stringstream kept;
-  kept << file.rdbuf();
-  if (drawn != kept.str()) std::ofstream("pressure_velocity_time.new.txt") << drawn;
-  EXPECT_EQ(drawn, kept.str());
-}
-
-TEST(Svg, EscapesAndLeavesOutWhatCannotBeDrawn) {
-  DrawList list;
-  list.width = 40;
-  list.height = 30;
-  add_text(list, {1, 2}, "a<b & \"c\"\x01", {{10, 20, 30, 128}, 12, Align::right, true, true});
-  add_line(list, {0, kNan}, {5, 5}, {{}});
-  add_polyline(list, {{0, 0}, {1.5, 2}, {3, 4.256}}, {{255, 0, 0, 255}, 2, LineStyle::dash});
-  const std::string svg = to_svg(list);
-  EXPECT_NE(svg.find("viewBox=\"0 0 40 30\""), std::string::npos);
-  EXPECT_NE(svg.find(">a&lt;b &amp; &quot;c&quot;</text>"), std::string::npos);
-  EXPECT_NE(svg.find("fill=\"#0a141e\" fill-opacity=\"0.5\" font-weight=\"bold\" font-style=\"italic\" "
-                     "text-anchor=\"end\""),
-            std::string::npos);
-  EXPECT_NE(svg.find("stroke-dasharray=\"8 4\" stroke-linejoin=\"round\" points=\"0,0 1.5,2 3,4.26\""),
-            std::string::npos);
-  EXPECT_EQ(svg.find("nan"), std::string::npos);
 }
 
 }  // namespace

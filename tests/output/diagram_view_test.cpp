@@ -85,26 +85,6 @@ TEST(View, BesideAnAxisOnlyThisAxisIsZoomed) {
   }
 }
 
-TEST(View, StaysOnTheAxisWhateverIsDoneToIt) {
-  ViewRange range;
-  unsigned random = 1;
-  const auto next = [&random] {
-    random = random * 1103515245U + 12345U;
-    return ((random >> 16) & 1023U) / 1023.0;
-  };
-  for (int i = 0; i < 5000; ++i) {
-    const double before = range.to - range.from;
-    if (next() < 0.5) {
-      range = zoomed(range, 1.4 * next() - 0.2, std::pow(2, 4 * next() - 2.2));
-    } else {
-      range = moved(range, 6 * next() - 3);
-      ASSERT_NEAR(range.to - range.from, before, 1e-12) << "moving keeps the scale";
-    }
-    ASSERT_TRUE(range.from >= 0 && range.to <= 1);
-    ASSERT_GE(range.to - range.from, kLeastSection - 1e-12);
-  }
-}
-
 // In every section: nothing leaves the frame, curves keep to the shot, ticks tell what stands beside them.
 TEST(Section, IsClippedToTheFrameAndTellsTrueValues) {
   const Shot shot = magnum();
@@ -193,23 +173,6 @@ TEST(Section, SaysThatItIsOneAndThatThePeakIsElsewhere) {
   }
 }
 
-TEST(Section, LinesAreCutAtABox) {
-  const LabelBox box{0, 0, 10, 10};
-  const auto pieces = clipped(box, {{-5, 5}, {5, 5}, {5, 15}, {8, 15}, {8, 5}, {20, 5}, {30, 5}});
-  ASSERT_EQ(pieces.size(), 2U);
-  const std::vector<std::vector<Point>> wanted = {{{0, 5}, {5, 5}, {5, 10}}, {{8, 10}, {8, 5}, {10, 5}}};
-  for (std::size_t i = 0; i < 2; ++i) {
-    ASSERT_EQ(pieces[i].size(), wanted[i].size());
-    for (std::size_t j = 0; j < wanted[i].size(); ++j) {
-      EXPECT_DOUBLE_EQ(pieces[i][j].x, wanted[i][j].x);
-      EXPECT_DOUBLE_EQ(pieces[i][j].y, wanted[i][j].y);
-    }
-  }
-  EXPECT_EQ(clipped(box, {{-5, 3}, {15, 3}}).size(), 1U) << "through it, with no point inside";
-  EXPECT_TRUE(clipped(box, {{-5, 3}, {3, -9}}).empty()) << "past a corner";
-  EXPECT_TRUE(clipped(box, {{11, 3}}).empty());
-}
-
 TEST(HiddenCurves, LeaveTheAxesAndAGreyEntry) {
   const Shot shot = magnum();
   DiagramOptions options = of_type(6);
@@ -229,19 +192,6 @@ TEST(HiddenCurves, LeaveTheAxesAndAGreyEntry) {
       grey += text->colour == options.colours.stale;
     EXPECT_EQ(grey, 1);
   }
-}
-
-TEST(HiddenCurves, AreNotRead) {
-  const Shot shot = magnum();
-  DiagramOptions options = of_type(6);
-  options.view = {{0.1, 0.8}, {0.1, 1}};
-  options.hidden = {true, false};
-  const DiagramFrame f = draw(shot, options).frame;
-  const auto told = read_out(f, options, shot.run(), middle_of(f));
-  ASSERT_TRUE(told);
-  EXPECT_TRUE(told->y1.empty());
-  EXPECT_FALSE(told->y2.empty());
-  EXPECT_EQ(told->on_curve.size(), 1U);
 }
 
 }  // namespace

@@ -2,33 +2,16 @@
 #include "output/spreadsheet.h"
 
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <cmath>
 #include <cstdio>
-#include <cstdlib>
-#include <filesystem>
 
 #include "tables/fixture.h"
+#include "temp_folder.h"
 #include "text/file.h"
 
 namespace tv {
 namespace {
-
-namespace fs = std::filesystem;
-
-class Folder {
-public:
-  Folder() {
-    std::string name = (fs::temp_directory_path() / "tvtest-XXXXXX").string();
-    path_ = mkdtemp(name.data());
-  }
-  ~Folder() { fs::remove_all(path_); }
-  std::string operator/(const std::string& name) const { return path_ + "/" + name; }
-
-private:
-  std::string path_;
-};
 
 // A part of a workbook, which is a zip archive.
 std::string part(const std::string& xlsx, const std::string& name) {
@@ -103,38 +86,6 @@ TEST(ExportData, LoadTableWithMarksAndWhatItIsOf) {
   EXPECT_TRUE(export_load_table({}, english(), {}).data.empty());
 }
 
-TEST(ExportData, PowderTableOfEveryStrategy) {
-  const std::size_t columns[] = {8, 8, 8, 5, 8, 8, 8, 8, 10};
-  for (int strategy = 0; strategy < kStrategies; ++strategy) {
-    test::Shot shot = test::rifle();
-    PowderCriteria c;
-    c.strategy = strategy;
-    c.lv_min = 50;
-    c.lod2nd = 0.9;
-    c.veltab = 820;
-    const PowderTable table = test::run(shot, test::powders(), c);
-    for (const bool imperial : {false, true}) {
-      const ExportData d = export_powder_table(table, english(), imperial);
-      ASSERT_EQ(d.figures(), columns[strategy]);
-      EXPECT_TRUE(d.text_first());
-      for (std::size_t i = 0; i < table.rows.size(); ++i) {
-        ASSERT_EQ(d.data[i].size(), d.headers.size());
-        EXPECT_EQ(std::get<std::string>(d.data[i][0]), table.rows[i].name);
-        const bool shown = table.rows[i].status == RowStatus::ok;
-        EXPECT_EQ(std::holds_alternative<double>(d.data[i][1]), shown);
-        if (shown) {
-          EXPECT_DOUBLE_EQ(cell(d, i, 1), table.rows[i].cell(2) * 1000 * (imperial ? 15.432358353 : 1));
-        }
-      }
-      EXPECT_NE(d.notes.find(english().fastmsg("fproptab", strategy == 8 ? 11 : 1)), std::string::npos);
-    }
-    if (strategy == 3) {
-      EXPECT_EQ(export_powder_table(table, english(), false).headers[3], "2.mc(g)[315 MPa]");
-      EXPECT_EQ(export_powder_table(table, english(), true).headers[1], "1.mc(gr)[50763 psi]");
-    }
-  }
-}
-
 TEST(ExportData, CurvesOfTheDiagramsAndThePointList) {
   test::Shot shot = test::rifle();
   ASSERT_TRUE(shot.run());
@@ -175,7 +126,7 @@ TEST(Spreadsheet, CsvQuotesTextsDefusesFormulasAndLeavesBlanks) {
 }
 
 TEST(Spreadsheet, TheWorkbookHoldsTextsAsTextsNumbersInFullNotesAndAChart) {
-  const Folder folder;
+  const tv_test::TempFolder folder;
   const std::string path = folder / "book.xlsx";
   ASSERT_EQ(write_xlsx(awkward(), path), kNoFailure);
   const std::string sheet = part(path, "xl/worksheets/sheet1.xml"),
@@ -201,7 +152,7 @@ TEST(Spreadsheet, TheWorkbookHoldsTextsAsTextsNumbersInFullNotesAndAChart) {
 }
 
 TEST(Spreadsheet, AFailureLeavesTheOldFile) {
-  const Folder folder;
+  const tv_test::TempFolder folder;
   EXPECT_EQ(write_xlsx(awkward(), folder / "no/such/folder.xlsx"), kFolderNotFound);
   EXPECT_EQ(write_csv(awkward(), folder / "no/such/folder.csv"), kFolderNotFound);
   ASSERT_EQ(write_file(folder / "old.xlsx", "old"), kNoFailure);

@@ -39,14 +39,12 @@ TEST(ClosedVessel, WhereNoFunctionPasses) {
   const double nan = std::numeric_limits<double>::quiet_NaN();
   const struct {
     VivacityPoint a, b;
-  } refused[] = {
-      {{0.3, 0.7}, {0.3, 0.7}},   // one point twice
-      {{0.1, 0.7}, {0.4, 1.4}},   // a root through 0 at 0: no finite Ba0
-      {{0.1, 0.7}, {0.4, 1.5}},   // steeper than that
-      {{0.1, 0.7}, {0.9, 0.05}},  // would end before z = 1
-      {{0.1, 0}, {0.3, 0.7}},         {{0.1, 1000}, {0.3, 900}},
-      {{0.1, 0.0001}, {0.9, 0.0002}}, {{0.1, nan}, {0.3, 0.7}},
-  };
+  } refused[] = {{{0.3, 0.7}, {0.3, 0.7}},   // one point twice
+                 {{0.1, 0.7}, {0.4, 1.4}},   // a root through 0 at 0: no finite Ba0
+                 {{0.1, 0.7}, {0.4, 1.5}},   // steeper than that
+                 {{0.1, 0.7}, {0.9, 0.05}},  // would end before z = 1
+                 {{0.1, 0}, {0.3, 0.7}},         {{0.1, 1000}, {0.3, 900}},
+                 {{0.1, 0.0001}, {0.9, 0.0002}}, {{0.1, nan}, {0.3, 0.7}}};
   for (const auto& c : refused) EXPECT_FALSE(fit_through(c.a, c.b, 0.4)) << c.a.f << " " << c.b.f;
 }
 

@@ -102,21 +102,6 @@ TEST(PowderFiles, AnIncompleteCurveNamesWhatIsMissing) {
   EXPECT_FALSE(read_reference("/nowhere/a.ref", CodePage::cp1252).good());
 }
 
-TEST(PowderFiles, OnDisk) {
-  const std::string folder = std::filesystem::temp_directory_path().string() + "/ternovale_powder_files";
-  std::filesystem::create_directories(folder);
-  const std::string path = folder + "/a.viv";
-  VivacityTable table;
-  table.rows[0].f = 0.5;
-  ASSERT_EQ(write_vivacity(path, table, "c", CodePage::cp1252), 0);
-  EXPECT_EQ(read_vivacity(path, CodePage::cp1252).table, table);
-  const auto written = std::filesystem::last_write_time(path);
-  ASSERT_EQ(write_vivacity(path, table, "c", CodePage::cp1252), 0);
-  EXPECT_EQ(std::filesystem::last_write_time(path), written) << "nothing changed, nothing is written";
-  EXPECT_NE(write_reference(folder + "/no/a.ref", ReferenceCurve(), CodePage::cp1252), 0);
-  std::filesystem::remove_all(folder);
-}
-
 TEST(PowderFiles, PastedColumns) {
   const struct {
     const char* text;
@@ -130,8 +115,7 @@ TEST(PowderFiles, PastedColumns) {
       {"  0.1   0.64 \n\n0,2 0,668", "0.1|0.64 0.2|0.668 ", 0},
       {"0.64\n0.668", "|0.64 |0.668 ", 0},
       {"0.1\t0.64\n0.2\tmissing\n1 2 3\n0.3\t0.7\n0.4\t0.7\n0.5\t0.7", "0.1|0.64 0.3|0.7 0.4|0.7 ", 3},
-      {"", "", 0},
-  };
+      {"", "", 0}};
   for (const auto& c : cases) {
     const PastedColumns pasted = pasted_columns(c.text, 3);
     std::string rows;

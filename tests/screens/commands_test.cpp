@@ -25,70 +25,36 @@ TEST_F(Commands, EveryEntryRunsOnAFreshSession) {
   }
 }
 
-TEST_F(Commands, TableIsWhole) {
-  std::set<std::string> names, shortcuts;
-  std::set<int> buttons;
-  for (const Command& c : commands()) {
-    EXPECT_TRUE(names.insert(c.name).second) << c.name;
-    if (c.shortcut) {
-      EXPECT_TRUE(shortcuts.insert(c.shortcut).second) << c.shortcut;
-    }
-    if (c.toolbar >= 0) {
-      EXPECT_TRUE(buttons.insert(c.toolbar).second) << c.name;
-    }
-    if (c.parent) {
-      const Command* parent = find_command(c.parent);
-      ASSERT_NE(parent, nullptr) << c.name;
-      EXPECT_EQ(parent->action, nullptr) << "a menu: " << c.parent;
-      EXPECT_STREQ(parent->section, c.section);
-    }
-  }
-  EXPECT_FALSE(run_command(s, "useproz")) << "a heading";
-  EXPECT_FALSE(run_command(s, "no such entry"));
-}
-
 TEST_F(Commands, MarksFollowTheSettings) {
   const auto checked = [&](const char* name) { return command_checked(s, *find_command(name)); };
-  const auto only = [&](std::initializer_list<const char*> group, const char* which) {
-    for (const char* name : group)
-      EXPECT_EQ(checked(name), std::string_view(name) == which) << name << " with " << which;
+  // Each of a group, when run, is the only one that is marked.
+  const auto run_each = [&](std::initializer_list<const char*> group,
+                            std::initializer_list<const char*> run) {
+    for (const char* which : run) {
+      run_command(s, which);
+      for (const char* name : group)
+        EXPECT_EQ(checked(name), std::string_view(name) == which) << name << " with " << which;
+    }
   };
   s.firstRun = true;
-  for (const char* step : {"schriwh", "schriwg", "schriwn"}) {
-    run_command(s, step);
-    only({"schriwh", "schriwg", "schriwn"}, step);
-  }
-  const auto steps = {"oneproz", "twoproz", "threeproz", "inpercent", "inweight"};
-  for (const char* step : {"oneproz", "twoproz", "threeproz"}) {
-    run_command(s, step);
-    only(steps, step);
-  }
   user.inputs = {"2.5", "0.05"};
-  run_command(s, "inpercent");
-  only(steps, "inpercent");
-  run_command(s, "inweight");
-  only(steps, "inweight");
-  for (const int tolerance : {3, 5, 10, 15}) {
-    run_command(s, "ldba" + std::to_string(tolerance));
-    EXPECT_EQ(s.options.batols, tolerance);
-    only({"ldba3", "ldba5", "ldba10", "ldba15"}, ("ldba" + std::to_string(tolerance)).c_str());
-  }
+  run_each({"schriwh", "schriwg", "schriwn"}, {"schriwh", "schriwg", "schriwn"});
+  const auto steps = {"oneproz", "twoproz", "threeproz", "inpercent", "inweight"};
+  run_each(steps, steps);
+  const auto tolerances = {"ldba3", "ldba5", "ldba10", "ldba15"};
+  run_each(tolerances, tolerances);
+  EXPECT_EQ(s.options.batols, 15);
   s.options.batols = 7;
-  only({"ldba3", "ldba5", "ldba10", "ldba15"}, "ldba5");
-  run_command(s, "pp_tab");
-  only({"pp_tab", "ld_tab", "nodia", "weg_press", "Zeit_press_vel"}, "pp_tab");
-  EXPECT_TRUE(command_enabled(s, *find_command("ppsort")));
-  run_command(s, "Zeit_press_vel");
+  EXPECT_TRUE(checked("ldba5"));
+  run_each({"pp_tab", "ld_tab", "nodia", "weg_press", "Zeit_press_vel"}, {"pp_tab", "Zeit_press_vel"});
   EXPECT_FALSE(command_enabled(s, *find_command("ppsort")));
-  run_command(s, "bars");
-  only({"mpas", "bars"}, "bars");
-  run_command(s, "imperial");
-  only({"metric", "imperial"}, "imperial");
+  run_each({"mpas", "bars"}, {"bars", "mpas"});
+  run_each({"metric", "imperial"}, {"metric", "imperial"});
   EXPECT_TRUE(checked("toggleunits")) << "the output window starts from it";
-  run_command(s, "qstart");
-  EXPECT_TRUE(checked("qstart"));
-  run_command(s, "qstart");
-  EXPECT_FALSE(checked("qstart"));
+  for (const bool open : {true, false}) {
+    run_command(s, "qstart");
+    EXPECT_EQ(checked("qstart"), open);
+  }
   run_command(s, "sysding");
   EXPECT_TRUE(checked("sysding") && !s.sound);
 }
@@ -128,17 +94,6 @@ TEST_F(Commands, EntriesOfResultsFollowThem) {
   EXPECT_TRUE(enabled("toexcel"));
   SetDisplayMode(s, -1);
   EXPECT_FALSE(enabled("toexcel")) << "the table is of another charge than the valid results";
-}
-
-TEST_F(Commands, KeysReachScreensAndMenus) {
-  load("308_winchester_168");
-  s.firstRun = false;
-  EXPECT_TRUE(key(s, "Form3", "F5"));
-  EXPECT_TRUE(s.valid.results);
-  open_screen(s, "frmFast");
-  EXPECT_TRUE(key(s, "frmFast", "Escape"));
-  EXPECT_FALSE(s.screens["frmFast"].visible);
-  EXPECT_FALSE(key(s, "Form3", "F12"));
 }
 
 // What a form captions: frames, labels, boxes, options and buttons.

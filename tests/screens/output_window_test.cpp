@@ -60,52 +60,6 @@ TEST_F(OutputWindow, ShowsTheRunAndMarksItWhenStale) {
   EXPECT_FALSE(output_shows_text(s));
 }
 
-TEST_F(OutputWindow, AClickBesideAnAxisFitsTheLoadAndCanBeUndone) {
-  load("308_winchester_168");
-  ASSERT_EQ(recalculate(s), -1);
-  struct Band {
-    int type;
-    bool barrel;
-    double across, up;  // of the plot: 0 to 1 inside, beyond beside it
-    std::function<double(const Session&)> value;
-  };
-  const auto peak = [](const Session& x) { return x.result.pMax / 1e6; };
-  const auto velocity = [](const Session& x) { return x.result.vMuzzle; };
-  const Band bands[] = {
-      {1, false, -0.01, 0.6, peak},
-      {2, false, -0.01, 0.9, velocity},
-      {3, false, 1.01, 0.9, velocity},
-      {4, false, -0.01, 0.6, peak},
-      {5, false, -0.01, 0.9, velocity},
-      {6, false, 1.01, 0.9, velocity},
-      {6, false, 0.95, -0.01, [](const Session& x) { return -x.result.tStart * 1000; }},
-      {1, false, 0.9, -0.01, [](const Session& x) { return x.state.dim.Wob; }},
-      {1, true, 0.9, -0.01, [](const Session& x) { return x.state.dim.Llen * 25.4; }},
-  };
-  for (const Band& band : bands) {
-    SCOPED_TRACE(std::to_string(band.type) + " at " + std::to_string(band.across));
-    SetDisplayMode(s, band.type);
-    s.options.gbrlen = band.barrel;
-    const CalcState before = s.state;
-    const DiagramFrame f = output_diagram(s, 800, 600, estimated_text_width).frame;
-    const Point at{f.left + band.across * (f.right - f.left), f.bottom - band.up * (f.bottom - f.top)};
-    const auto wanted = fit_click(f, diagram_options(s), at);
-    ASSERT_TRUE(wanted.has_value());
-    EXPECT_FALSE(click_output(s, f, {f.left + 50, f.bottom - 50})) << "inside the plot";
-    ASSERT_TRUE(click_output(s, f, at));
-    EXPECT_TRUE(s.valid.results);
-    EXPECT_TRUE(shown(s, "frmMAIN", "status_line").text.starts_with(s.language.fastmsg("ffitted")));
-    if (wanted->mode != 2) {
-      EXPECT_NEAR(band.value(s), wanted->value, 0.0005 * wanted->value);
-    }
-    undo_fit(s);
-    EXPECT_FALSE(s.valid.results);
-    EXPECT_EQ(s.state.chargeGr, before.chargeGr);
-    EXPECT_EQ(s.state.dim, before.dim);
-    ASSERT_EQ(recalculate(s), -1);
-  }
-}
-
 TEST_F(OutputWindow, ChosenColoursStandForThoseOfThePalette) {
   const Colour green{0, 120, 0, 255}, blue{0, 0, 200, 255};
   s.output.colours = {.paper = {}, .left = green, .right = blue};
@@ -149,29 +103,6 @@ TEST_F(OutputWindow, ASectionEndsWithItsShotAndItsAxes) {
   EXPECT_EQ(s.output.view.x.to, 1);
   const Diagram exported = output_diagram(s, 700, 500, estimated_text_width);
   EXPECT_GT(exported.frame.x_from, 0) << "what is exported is what is seen";
-}
-
-TEST_F(OutputWindow, TellsWhichLinesHeadItsColumns) {
-  load("308_winchester_168");
-  s.options.bamint = 0.6, s.options.bamaxt = 0.72;
-  for (const int mode : {0, -1, -2}) {
-    SetDisplayMode(s, mode);
-    EXPECT_EQ(output_text_view(s).head_lines, 0) << mode << ": nothing there yet";
-    ASSERT_EQ(recalculate(s), -1);
-    for (const bool stale : {false, true}) {
-      s.valid.results = s.valid.load_table = s.valid.powder_table = !stale;
-      const OutputText view = output_text_view(s);
-      std::vector<std::string> lines(1);
-      for (const char c : view.text) c == '\n' ? void(lines.emplace_back()) : void(lines.back() += c);
-      const auto first = static_cast<std::size_t>(view.head_line);
-      ASSERT_GT(view.head_lines, 0) << mode;
-      EXPECT_EQ(view.head_lines, mode == 0 ? 1 : mode == -1 ? 2 : 3);
-      const char* words[] = {"p(MPa)", "Pmax", "Pmax"};
-      EXPECT_NE(lines.at(first).find(words[-mode]), std::string::npos) << lines.at(first);
-      const std::string& row = lines.at(first + static_cast<std::size_t>(view.head_lines) + (mode == -1));
-      EXPECT_NE(row.find_first_of("0123456789"), std::string::npos) << row;
-    }
-  }
 }
 
 }  // namespace

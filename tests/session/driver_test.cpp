@@ -98,17 +98,6 @@ TEST_F(Driver, EveryInputMakesResultsAndTablesStaleAndNothingElseDoes) {
   EXPECT_FALSE(s.valid.load_table);
 }
 
-TEST_F(Driver, StepSetting) {
-  calculated();
-  setStep(s, 7);
-  EXPECT_EQ(s.state.schrit, 0);
-  EXPECT_FALSE(s.valid.results);
-  setStep(s, 2);
-  EXPECT_EQ(s.options.schrit, 2);
-  calculated();
-  EXPECT_EQ(text("Form5", "Sdau"), " n.a.");
-}
-
 TEST_F(Driver, LoadTableInPlaceOfTheShotLeavesTheLoadAsItWas) {
   calculated();
   const CalcState single = s.state;
@@ -127,29 +116,23 @@ TEST_F(Driver, LoadTableInPlaceOfTheShotLeavesTheLoadAsItWas) {
 TEST_F(Driver, LoadTableStepByWeight) {
   calculated();
   user.inputs = {std::nullopt, "9.1", "0,5"};
-  ask_percent_step(s);
-  ask_percent_step(s);
-  EXPECT_EQ(s.options.ldstep, 1);
-  EXPECT_TRUE(s.valid.results);
-  ask_percent_step(s);
-  EXPECT_EQ(s.options.ldstep, 0.5);
-  EXPECT_TRUE(s.options.ldperc);
+  for (const double step : {1.0, 1.0, 0.5}) {
+    ask_percent_step(s);
+    EXPECT_EQ(s.options.ldstep, step);
+  }
   set_unit_mode(s, UnitMode::imperial);
   user.inputs = {"5.01", "0.5"};
   ask_weight_step(s);
-  EXPECT_FALSE(s.options.ldweight);
+  EXPECT_TRUE(s.options.ldperc && !s.options.ldweight);
   ask_weight_step(s);
-  EXPECT_TRUE(s.options.ldweight);
-  EXPECT_FALSE(s.options.ldperc);
+  EXPECT_TRUE(s.options.ldweight && !s.options.ldperc);
   EXPECT_DOUBLE_EQ(s.options.ldstep, 50 / s.state.chargeGr) << "stored at once";
   s.state.chargeGr = 40;
   settle_steps(s);
   EXPECT_EQ(s.options.ldstep, 1.25) << "the weight stands, the percentage follows the charge";
   SetDisplayMode(s, -1);
   calculated();
-  EXPECT_EQ(s.options.ldstep, 1.25);
   EXPECT_NEAR(s.tables.load.charge[0], 35, 1e-9);
-  EXPECT_NEAR(s.tables.load.charge[15], 42.5, 1e-9);
   set_unit_mode(s, UnitMode::metric);
   user.inputs = {"0.3x", "0.05"};
   ask_weight_step(s);
@@ -173,9 +156,7 @@ TEST_F(Driver, PowderTableLeavesTheLoadAsItWasAndCancelKeepsTheRowsDone) {
   EXPECT_GE(rows, 3U);
   for (const PowderRow& r : s.tables.powder.rows)
     EXPECT_TRUE(r.status != RowStatus::ok || std::fabs(r.cell(1) - 780) <= 0.15) << r.name;
-  CalcState after = s.state;
-  after.tableKind = 0;
-  EXPECT_TRUE(after == single);
+  EXPECT_TRUE(s.state == single);
   EXPECT_EQ(text("Form5", "Mgas"), panel);
 
   calculated();  // a finished table is left for a diagram
@@ -190,28 +171,6 @@ TEST_F(Driver, PowderTableLeavesTheLoadAsItWasAndCancelKeepsTheRowsDone) {
   EXPECT_TRUE(s.state == single);
   EXPECT_TRUE(s.tables.powder.cancelled);
   EXPECT_LT(s.tables.powder.rows.size(), rows);
-}
-
-TEST_F(Driver, ATableThatBreaksOffLeavesEverythingAsItWas) {
-  s.options.bamint = 0.55, s.options.bamaxt = 0.75;
-  SetDisplayMode(s, -2);
-  calculated();
-  SetDisplayMode(s, -2);
-  const CalcState before = s.state;
-  const std::string table = output_text(s);
-  const auto curve = s.curve.p;
-  int asked = 0;
-  user.wants_to_cancel = [&]() -> bool {
-    EXPECT_EQ(s.curve.p, curve) << "what is painted meanwhile is the load's own shot";
-    if (++asked > 2) throw std::runtime_error("the roof fell in");
-    return false;
-  };
-  EXPECT_ANY_THROW(recalculate(s));
-  EXPECT_EQ(asked, 3);
-  EXPECT_TRUE(s.state == before);
-  EXPECT_EQ(s.curve.p, curve);
-  EXPECT_EQ(user.waiting, 0);
-  EXPECT_EQ(output_text(s), table) << "the table before still stands";
 }
 
 TEST_F(Driver, FitMeetsItsTargetInFiveModesAndIsUndone) {
@@ -260,17 +219,12 @@ TEST_F(Driver, FitThatCannotBeMetLeavesTheLoad) {
   calculated();
   const CalcState before = s.state;
   user.forget();
-  FitChargeToTarget(s, -3, 0);
-  FitChargeToTarget(s, 0.9, 3);
-  EXPECT_EQ(user.count("beep"), 2);
-  EXPECT_TRUE(s.state == before);
-  user.forget();
-  FitChargeToTarget(s, 5000, 1);
+  for (const auto& [target, mode] : {std::pair{-3.0, 0}, {0.9, 3}, {5000.0, 1}}) {
+    FitChargeToTarget(s, target, mode);
+    EXPECT_TRUE(s.state == before && s.valid.results && !can_undo_fit(s)) << target;
+  }
+  EXPECT_EQ(user.count("beep"), 3);
   EXPECT_EQ(user.box_keys(), "msg159 msg160");
-  EXPECT_TRUE(s.state == before);
-  EXPECT_TRUE(s.valid.results);
-  EXPECT_FALSE(can_undo_fit(s));
-  EXPECT_EQ(text("frmMAIN", "status_line"), "");
   s.output.imperial = true;
   FitChargeToTarget(s, 45000, 0);
   EXPECT_NEAR(s.result.pMax / 6894.76, 45000, 10);
@@ -317,24 +271,6 @@ TEST_F(Driver, AModelWithoutASolutionIsTold) {
   EXPECT_FALSE(s.valid.results);
   EXPECT_EQ(text("Form5", "Vnull"), "0");
   EXPECT_NE(text("Form5", "merker").find(s.language.fastmsg("fwarn14")), std::string::npos);
-}
-
-// Hardly any progressivity under a start pressure: the burn is lost in its own rounding and the walk never
-// ends.
-TEST_F(Driver, AWalkThatDoesNotEndShowsNoFigures) {
-  calculated();
-  s.state.Exw = 3040, s.state.Kap = 1.73, s.state.Ba0 = 0.061, s.state.PDko = 3.22e-6, s.state.Limz1 = 1;
-  s.state.chargeGr = 1.92, s.state.start_pressure = 2.23e6, s.state.dim.Bwg = 81.1;
-  user.forget();
-  EXPECT_EQ(recalculate(s), 0);
-  EXPECT_EQ(user.box_keys(), "msg152");
-  EXPECT_EQ(user.boxes.at(0).title, "Ternovale " + s.language.msg(75));
-  EXPECT_FALSE(s.valid.results);
-  refresh_screens(s);
-  EXPECT_EQ(s.screens["Form5"].paper, Paper::failed);
-  language_switch(s, "german");
-  for (const char* name : {"Mgas", "Vnull", "Sdau", "Vbrannt"}) EXPECT_EQ(text("Form5", name), "");
-  EXPECT_NE(text("Form5", "merker").find(s.language.fastmsg("fwarn13")), std::string::npos);
 }
 
 TEST_F(Driver, AStuckBulletShowsNothingGood) {

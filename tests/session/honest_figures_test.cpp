@@ -36,18 +36,6 @@ TEST_F(HonestFigures, ALoadThatIsOpenedEndsTheEntryOfTheFormerOne) {
   EXPECT_TRUE(s.state == opened) << "nothing of the rifle's load is left";
 }
 
-TEST_F(HonestFigures, HeadLinesTellTheLengthThatRan) {
-  type("Form3", "ssdz", "0.1");
-  ASSERT_EQ(recalculate(s), -1);
-  EXPECT_NEAR(s.state.dim.Plen, 2.953, 0.001);
-  EXPECT_EQ(s.shown.block.Plenz, "2.953");
-  EXPECT_EQ(text("Form3", "Plenz"), "2.953");
-  focus_field(s, "Form3", "ssdz");
-  edit_field(s, "Form3", "ssdz", "0.2");
-  ASSERT_EQ(recalculate(s), -1);
-  EXPECT_EQ(s.shown.block.Plenz, stored_text(s, s.state.dim.Plen, 1)) << "also while the field lags";
-}
-
 TEST_F(HonestFigures, ASavedLoadComesBackAsItRan) {
   load("44_magnum_240");
   type("Form4", "MPgn", "8");
@@ -114,14 +102,6 @@ TEST_F(HonestFigures, OddTextsOfALoadAreTold) {
   EXPECT_EQ(s.state.dim.tail_type, kFlatBase);
 }
 
-TEST_F(HonestFigures, FrictionGivesTheStepBack) {
-  setStep(s, 2);
-  load("8x57_is_196_friction");
-  EXPECT_EQ(s.state.schrit, 1);
-  load("308_winchester_168");
-  EXPECT_EQ(s.state.schrit, 2);
-}
-
 TEST_F(HonestFigures, CalculatingLeavesTheFieldInUse) {
   focus_field(s, "Form4", "MPgn");
   edit_field(s, "Form4", "MPgn", "37");
@@ -141,13 +121,6 @@ TEST_F(HonestFigures, AnEndThatCannotSaveAsks) {
   EXPECT_FALSE(ask_to_end(s));
   EXPECT_TRUE(ask_to_end(s));
   EXPECT_EQ(user.box_keys(), "msg420; msg429; msg420; msg429");
-}
-
-TEST_F(HonestFigures, AStepByWeightSurvives) {
-  s.unit_mode = UnitMode::imperial;
-  user.inputs = {"0.387"};
-  ask_weight_step(s);
-  EXPECT_NEAR(s.options.ldstep, 1.0, 1e-12);
 }
 
 }  // namespace

@@ -43,8 +43,7 @@ const Refusal kRefusals[] = {
      "Form3.Zkalm"},
     {"capacity", [](Session& s) { empty(s, "Volfgn"); }, "", "Form3.Volfgn"},
     {"barrel too short", [](Session& s) { s.state.dim.Llen = 1.5; }, "msg178 msg179", "Form3.Llenz"},
-    {"bullet fills the case", [](Session& s) { s.state.dim.Volf = 2; }, "msg180", "Form3.Plenm"},
-};
+    {"bullet fills the case", [](Session& s) { s.state.dim.Volf = 2; }, "msg180", "Form3.Plenm"}};
 
 TEST_F(InputCheck, RefusesInItsOrderWithOneBeepAndTheFocusInTheField) {
   for (const Refusal& r : kRefusals) {
@@ -61,51 +60,6 @@ TEST_F(InputCheck, RefusesInItsOrderWithOneBeepAndTheFocusInTheField) {
     EXPECT_EQ(user.count("beep"), 1);
     EXPECT_TRUE(s.valid.results) << "the last results stand as they were";
   }
-}
-
-TEST_F(InputCheck, RefusesPowderValuesInTheirOrder) {
-  struct Case {
-    const char* field;
-    double CalcState::*value;
-    double below, above, least, most;
-  };
-  const Case cases[] = {{"Exw", &CalcState::Exw, 0.99, 10000.1, 1, 10000},
-                        {"Ba0", &CalcState::Ba0, 0.00099, 1000.1, 0.001, 1000},
-                        {"Kap", &CalcState::Kap, 1.0009, 2, 1.001, 1.999},
-                        {"PDko", &CalcState::PDko, -1, 10000.1, -0.99, 10000},
-                        {"Limz1", &CalcState::Limz1, 0.009, 1.001, 0.01, 1},
-                        {"Pdens", &CalcState::Pdens, 0.0009, 100.1, 0.001, 100}};
-  transferInputs(s);
-  convertUnits(s.state);
-  const CalcState good = s.state;
-  const auto told = [&](const Case& c, double value) {
-    s.state = good;
-    s.state.*c.value = value;
-    user.forget();
-    prepare_shot_checked(s);
-    return user.last_focus();
-  };
-  for (const Case& c : cases) {
-    for (const double bad : {c.below, c.above}) {
-      EXPECT_EQ(told(c, bad), std::string("Form4.") + c.field) << bad;
-      EXPECT_EQ(user.box_keys(), "fpow msg156");
-      EXPECT_EQ(user.boxes[0].title, "Ternovale: " + s.language.fastmsg("fehlEG"));
-      EXPECT_EQ(user.count("beep"), 1);
-      EXPECT_EQ(user.last_front(), "Form4");
-    }
-    for (const double good_value : {c.least, c.most})
-      EXPECT_EQ(told(c, good_value).find(c.field), std::string::npos) << c.field << good_value;
-  }
-  s.state = good;
-  s.state.chargeGr = 0;
-  user.forget();
-  prepare_shot_checked(s);
-  EXPECT_EQ(user.last_focus(), "Form4.MPgn");
-  s.state.chargeGr = 10000;
-  user.forget();
-  prepare_shot_checked(s);
-  EXPECT_EQ(user.box_keys(), "msg182");
-  EXPECT_EQ(user.last_focus(), "Form4.MPgn");
 }
 
 struct Warning {
@@ -130,8 +84,7 @@ const Warning kWarnings[] = {
     {"bullet stands off", [](Session& s) { s.state.dim.TAIL = false, s.state.dim.Bsd = -0.01; },
      "msg174 msg175 msg176", 1},
     {"body stands off", [](Session& s) { s.state.dim.Bsd = 0.1; }, "msg177", 1},
-    {"Sebert of 12", [](Session& s) { s.state.dim.sebf = 12; }, "", 0},
-};
+    {"Sebert of 12", [](Session& s) { s.state.dim.sebf = 12; }, "", 0}};
 
 TEST_F(InputCheck, WarnsAndGoesOn) {
   for (const Warning& w : kWarnings) {
@@ -198,17 +151,6 @@ TEST_F(InputCheck, RefusesAStartPressureThatTheBurntPowderDoesNotReach) {
   EXPECT_EQ(user.box_keys(), "msg144");
   EXPECT_EQ(user.last_focus(), "Form4.ini_press1");
   EXPECT_EQ(user.last_front(), "Form4");
-}
-
-TEST_F(InputCheck, SilentCheckBeepsOnlyForARefusal) {
-  s.silent = true;
-  s.state.dim.qfq = 2 * circle(s);
-  transferInputs(s);
-  EXPECT_TRUE(user.events.empty());
-  s.state.dim.Llen = 1;
-  transferInputs(s);
-  EXPECT_EQ(user.count("beep"), 1);
-  EXPECT_TRUE(user.boxes.empty());
 }
 
 }  // namespace

@@ -166,19 +166,6 @@ TEST_F(TakeRecords, BulletListFollowsTheCalibre) {
   EXPECT_FALSE(s.inputsOk) << "no bullet of the calibre is no bullet";
 }
 
-TEST_F(TakeRecords, TailAndCoatingOfThePickedBullet) {
-  load("308_winchester_168");
-  ASSERT_TRUE(s.state.dim.TAIL);
-  s.load.fproof = shown(s, "Form3", "fproof").checked = true;
-  pick("Form3", "Bnam", ".308 , 150 , SP");
-  EXPECT_FALSE(s.state.dim.TAIL) << "a flat base has no tail";
-  EXPECT_FALSE(shown(s, "Form3", "TAIL").checked);
-  EXPECT_FALSE(shown(s, "Form3", "fproof").checked);
-  EXPECT_EQ(s.state.start_pressure, 25e6) << "that of the record, not divided by the factor";
-  EXPECT_EQ(s.state.dim.ssd, s.state.dim.Bsd);
-  EXPECT_DOUBLE_EQ(s.state.dim.Bsd, s.state.dim.Hlen + s.state.dim.Glen - s.state.dim.Plen);
-}
-
 TEST_F(TakeRecords, WholeNumbersOfADamagedRecord) {
   Record damaged = bullet(".308 , 1 , d", "150", ".308", "");
   damaged[bullet_field::tail_type] = "-1E300";
@@ -189,13 +176,6 @@ TEST_F(TakeRecords, WholeNumbersOfADamagedRecord) {
   damaged[cartridge_field::bore] = ".308\u00A6.1\u00A6.3\u00A6.1\u00A61E300\u00A6-1E300";
   take_cartridge(s, add_row(RecordKind::cartridges, damaged));
   EXPECT_EQ(s.load.Shape + s.load.ZZ_no + s.load.Polyg, 0);
-}
-
-TEST_F(TakeRecords, NoSelectionDoesNothing) {
-  load("308_winchester_168");
-  const CalcState before = s.state;
-  for (const auto take : {take_cartridge, take_bullet, take_powder}) take(s, -1);
-  EXPECT_TRUE(s.state == before);
 }
 
 TEST_F(TakeRecords, FirstLoadByPicksAndEntriesEqualsTheLoadFile) {

@@ -127,36 +127,6 @@ TEST(TableText, PointList) {
   EXPECT_EQ(DrawPointList({head.block, shot.curve, 5, 2}, l, {}).text.find("ms)"), std::string::npos);
 }
 
-TEST(TableText, MarksAtTheirLimits) {
-  EXPECT_EQ(pressure_mark(395.01, 400), Mark::over_limit);
-  EXPECT_EQ(pressure_mark(395, 400), Mark::near_limit);
-  EXPECT_EQ(pressure_mark(340.01, 400), Mark::near_limit);
-  EXPECT_EQ(pressure_mark(340, 400), Mark::none);
-  EXPECT_EQ(pressure_mark(900, 0), Mark::unknown);
-}
-
-TEST(TableText, ARatioThatCannotBeComputedIsAQuestionMark) {
-  LoadTable table = load_table(0.92, 415, 0);
-  table.inputs.Veffm = 0;
-  const std::string text = DrawLoadTableText(table, test::language(), {}).text;
-  EXPECT_NE(text.find("-45.0    ?"), std::string::npos) << text;
-}
-
-// Words of the language stand at the right edges of their columns, however long they are.
-TEST(TableText, UnitWordsFollowTheLanguage) {
-  for (const std::string name : {"english", "german", "french", "russian"}) {
-    Language l;
-    ASSERT_EQ(l.read(std::string(TV_SHARE_DIR) + "/lan/tn_" + name + ".lan"), LanguageRead::good);
-    const std::string text = DrawLoadTableText(load_table(0.92, 0, 0), l, {}).text;
-    const std::size_t end = text.find("    MPa    MPa      %");
-    ASSERT_NE(end, std::string::npos) << name;
-    const std::string line = text.substr(text.rfind('\n', end) + 1, end - text.rfind('\n', end) - 1);
-    EXPECT_EQ(line, " %       %" + pad_left(l.fastmsg("fgramm"), 9) + "    m/s" +
-                        pad_left(l.fastmsg("fjoule"), 8) + " ")
-        << name;
-  }
-}
-
 // The figures of the load's own row against the shot, in every unit, by conversions told here anew.
 TEST(TableData, FiguresInEveryUnitAndTheShareOfTheLimit) {
   const LoadTable t = load_table(0.92, 415, 0);

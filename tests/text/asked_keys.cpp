@@ -22,19 +22,16 @@ struct Asking {
 Key message(const std::smatch& m) { return {"messages", m[1].str() + "msg"}; }
 Key fast(const std::smatch& m) { return {"fastmsg", m[1].str() + m[2].str()}; }
 
-const Asking kAskings[] = {
-    {R"(\bmsg\((\d+)\))", message},
-    {R"(\bfileout\((\d+)\))",
-     [](const std::smatch& m) {
-       return Key{"fileout", m[1].str() + "txt"};
-     }},
-    {R"re(\bfast(?:msg)?\("(\w+)"()\))re", fast},
-    {R"re(\bfastmsg\("(\w+)", (\d+)\))re", fast},
-    {R"re(\b(?:text|caption)\("(\w+)", "(\w+)"\))re",
-     [](const std::smatch& m) {
-       return Key{m[1], m[2]};
-     }},
-};
+const Asking kAskings[] = {{R"(\bmsg\((\d+)\))", message},
+                           {R"(\bfileout\((\d+)\))",
+                            [](const std::smatch& m) {
+                              return Key{"fileout", m[1].str() + "txt"};
+                            }},
+                           {R"re(\bfast(?:msg)?\("(\w+)"()\))re", fast},
+                           {R"re(\bfastmsg\("(\w+)", (\d+)\))re", fast},
+                           {R"re(\b(?:text|caption)\("(\w+)", "(\w+)"\))re", [](const std::smatch& m) {
+                              return Key{m[1], m[2]};
+                            }}};
 
 // text(screen, control) reads a field, not the language file.
 bool is_screen(const std::string& section) {

@@ -36,16 +36,6 @@ TEST(CodePage, KnownCharacters) {
   EXPECT_EQ(code_page_named(""), CodePage::cp1252);
 }
 
-TEST(CodePage, MalformedTextIsPassedAsSingleBytes) {
-  for (const char* text :
-       {"a\xE9z", "\xC0\xAF", "\xED\xA0\x80", "\xF4\x90\x80\x80", "\xE2\x82", "\x80", "\xFF\xFE"}) {
-    const std::string_view view = text;
-    EXPECT_EQ(from_utf8(view, CodePage::cp1252), view);
-    EXPECT_EQ(length(view), view.size());
-    EXPECT_EQ(upper(lower(view)).size(), view.size());
-  }
-}
-
 TEST(Characters, WidthsCountCharactersNotBytes) {
   EXPECT_EQ(left("Größe", 3), "Grö");
   EXPECT_EQ(left("ab", 5), "ab");

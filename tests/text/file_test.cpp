@@ -2,14 +2,10 @@
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <cerrno>
-#include <csignal>
-#include <cstdlib>
 #include <filesystem>
-#include <random>
 #include <string>
 
 #include "temp_folder.h"
@@ -161,56 +157,6 @@ TEST(WriteFile, FailingAtAnyStepLeavesTheOldFileOrTheNewOne) {
   }
 }
 
-// Versions of a file as long as their number tells, so that a part of one, or of two, is known.
-std::string version(int n) {
-  std::string bytes = "version " + std::to_string(n) + "\n";
-  while (bytes.size() < 3000U + 7919U * static_cast<unsigned>(n) % 50000U) bytes += bytes;
-  return bytes + "end";
-}
-
-// The number of the whole version that the bytes are; -1 if they are none.
-int version_of(const std::string& bytes) {
-  const int n = bytes.starts_with("version ") ? std::atoi(bytes.c_str() + 8) : -1;
-  return n >= 0 && bytes == version(n) ? n : -1;
-}
-
-[[noreturn]] void write_versions(const std::string& file, const std::string& backup, int first) {
-  for (int n = first;; ++n)
-    if (write_file(file, version(n), backup) != kNoFailure) _exit(1);
-}
-
-// A program that does nothing but save is killed, again and again, wherever it happens to be; who reads
-// meanwhile finds whole files too.
-TEST(WriteFile, KilledAtAnyMomentLeavesWholeFiles) {
-  TempFolder at;
-  const std::string file = at / "a.dat", backup = at / "a.bak";
-  for (int n : {0, 1}) ASSERT_EQ(write_file(file, version(n), backup), kNoFailure);
-  std::mt19937 random(1);
-  int last = 1;
-  for (int kills = 0; kills < 36; ++kills) {
-    const pid_t child = fork();
-    ASSERT_GE(child, 0);
-    if (child == 0) write_versions(file, backup, last + 1);
-    int seen = last;
-    siginfo_t ended{};
-    while (seen == last && ended.si_pid == 0) {
-      seen = version_of(read_file(file).bytes);
-      waitid(P_PID, static_cast<id_t>(child), &ended, WEXITED | WNOHANG | WNOWAIT);
-    }
-    usleep(static_cast<useconds_t>(random() % 8000));
-    kill(child, SIGKILL);
-    int status = 0;
-    ASSERT_EQ(waitpid(child, &status, 0), child);
-    ASSERT_TRUE(WIFSIGNALED(status)) << "a write failed";
-    ASSERT_GT(seen, last) << "the file was not whole";
-    const int found = version_of(read_file(file).bytes), former = version_of(read_file(backup).bytes);
-    ASSERT_GE(found, seen) << "neither the old file nor the new one";
-    // Between the two changes of names the present file is its own backup.
-    ASSERT_TRUE(former == found || former == found - 1) << former << " is not the version before " << found;
-    last = found;
-  }
-}
-
 TEST(WriteFile, MapsTheSystemsErrors) {
   TempFolder at;
   const struct {
@@ -246,16 +192,14 @@ TEST(ResolvePath, FindsNamesThatDifferInCase) {
   }
   const struct {
     const char *asked, *found;
-  } cases[] = {
-      {"data/exact.DAT", "data/exact.DAT"},
-      {"data\\exact.dat", "data/exact.DAT"},
-      {"DATA\\EXACT.dat", "data/exact.DAT"},
-      {"data/powders/ÜNDER.PRO", "Data/Powders/Ünder.pro"},  // the other folder holds it
-      {"data/two.x", "data/Two.x"},
-      {"data/none.x", "data/none.x"},
-      {"Data", "Data"},
-      {"../none", "../none"},
-  };
+  } cases[] = {{"data/exact.DAT", "data/exact.DAT"},
+               {"data\\exact.dat", "data/exact.DAT"},
+               {"DATA\\EXACT.dat", "data/exact.DAT"},
+               {"data/powders/ÜNDER.PRO", "Data/Powders/Ünder.pro"},  // the other folder holds it
+               {"data/two.x", "data/Two.x"},
+               {"data/none.x", "data/none.x"},
+               {"Data", "Data"},
+               {"../none", "../none"}};
   for (const auto& c : cases) {
     EXPECT_EQ(resolve_path(at.path(), c.asked), at / c.found);
     EXPECT_EQ(resolve_path(at.path().substr(0, at.path().size() - 1), c.asked), at / c.found);
@@ -276,17 +220,6 @@ TEST(FilesIn, FitsPatternsWithoutCase) {
   EXPECT_EQ(files_in(at.path(), "*.*").size(), 5u);
   EXPECT_EQ(files_in(at.path(), "*l*l"), Names{});
   EXPECT_TRUE(files_in(at / "none", "*").empty());
-}
-
-TEST(FileNames, AreTakenApart) {
-  EXPECT_EQ(file_folder("data/x/a.dat"), "data/x/");
-  EXPECT_EQ(file_folder("a.dat"), "");
-  EXPECT_EQ(file_name_only("data/x/a.b.dat"), "a.b.dat");
-  EXPECT_EQ(file_stem("data.d/ternofw."), "ternofw");
-  EXPECT_EQ(file_stem("data.d/name"), "name");
-  EXPECT_EQ(file_extension("data.d/name"), "");
-  EXPECT_EQ(file_extension("a.b.Dat"), "DAT");
-  EXPECT_TRUE(file_has_extension("a.DaT", "dat"));
 }
 
 }  // namespace

