@@ -4,7 +4,6 @@
 #include <array>
 
 #include "output/spreadsheet.h"
-#include "screens/all.h"
 #include "screens/output_window.h"
 #include "screens/print_pages.h"
 #include "session/data_sets.h"

@@ -34,4 +34,7 @@ bool command_checked(const Session& s, const Command& command);
 bool run_command(Session& s, std::string_view name);
 bool run_shortcut(Session& s, std::string_view key);  // "F5": the command that has it
 
+// The notes of the load, before it is saved or printed, where the user wants to be asked (primeryes).
+void ask_notes(Session& s);
+
 }  // namespace tv

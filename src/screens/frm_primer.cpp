@@ -4,10 +4,11 @@
 
 #include "calculators/load_notes.h"
 #include "data/record_file.h"
-#include "screens/all.h"
+#include "screens/commands.h"
 #include "session/clipboard.h"
 #include "session/entry.h"
 #include "session/file_names.h"
+#include "session/screen.h"
 #include "session/settings.h"
 #include "text/number.h"
 
