@@ -132,27 +132,6 @@ TEST(RecordFiles, ReadingEndsAtTheLimitOfTheKind) {
   }
 }
 
-TEST(RecordFiles, FindingsAreTexts) {
-  const auto texts = [](const RecordFindings& findings) {
-    std::string text;
-    for (const FindingText& piece : finding_texts(findings)) {
-      text += std::to_string(piece.message) + ' ' + piece.behind;
-    }
-    return text;
-  };
-  RecordFindings findings;
-  EXPECT_EQ(texts(findings), "");
-  findings.odd = {{3, "c", 4, false}, {5, "e", 21, true}};
-  findings.rows_beyond = 7;
-  findings.taken_for_head = 2;
-  findings.count_told = 9;
-  findings.count_found = 8;
-  EXPECT_EQ(texts(findings), "427 \n443 7\n444 2\n445 9, 446 8\n186 3, 187 c, 188 5\n442 5, 187 e\n189 ");
-  findings = {};
-  findings.odd.assign(100, {1, "x", 20, false});
-  EXPECT_EQ(finding_texts(findings).size(), 10u * 3 + 1);
-}
-
 TEST(RecordFiles, PowdersGetTheirMeanBurnRateAndRange) {
   EXPECT_EQ(mean_burn_rate(0.735, 1.2, 0.405, 1.5803), " 0.83");
   // Flat up to the limit, so that each of the seven terms is Ba.

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "data/settings_keys.h"
 #include "temp_folder.h"
 #include "text/number.h"
@@ -27,6 +29,34 @@ Options read(const std::string& bytes) {
 }
 
 }  // namespace
+
+// A key is the name of its member: no two of them are mixed up, whatever their defaults.
+template <class Member>
+void expect_named(Member OptionKey::*kind,
+                  std::initializer_list<std::pair<std::string_view, Member>> members) {
+  for (const auto& [name, member] : members) {
+    const auto key = std::ranges::find(option_keys(), name, &OptionKey::key);
+    EXPECT_TRUE(key != option_keys().end() && *key.*kind == member) << name;
+  }
+}
+#define MEMBER(name) \
+  std::pair { std::string_view(#name), &Options::name }
+
+TEST(Settings, StandUnderTheNameOfTheirMember) {
+  expect_named<double Options::*>(
+      &OptionKey::real,
+      {MEMBER(pri_font_siz), MEMBER(tiptim),     MEMBER(tipwid),      MEMBER(ldstep),   MEMBER(srchtl),
+       MEMBER(wisizx),       MEMBER(wisizy),     MEMBER(scrsiz),      MEMBER(tabsiz),   MEMBER(pritopcm),
+       MEMBER(prileftcm),    MEMBER(prirightcm), MEMBER(pribottomcm), MEMBER(twistlen), MEMBER(maxtab),
+       MEMBER(veltab),       MEMBER(bamaxt),     MEMBER(bamint),      MEMBER(lratio),   MEMBER(lv_min),
+       MEMBER(hratio),       MEMBER(lod2nd),     MEMBER(gunmas),      MEMBER(scopew),   MEMBER(gunhos),
+       MEMBER(gmoacli)});
+  expect_named<bool Options::*>(
+      &OptionKey::flag,
+      {MEMBER(toltip), MEMBER(metyes), MEMBER(ldweight), MEMBER(ldperc), MEMBER(primeryes), MEMBER(mpayes),
+       MEMBER(pcolor), MEMBER(maxshw), MEMBER(actshw), MEMBER(atiles), MEMBER(resize), MEMBER(symbol),
+       MEMBER(sortvol), MEMBER(intro_off), MEMBER(excel_yes), MEMBER(accept), MEMBER(nowarn)});
+}
 
 TEST(Settings, NothingOrNonsenseGivesTheDefaults) {
   expect_same(read(""), Options());

@@ -113,17 +113,5 @@ TEST(Curve, EnergyMotionAndMarksHoldAtEveryPoint) {
   EXPECT_LT(expansions, points) << "a literal bisection takes sixteen a point";
 }
 
-TEST(Curve, RowWithoutRoomLeavesTheFormerShot) {
-  static Shot shot;
-  ASSERT_TRUE(shot.run());
-  const double v = shot.r.vMuzzle;
-  shot.s.chargeKg = shot.s.caseM3 * shot.s.Pdens * 1000;
-  EXPECT_FALSE(quickShot(shot.s, shot.c, shot.r));
-  EXPECT_EQ(shot.r.vMuzzle, v);
-  shot.s.freeVol = 0.9 * kLeastFreeVol;
-  EXPECT_EQ(runShot(shot.s, shot.c, shot.r).end, ShotEnd::no_space);
-  EXPECT_EQ(shot.c.p[10], 0);
-}
-
 }  // namespace
 }  // namespace tv::test

@@ -57,18 +57,6 @@ TEST_F(Entry, PastedTextIsCleanedOrRefusedWhole) {
   EXPECT_NEAR(program.session.state.chargeGr, 2.45 * 15.432358353, 1e-9);
 }
 
-TEST_F(Entry, AMarkOfTheProgramIsReplacedByTyping) {
-  program.desk->act([&] { set_text(program.session, "Form3", "zul_P0", "?"); });
-  auto* field = enter("Form3", "zul_P0");
-  EXPECT_EQ(field->text(), "?");
-  field->end(false);
-  QTest::keyClicks(field, "x");
-  EXPECT_EQ(field->text(), "?") << "no rubbish behind a mark either";
-  field->selectAll();
-  QTest::keyClicks(field, "380");
-  EXPECT_EQ(field->text(), "380");
-}
-
 TEST_F(Entry, OutOfRangeIsMarkedSaidAndKept) {
   auto* field = enter("Form3", "Glenm");
   QTest::keyClicks(field, "5000");
@@ -147,17 +135,6 @@ TEST_F(Entry, EnterCalculatesFromABoxAndSpaceTogglesIt) {
   QTest::keyClick(box, Qt::Key_Return);
   EXPECT_TRUE(calculated());
   EXPECT_EQ(box->isChecked(), before);
-}
-
-TEST_F(Entry, TabbingThroughWritesNothing) {
-  calculate();
-  auto* field = enter("Form3", "Zkalm");
-  const CalcState before = program.session.state;
-  for (int i = 0; i < 12; ++i) QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
-  EXPECT_TRUE(calculated());
-  EXPECT_EQ(program.session.state.dim.Zkal, before.dim.Zkal);
-  EXPECT_EQ(program.session.state.dim.Plen, before.dim.Plen);
-  EXPECT_FALSE(field->hasFocus());
 }
 
 TEST_F(Entry, ALoadIsCalculatedByKeyByEnterAndByButton) {

@@ -57,7 +57,7 @@ TEST_F(Print, EveryPageTellsTheLoadTheNotesAndTheNotice) {
   EXPECT_FALSE(find_command("grf_akt")->enabled(s, *find_command("grf_akt"))) << "stale";
   program.desk->act([&] { press(s, "Form4", "CalcAll"); });
   const std::string cartridge = s.shown.block.cartridge;
-  set_text(s, "Form3", "HVolDat", "something else");
+  s.load.pattyp = "something else";
   s.state.dim.zul_P = 200;
   for (const int mode : {3, 6, 0}) {
     SetDisplayMode(s, mode);

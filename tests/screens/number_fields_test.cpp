@@ -280,5 +280,25 @@ TEST_F(NumberFields, BarsOfTheBandDoNotCross) {
   EXPECT_FALSE(move_bar(s, "FormPsel", "lratio", 5) || move_bar(s, "Form3", "scrminba", 5));
 }
 
+// A gun, picked and accepted, gives each of its numbers to its own place.
+TEST_F(NumberFields, AGunArrivesWhole) {
+  Record gun;
+  for (int i = 1; i < 20; ++i) gun[static_cast<std::size_t>(i)] = std::to_string(10 * i) + ".5";
+  gun[gun_field::name] = "mine";
+  gun[gun_field::CalDat] = ".308 Winchester";
+  gun[gun_field::gclidst] = "1";
+  add_row(RecordKind::guns, gun);
+  const auto stands = [&](int at) { return read_number(gun[static_cast<std::size_t>(at)]); };
+  open_screen(s, "frmGun");
+  pick("frmGun", "GunNam", "mine");
+  press(s, "frmGun", "F6ok");
+  EXPECT_NEAR(s.state.dim.Llen * 25.4, stands(gun_field::Llenm), 1e-9);
+  EXPECT_NEAR(s.options.gunhos * 25.4, stands(gun_field::vhmm), 1e-9);
+  EXPECT_NEAR(s.options.twistlen * 25.4, stands(gun_field::twlenmm), 1e-9);
+  EXPECT_EQ(s.options.gunmas, stands(gun_field::gun_weight_kg));
+  EXPECT_EQ(s.options.gmoacli, stands(gun_field::gmoacli));
+  EXPECT_EQ(s.state.dim.Volf, stands(gun_field::cartridge_copy));
+}
+
 }  // namespace
 }  // namespace tv_test

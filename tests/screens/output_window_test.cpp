@@ -2,10 +2,14 @@
 #include "screens/output_window.h"
 
 #include <functional>
+#include <sstream>
+#include <tuple>
 
 #include "output/spreadsheet.h"
 #include "screens/commands.h"
+#include "screens/print_pages.h"
 #include "session/started.h"
+#include "text/number.h"
 
 namespace tv_test {
 namespace {
@@ -58,6 +62,40 @@ TEST_F(OutputWindow, ShowsTheRunAndMarksItWhenStale) {
   EXPECT_TRUE(output_shows_text(s));
   output_switch(s);
   EXPECT_FALSE(output_shows_text(s));
+}
+
+TEST_F(OutputWindow, TellsThePeakInTheUnitsOfTheWindow) {
+  load("308_winchester_168");
+  ASSERT_EQ(recalculate(s), -1);
+  SetDisplayMode(s, 3);
+  for (const auto& [imperial, MPa, pascal, mps] :
+       {std::tuple{false, true, 1e6, 1.0}, {false, false, 1e5, 1.0}, {true, true, 6894.757, 0.3048}}) {
+    s.output.imperial = imperial;
+    set_pressure_unit(s, MPa);
+    const DiagramOptions options = diagram_options(s);
+    const DiagramFrame f = output_diagram(s, 800, 600, estimated_text_width).frame;
+    const double share = (s.result.xPeak * 1000 / options.distance_factor - f.x_from) / (f.x_to - f.x_from);
+    const auto told = read_out(f, options, {&s.state, &s.curve, &s.result, true},
+                               {f.left + share * (f.right - f.left), f.top + 9});
+    ASSERT_TRUE(told);
+    EXPECT_NEAR(read_number(told->y1), s.result.pMax / pascal, 2e-3 * s.result.pMax / pascal)
+        << imperial << MPa;
+    const auto peak = static_cast<std::size_t>(s.result.peakIdx);
+    EXPECT_NEAR(read_number(told->y2), s.curve.v[peak] / mps, 0.01 * s.curve.v[peak] / mps) << imperial;
+  }
+}
+
+TEST_F(OutputWindow, EveryLineOfATextIsOnPaperOnce) {
+  load("308_winchester_168");
+  SetDisplayMode(s, 0);
+  ASSERT_EQ(recalculate(s), -1);
+  std::string printed, lines;
+  for (const PrintPage& page : output_pages(s, {700, 500, "monospace", estimated_text_width}))
+    for (const DrawItem& item : page.at(1).list.items) printed += item.text + "\n";
+  std::istringstream text(output_text(s));
+  for (std::string line; std::getline(text, line);)
+    if (!line.empty()) lines += line + "\n";
+  EXPECT_EQ(printed, lines);
 }
 
 TEST_F(OutputWindow, ChosenColoursStandForThoseOfThePalette) {

@@ -103,11 +103,12 @@ TEST_F(Loads, ThatCannotBeReadChangeNothing) {
 
 TEST_F(Loads, AreNamedByTheDialogAndRemembered) {
   EXPECT_EQ(load_caption(s), "*   (Ternovale)");
-  user.files = {saved_as(at("data/te=st.dat"), "typed"), saved_as(at("data/a.txt"), "typed"),
+  user.files = {saved_as(at("data/" + std::string(252, 'n') + ".dat"), "typed"),
+                saved_as(at("data/te=st.dat"), "typed"), saved_as(at("data/a.txt"), "typed"),
                 saved_as(at("data/ternofw.SET"), "typed"), saved_as(at("data/one & two"), "typed\ncomment")};
   lab_sav(s);
-  EXPECT_EQ(p->keys(), "filerror; extonly; msg412");
-  ASSERT_EQ(user.file_boxes.size(), 4u);
+  EXPECT_EQ(p->keys(), "filexceed; filerror; extonly; msg412");
+  ASSERT_EQ(user.file_boxes.size(), 5u);
   EXPECT_EQ(user.file_boxes[0].folder, at("data/")) << "made when needed";
   EXPECT_EQ(user.file_boxes[3].comment, "typed") << "nothing typed is lost";
   EXPECT_EQ(load_caption(s), "one & two.dat   (Ternovale)");

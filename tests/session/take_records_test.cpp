@@ -1,4 +1,6 @@
 // From a picked record to the load and the screens.
+#include <sstream>
+
 #include "session/started.h"
 
 namespace tv_test {
@@ -64,6 +66,31 @@ TEST_F(TakeRecords, CartridgeFillsLoadAndFieldsInBothUnits) {
   pick("Form3", "HVolDat", ".223 Remington");
   EXPECT_EQ(s.state.dim.Llen, 20) << "a barrel that is known stays";
   EXPECT_NEAR(s.state.dim.buldin, 0.224, 0.0025) << "a bullet of another calibre goes";
+}
+
+// The numbers of a record in the order of its fields, each under its key of the load; "-" for what is no number.
+TEST_F(TakeRecords, EveryNumberOfARecordArrivesInItsOwnMember) {
+  const auto expect = [&](RecordKind kind, void (*take)(Session&, int), const std::string& keys) {
+    Record r;
+    std::size_t n = 0;
+    std::istringstream names(keys);
+    for (std::string key; names >> key;)
+      if (++n; key != "-") r[n] = std::to_string(n) + ".25";
+    take(s, add_row(kind, r));
+    names = std::istringstream(keys);
+    n = 0;
+    for (std::string key; names >> key;)
+      if (++n; key != "-") {
+        EXPECT_EQ(load_value_text(*load_key(key), s.state, s.load), r[n]) << key;
+      }
+  };
+  s.state.dim.buldin = 3.25;
+  s.load.bultyp = "3.25 of mine";  // stays
+  expect(RecordKind::cartridges, take_cartridge,
+         "volful hullen kalzug sebert wirkqu maxzul - patlan l1_in l2_in Ri_in R1_in P1_in P2_in H1_in H2_in "
+         "- caswht");
+  expect(RecordKind::bullets, take_bullet, "bulgew bullen condia condid conlen - - buldia");
+  expect(RecordKind::powders, take_powder, "exwarm kappax powden abkof0 prodeg limiz1 abkof1 bulkdn");
 }
 
 TEST_F(TakeRecords, StartPressureByCaseLengthAndUnknownLimit) {
@@ -144,15 +171,16 @@ TEST_F(TakeRecords, BulletListFollowsTheCalibre) {
   auto& table = s.set(RecordKind::bullets).file.table;
   table.rows.clear();
   add_row(RecordKind::bullets, bullet(".224 , 55 , a", "55", ".224", ""));
-  add_row(RecordKind::bullets, bullet(".308 , 150 , b", "150", ".3104", ""));  // just within the tolerance
+  add_row(RecordKind::bullets, bullet(".311 , 150 , far", "150", ".3106", ""));  // just beyond it
+  add_row(RecordKind::bullets, bullet(".308 , 150 , b", "150", ".3104", ""));    // just within the tolerance
   add_row(RecordKind::bullets, bullet(".308 , 168 , c", "168", ".308", ""));
   s.state.dim.Zkal = 0.308;
   s.state.dim.Volf = 56;
 
-  take_bullet(s, 2);
+  take_bullet(s, 3);
   match_bullet_list(s, true);
   EXPECT_EQ(s.load.bultyp, ".308 , 168 , c") << "a bullet that fits stays";
-  EXPECT_EQ(shown(s, "Form3", "Bnam").top, 1) << "the list scrolls to the first that fits";
+  EXPECT_EQ(shown(s, "Form3", "Bnam").top, 2) << "the list scrolls to the first that fits";
   take_bullet(s, 0);
   match_bullet_list(s, true);
   EXPECT_EQ(s.load.bultyp, ".308 , 150 , b");
