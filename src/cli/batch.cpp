@@ -228,21 +228,25 @@ void each_point(const std::vector<Sweep>& sweeps, std::size_t n, Run& run, const
   }
 }
 
-Refusal unreadable(const Session& s, const CliUser& user, const std::string& file) {
+Refusal unreadable(const Session& s, const CliUser& user) {
   Refusal why = refusal_of(s, user);
   why.stage = "read";
-  why.field.clear();
-  if (why.text.empty()) why.text = file;
   return why;
+}
+
+// Nothing of the run before is told of this one.
+void forget(Session& s, CliUser& user) {
+  user.shown.clear();
+  user.focus_screen = user.focus_field = "";
+  s.refusal.reset();
 }
 
 void run_file(Session& s, CliUser& user, const Console& console, const ShotArgs& args,
               const std::vector<Sweep>& sweeps, const std::string& file, Answers& answers) {
   Run run{file, {}};
-  user.shown.clear();
-  user.focus_screen = user.focus_field = "";
+  forget(s, user);
   try {
-    if (!read_load(s, console, file)) throw unreadable(s, user, file);
+    if (!read_load(s, console, file)) throw unreadable(s, user);
     change_load(s, args.load);
   } catch (const Refusal& why) {
     refuse(console, "text", "", why);
@@ -252,8 +256,8 @@ void run_file(Session& s, CliUser& user, const Console& console, const ShotArgs&
   const std::vector<ShownBox> told = user.shown;
   each_point(sweeps, 0, run, [&](const Run& one) {
     restore(s, prepared);
+    forget(s, user);
     user.shown = told;
-    user.focus_screen = user.focus_field = "";
     answers.add(one, answer_of(s, user, console, one, args));
   });
 }

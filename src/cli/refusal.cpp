@@ -9,8 +9,6 @@
 namespace tv {
 namespace {
 
-constexpr int kOutside = 428, kNameMissing = 484;
-
 // Where a calculation stopped, by the field that the user was sent to.
 std::string stage_of(const Session& s, const CliUser& user) {
   if (user.focus_screen == screen_name(s, Role::dimensions)) return "transferInputs";
@@ -28,20 +26,15 @@ std::string unit_text(const Session& s, const NumberPlace& at) {
   return " " + (at.screen == screen_name(s, Role::powder) ? mode_pressure_unit(s) : chosen_pressure_unit(s));
 }
 
-// A refusal that sent the user to a field without a box.
-Refusal refusal_of_field(const Session& s, const CliUser& user) {
-  const NumberPlace at = find_number(s, user.focus_screen, user.focus_field);
-  const int message = at.number ? kOutside : kNameMissing;
-  Refusal why{std::to_string(message) + "msg",
-              s.language.msg(message) + " " + control_caption(s, user.focus_screen, user.focus_field),
-              {},
-              {},
-              {}};
-  if (at.number) {
-    why.range = limits_of(s, at);
-    why.text += " " + range_text(*why.range) + unit_text(s, at);
-  }
-  return why;
+// A refusal that sent the user to a field and said no more.
+Refusal refusal_of_field(const Session& s, const NumberPlace& at) {
+  const Limits range = limits_of(s, at);
+  const std::string caption = control_caption(s, at.screen, field_of(at, at.side));
+  return {"428msg",
+          s.language.msg(428) + " " + caption + " " + range_text(range) + unit_text(s, at),
+          {},
+          {},
+          range};
 }
 
 // Findings that let a calculation go on are no reason why it stopped.
@@ -65,16 +58,20 @@ std::string one_line(std::string text) {
 
 Refusal refusal_of(const Session& s, const CliUser& user) {
   const bool told = !user.shown.empty() && !only_warns(user.shown.back());
-  Refusal why = told || user.focus_field.empty() ? Refusal{} : refusal_of_field(s, user);
-  if (told) {
+  const NumberPlace at = find_number(s, user.focus_screen, user.focus_field);
+  Refusal why{"fwarn14", s.language.fastmsg("fwarn14"), {}, {}, {}};
+  if (s.refusal && !s.refusal->message.keys.empty()) {
+    why.message = message_key(s.refusal->message.keys.front());
+    why.text = one_line(s.refusal->message.text);
+  } else if (told) {
     why.message = message_key(user.shown.back().keys.front());
     why.text = one_line(user.shown.back().text);
-  } else if (why.text.empty()) {
-    why.message = "fwarn14";
-    why.text = s.language.fastmsg("fwarn14");
+  } else if (at.number) {
+    why = refusal_of_field(s, at);
   }
   why.stage = stage_of(s, user);
   why.field = user.focus_field;
+  if (at.number && why.message == "428msg") why.range = limits_of(s, at);
   return why;
 }
 

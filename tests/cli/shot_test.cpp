@@ -92,7 +92,7 @@ TEST(Shot, RefusalsNameMessageStageAndField) {
                         Case{"laflen=0", "laflen=", "428msg", "transferInputs", "Llenm"},
                         Case{"bulgew=0", "bulgew=", "428msg", "transferInputs", "Bwgm"},
                         Case{"pulver=none such", nullptr, "480msg", "set", "pulver"},
-                        Case{"bultyp=", "bultyp=", "484msg", "transferInputs", "Bnam"},
+                        Case{"bultyp=", "bultyp=", "msg305", "transferInputs", "Bnam"},
                         Case{"anfdru=2e9", "anfdru=", "msg144", "checkStartPressure", "ini_press1"},
                         Case{"abkof1=0", nullptr, "msg102", "Ca_Knst_n_Z1", ""},
                         Case{"kalzug=0.31", nullptr, "msg161", "transferInputs", "qfqi"}}) {
