@@ -6,11 +6,11 @@
 namespace tv {
 namespace {
 
-constexpr int kGapX = 18, kGapY = 6;
+constexpr int kGapX = 16, kGapY = 4;
 
 }  // namespace
 
-FigureFlow::FigureFlow(QWidget* parent) : QLayout(parent) {}
+FigureFlow::FigureFlow(QWidget* parent) : QLayout(parent) { setContentsMargins(9, 4, 9, 5); }
 
 FigureFlow::~FigureFlow() {
   for (const QLayoutItem* item : items_) delete item;

@@ -332,7 +332,7 @@ private:
       case ControlKind::number:
       case ControlKind::text:
       case ControlKind::display:
-        widget = new FieldEdit(place.kind, parent);
+        widget = field_edit(place.kind, parent);
         break;
       case ControlKind::list:
         widget = place.list == ListOf::leads ? new LeadList(parent) : new QListWidget(parent);
@@ -368,6 +368,12 @@ private:
     }
     widget->setObjectName(QString::fromStdString(name));
     return widget;
+  }
+
+  FieldEdit* field_edit(ControlKind kind, QWidget* parent) const {
+    auto* edit = new FieldEdit(kind, parent);
+    if (spec_.shape == ScreenShape::child && kind != ControlKind::text) edit->allow_narrow();
+    return edit;
   }
 
   // Options whose names differ in their number exclude each other, wherever they stand.

@@ -57,15 +57,17 @@ void FieldEdit::show_mark(bool marked) {
   if (mark_) mark_->setVisible(marked);
 }
 
-QSize FieldEdit::sizeHint() const {
-  if (kind_ == ControlKind::text) return QLineEdit::sizeHint();
-  // Room for nine digits and the mark.
+QSize FieldEdit::room_for(int digits, bool mark) const {
   QStyleOptionFrame option;
   initStyleOption(&option);
-  const int mark = style()->pixelMetric(QStyle::PM_SmallIconSize, nullptr, this);
-  const QSize inner(fontMetrics().horizontalAdvance(QString(9, '0')) + mark + 6,
+  const int sign = mark ? style()->pixelMetric(QStyle::PM_SmallIconSize, nullptr, this) : 0;
+  const QSize inner(fontMetrics().horizontalAdvance(QString(digits, '0')) + sign + 6,
                     QLineEdit::sizeHint().height());
   return {style()->sizeFromContents(QStyle::CT_LineEdit, &option, inner, this).width(), inner.height()};
+}
+
+QSize FieldEdit::sizeHint() const {
+  return kind_ == ControlKind::text ? QLineEdit::sizeHint() : room_for(9, true);
 }
 
 }  // namespace tv

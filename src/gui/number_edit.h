@@ -21,10 +21,14 @@ public:
   void show_mark(bool marked);
 
   QSize sizeHint() const override;
-  QSize minimumSizeHint() const override { return sizeHint(); }
+  QSize minimumSizeHint() const override { return narrow_ ? room_for(7, false) : sizeHint(); }
+  void allow_narrow() { narrow_ = true; }  // where there is little room, seven digits will do
 
 private:
+  QSize room_for(int digits, bool mark) const;
+
   ControlKind kind_;
+  bool narrow_ = false;
   QString program_text_;
   QAction* mark_ = nullptr;
 };

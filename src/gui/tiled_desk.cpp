@@ -362,12 +362,21 @@ void TiledDesk::arrange() {
                                             area->verticalScrollBar()->sizeHint().width() + 4);
 }
 
+// What the entries like; with little room what they need.
+int TiledDesk::entry_width() const {
+  int width = down_->parentWidget()->minimumSizeHint().width();
+  const QWidget* held = dimensions_area_->widget();
+  if (!compact_ && held)
+    width = std::max(width, held->sizeHint().width() + dimensions_area_->verticalScrollBar()->sizeHint().width() + 10);
+  return width;
+}
+
 // Where the person has put them, else as wide and high as the entries like it.
 void TiledDesk::place_splitters() {
   arrange();
   const Options& options = desk_.session().options;
   const int width = across_->width() - kGap, height = down_->height() - kGap;
-  const int left = std::max(options.deskleft, down_->parentWidget()->minimumSizeHint().width());
+  const int left = options.deskleft > 0 ? options.deskleft : entry_width();
   across_->setSizes({left, std::max(0, width - left)});
   const int least = powder_->minimumSizeHint().height();
   const int upper = options.desktop > 0 ? options.desktop : height - least;

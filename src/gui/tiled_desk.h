@@ -58,6 +58,7 @@ private:
   void arrange();  // for the room there is
   void set_compact(bool compact);
   void place_splitters();
+  int entry_width() const;
   int tab_of_state() const;
   void say_key_figures();
 
