@@ -367,7 +367,8 @@ int TiledDesk::entry_width() const {
   int width = down_->parentWidget()->minimumSizeHint().width();
   const QWidget* held = dimensions_area_->widget();
   if (!compact_ && held)
-    width = std::max(width, held->sizeHint().width() + dimensions_area_->verticalScrollBar()->sizeHint().width() + 10);
+    width = std::max(
+        width, held->sizeHint().width() + dimensions_area_->verticalScrollBar()->sizeHint().width() + 10);
   return width;
 }
 
