@@ -1,6 +1,5 @@
 // Many shots in one process: several loads, and keys that run over values. A run that fails is a line of its
 // own, and the others go on.
-#include <charconv>
 #include <cmath>
 #include <ostream>
 #include <sstream>
@@ -24,13 +23,6 @@ struct Sweep {
   std::vector<std::string> values;
 };
 
-std::optional<double> number_of(std::string_view text) {
-  double value = 0;
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-  if (error != std::errc() || end != text.data() + text.size() || !std::isfinite(value)) return {};
-  return value;
-}
-
 // The values from one to the other, both included, whichever way they lie.
 std::vector<std::string> values_of(double from, double to, double step) {
   constexpr double most = 1e6, rounding = 1e-9;
@@ -47,9 +39,9 @@ Sweep sweep_of(Session& s, const std::string& text) {
   const Stop wrong{kWrongUsage, "--sweep: not KEY=FROM:TO:STEP: " + text};
   const auto equals = text.find('='), first = text.find(':'), second = text.find(':', first + 1);
   if (equals == std::string::npos || first < equals || second == std::string::npos) throw wrong;
-  const auto from = number_of(text.substr(equals + 1, first - equals - 1));
-  const auto to = number_of(text.substr(first + 1, second - first - 1));
-  const auto step = number_of(text.substr(second + 1));
+  const auto from = finite_number(text.substr(equals + 1, first - equals - 1));
+  const auto to = finite_number(text.substr(first + 1, second - first - 1));
+  const auto step = finite_number(text.substr(second + 1));
   const std::string name = text.substr(0, equals);
   const auto key = find_key(s, name);
   if (!key) throw Stop{kWrongUsage, "no such key: " + name + "; `ternovale-cli keys` lists them"};
@@ -80,8 +72,8 @@ struct Run {
   std::vector<std::pair<std::string, std::string>> swept;  // key, value
 };
 
-constexpr const char* kFigures[] = {"powwht", "pMax",  "vMuzzle", "energy", "zMuzzle", "loadingRatio",
-                                    "ptime",  "limit", "notes",   "error",  "text"};
+constexpr const char* kFigures[] = {"charge_gr", "pMax",  "vMuzzle", "energy", "zMuzzle", "loadingRatio",
+                                    "ptime",     "limit", "notes",   "error",  "text"};
 
 std::string cell(const Json& value) {
   if (value.is_null()) return {};
@@ -109,7 +101,7 @@ Json figures_of(const Json& answer) {
     row["text"] = answer["error"]["text"];
     return row;
   }
-  row["powwht"] = read_stored(answer["load"]["powwht"].get<std::string>()).value;
+  row["charge_gr"] = read_stored(answer["load"]["powwht"].get<std::string>()).value;
   for (const char* name : {"pMax", "vMuzzle", "energy", "zMuzzle", "loadingRatio", "ptime"})
     row[name] = answer["result"][name];
   row["limit"] = answer["limit"]["state"];

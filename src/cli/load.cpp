@@ -24,15 +24,6 @@
 namespace tv {
 namespace {
 
-// --- numbers of the command line
-
-std::optional<double> finite_number(std::string_view text) {
-  double value = 0;
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-  if (error != std::errc() || end != text.data() + text.size() || !std::isfinite(value)) return {};
-  return value;
-}
-
 // --- records
 
 struct ListOfLoad {
@@ -192,6 +183,13 @@ std::optional<double> fitted_charge(Session& s, const FitArgs& fit) {
 int step_number(const std::string& step) { return step == "fine" ? 1 : step == "coarse" ? 2 : 0; }
 
 }  // namespace
+
+std::optional<double> finite_number(std::string_view text) {
+  double value = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+  if (error != std::errc() || end != text.data() + text.size() || !std::isfinite(value)) return {};
+  return value;
+}
 
 void set_key(Session& s, const std::string& name, const std::string& text) {
   const auto key = find_key(s, name);

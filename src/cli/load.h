@@ -26,7 +26,9 @@ struct LoadArgs {
 // Tells them to the parser; several: more than one LOAD, or none, is possible.
 void add_load_options(CLI::App& command, LoadArgs& args, const std::vector<std::string>& formats,
                       bool several = false);
-// A number from least to most: whole, finite, with a point.
+// The text as a finite number from end to end, with a point.
+std::optional<double> finite_number(std::string_view text);
+// An option that holds one, from least to most.
 void add_number(CLI::App& command, const std::string& name, double& value, double least, double most,
                 const std::string& what);
 
