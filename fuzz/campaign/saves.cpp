@@ -24,7 +24,6 @@
 #include "data/load_keys.h"
 #include "data/record_file.h"
 #include "output/spreadsheet.h"
-#include "output/svg.h"
 #include "powder/powder_files.h"
 #include "text/file.h"
 #include "without_rights.h"
