@@ -43,6 +43,40 @@ void shoot_modal(const QString& file, Run run) {
   run();
 }
 
+// The three modes of the burn function, on the delivered example files.
+template <class Name>
+void shoot_burn_function(Desk& desk, Name name) {
+  Session& s = desk.session();
+  const auto shot = [&](const char* mode) {
+    desk.refresh();
+    shoot(desk.view("Form9")->window, name(QString("Form9-") + mode));
+  };
+  desk.act([&] {
+    s.options.vivfil = s.options.reffil = "data/example.";
+    s.screens["Form9"].own.reset();
+    open_screen(s, "Form9");
+    s.output.reference.shown = s.output.reference.loaded;
+    toggle(s, "Form9", "vividx1");
+    toggle(s, "Form9", "vividx3");
+    press(s, "Form9", "cal_tab");
+    point_at(s, "Form9", "Pic1", {Pointer::What::move, {200, 150}}, {640, 480});
+  });
+  shot("table");
+  desk.act([&] {
+    choose(s, "Form9", "Option1", 1);
+    key(s, "Form9", "Shift+Up");
+  });
+  shot("manual");
+  desk.act([&] { choose(s, "Form9", "Option1", 2); });
+  shot("reference");
+  desk.act([&] {
+    choose(s, "Form9", "Option1", 0);
+    press(s, "Form9", "restore");
+    s.output.reference.shown = false;
+    press(s, "Form4", "CalcAll");
+  });
+}
+
 void shoot_all(Running& program, const QString& folder, const Look& look) {
   QApplication::setPalette(look.palette);
   Desk& desk = *program.desk;
@@ -58,8 +92,9 @@ void shoot_all(Running& program, const QString& folder, const Look& look) {
   for (const char* screen : {"Form3", "Form4", "Form5", "Form7"})
     shoot(desk.view(screen)->window, name(screen));
   for (const char* screen : {"Form2", "FormBorefrict", "FormPsel", "frmHelp", "frmPic", "Form11", "Form12",
-                             "FormTail", "frmBC", "frmGun", "FormMOA", "FormBack", "Form8", "frmPrimer"})
+                             "FormTail", "frmBC", "frmGun", "FormMOA", "FormBack", "Form8", "frmPrimer", "Form10", "frmBP"})
     shoot_modal(name(screen), [&] { open_screen(s, screen); });
+  shoot_burn_function(desk, name);
   open_screen(s, "frmFast");
   shoot(desk.view("frmFast")->window, name("frmFast"));
   close_screen(s, "frmFast");

@@ -6,8 +6,10 @@
 #include <QFocusEvent>
 #include <QKeyEvent>
 #include <QKeySequence>
+#include <QLineEdit>
 #include <QListWidget>
 #include <QMimeData>
+#include <QMouseEvent>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QRadioButton>
@@ -34,10 +36,20 @@ bool passing(Qt::FocusReason reason) {
          reason == Qt::MenuBarFocusReason;
 }
 
-// Options of one group differ in the number at the end of their names.
-std::pair<std::string, int> split_index(const std::string& name) {
-  const std::size_t at = name.find_last_not_of("0123456789") + 1;
+// Options of one group differ in the number behind the name of its action, which may end in a digit itself.
+std::pair<std::string, int> split_index(const ScreenSpec& spec, const std::string& name) {
+  std::size_t at = name.find_last_not_of("0123456789") + 1;
+  for (const ControlAction& action : spec.actions) {
+    const std::size_t length = std::string_view(action.control).size();
+    if (name.starts_with(action.control) && length > at && length < name.size()) at = length;
+  }
   return {name.substr(0, at), at < name.size() ? std::stoi(name.substr(at)) : 0};
+}
+
+std::string spelled_key(int pressed, Qt::KeyboardModifiers modifiers) {
+  return QKeySequence(static_cast<int>(modifiers & ~Qt::KeypadModifier) | pressed)
+      .toString(QKeySequence::PortableText)
+      .toStdString();
 }
 
 }  // namespace
@@ -89,7 +101,7 @@ void Binder::connect_widget(const std::string& name, QWidget* widget) {
     });
   } else if (auto* option = qobject_cast<QRadioButton*>(widget)) {
     connect(option, &QRadioButton::clicked, this, [this, run, name] {
-      const auto [group, n] = split_index(name);
+      const auto [group, n] = split_index(spec_, name);
       run([this, group, n](Session& s) { choose(s, screen_, group, n); });
     });
   } else if (auto* button = qobject_cast<QAbstractButton*>(widget)) {
@@ -188,18 +200,29 @@ bool Binder::key_pressed(const std::string& name, QWidget* widget, int pressed,
     return true;
   }
   // Keys that no entry field uses may mean something to the screen.
+  if (pressed == Qt::Key_Space && !modifiers && can_mark(session_, screen_, name)) {
+    act_([&] { toggle(session_, screen_, name); });
+    return true;
+  }
   if (name.empty() || (pressed < Qt::Key_Escape && !(modifiers & (Qt::ControlModifier | Qt::AltModifier))))
     return false;
-  const auto spelled = QKeySequence(static_cast<int>(modifiers & ~Qt::KeypadModifier) | pressed)
-                           .toString(QKeySequence::PortableText)
-                           .toStdString();
+  const std::string spelled = spelled_key(pressed, modifiers);
   // The menus have their own shortcuts, and a field undoes its own typing first.
-  for (const Command& command : commands())
-    if (command.shortcut && spelled == command.shortcut) return false;
+  if (auto* edit = qobject_cast<QLineEdit*>(widget);
+      edit && is_own_key(spelled) && QKeySequence(spelled.c_str()) == QKeySequence(QKeySequence::Undo) &&
+      edit->isUndoAvailable() && edit->isModified())
+    return false;
+  if (!is_own_key(spelled))
+    for (const Command& command : commands())
+      if (command.shortcut && spelled == command.shortcut) return false;
   bool used = false;
   act_([&] { used = key(session_, screen_, spelled); });
   if (auto* edit = qobject_cast<QLineEdit*>(widget); edit && used) edit->selectAll();  // a step of its number
   return used;
+}
+
+bool Binder::is_own_key(std::string_view key) const {
+  return std::ranges::find(spec_.own_keys, key) != spec_.own_keys.end();
 }
 
 bool Binder::eventFilter(QObject* watched, QEvent* event) {
@@ -218,6 +241,16 @@ bool Binder::eventFilter(QObject* watched, QEvent* event) {
       if (passing(static_cast<QFocusEvent*>(event)->reason())) return false;
       if (auto* records = dynamic_cast<RecordList*>(widget)) finish_list(name, records);
       if (known && has_session_focus(name)) act_([&] { leave_field(session_, screen_, name); });
+      return false;
+    case QEvent::ShortcutOverride: {  // a key of the screen's own goes before a menu's
+      const auto* pressed = static_cast<QKeyEvent*>(event);
+      if (!is_own_key(spelled_key(pressed->key(), pressed->modifiers()))) return false;
+      event->accept();
+      return true;
+    }
+    case QEvent::MouseButtonRelease:
+      if (static_cast<QMouseEvent*>(event)->button() == Qt::LeftButton && known && can_mark(session_, screen_, name))
+        act_([&] { toggle(session_, screen_, name); });
       return false;
     case QEvent::KeyPress: {
       const auto* pressed = static_cast<QKeyEvent*>(event);

@@ -41,6 +41,7 @@ private:
   void connect_widget(const std::string& name, QWidget* widget);
   void focus_in(const std::string& name, QWidget* widget);
   void finish_list(const std::string& name, RecordList* records);
+  bool is_own_key(std::string_view key) const;
   bool key_pressed(const std::string& name, QWidget* widget, int key, Qt::KeyboardModifiers modifiers);
   void show(const std::string& name, const Field& field, QWidget* widget);
   void show_list(const std::string& name, const Field& field, RecordList* records);

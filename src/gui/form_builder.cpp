@@ -2,6 +2,7 @@
 
 #include <QButtonGroup>
 #include <QCheckBox>
+#include <QEvent>
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QLabel>
@@ -10,6 +11,7 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QScrollArea>
 #include <QSlider>
 #include <QStyle>
 #include <algorithm>
@@ -76,6 +78,35 @@ private:
   int lines(int n) const { return n * fontMetrics().lineSpacing() + 2 * frameWidth() + 4; }
 };
 
+// A column that keeps its width and scrolls where it is too high for the window.
+class ColumnArea : public QScrollArea {
+public:
+  ColumnArea(QWidget* inside, QWidget* parent) : QScrollArea(parent) {
+    setWidget(inside);
+    setWidgetResizable(true);
+    setFrameShape(QFrame::NoFrame);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setFocusPolicy(Qt::NoFocus);
+    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Preferred);
+    inside->setAutoFillBackground(false);
+    viewport()->setAutoFillBackground(false);
+  }
+  QSize sizeHint() const override { return {width_needed(), widget()->sizeHint().height()}; }
+  QSize minimumSizeHint() const override { return {width_needed(), kLeastHeight}; }
+
+protected:
+  bool event(QEvent* event) override {
+    if (event->type() == QEvent::LayoutRequest) updateGeometry();
+    return QScrollArea::event(event);
+  }
+
+private:
+  static constexpr int kLeastHeight = 240;
+  int width_needed() const {
+    return widget()->minimumSizeHint().width() + style()->pixelMetric(QStyle::PM_ScrollBarExtent);
+  }
+};
+
 class Builder {
 public:
   Builder(Desk& desk, const ScreenSpec& spec, std::span<const Group> groups, QWidget* root)
@@ -99,11 +130,7 @@ public:
         continue;
       }
       QVBoxLayout*& column = columns[group.column];
-      if (!column) {
-        column = new QVBoxLayout;
-        grid->addLayout(column, 0, group.column);
-        grid->setColumnStretch(group.column, 1);
-      }
+      if (!column) column = add_column(*grid, group.column);
       // A block takes the room that its column has left.
       const bool grows =
           std::ranges::any_of(group.rows, [](const Row& row) { return row.shape == RowShape::block; });
@@ -117,12 +144,25 @@ public:
   }
 
 private:
+  QVBoxLayout* add_column(QGridLayout& grid, int number) {
+    auto* column = new QVBoxLayout;
+    if (number != spec_.scrolling_column) {
+      grid.addLayout(column, 0, number);
+      grid.setColumnStretch(number, 1);
+      return column;
+    }
+    auto* inside = new QWidget;
+    inside->setLayout(column);
+    column->setContentsMargins(0, 0, 4, 0);
+    grid.addWidget(new ColumnArea(inside, root_), 0, number);
+    return column;
+  }
+
   template <class Add>
   void add_group(const Group& group, Add add) {
     const bool framed = group.title && !group.summary;
     auto* box = framed ? static_cast<QWidget*>(new QGroupBox(root_)) : new QWidget(root_);
     if (framed) box->setObjectName(group.title);
-    if (group.shown) box->setProperty(kGroup, static_cast<int>(&group - spec_.form.data()));
     auto* grid = new QGridLayout(box);
     if (!framed) grid->setContentsMargins(0, 0, 0, 0);
     grid->setVerticalSpacing(3);
@@ -138,7 +178,9 @@ private:
     for (const Row& row : group.rows) add_row(*grid, row, *box);
     // Across all columns, so that a group with one field a row shares them as its neighbours do.
     grid->addItem(new QSpacerItem(0, 0), 0, 0, 1, 6);
-    add(group.summary ? folding(group, box) : box);
+    QWidget* placed = group.summary ? folding(group, box) : box;
+    if (group.shown) placed->setProperty(kGroup, static_cast<int>(&group - spec_.form.data()));
+    add(placed);
   }
 
   // The group below its head, which shows and hides it.
@@ -193,6 +235,13 @@ private:
         return;
       case RowShape::note:
         grid.addWidget(make_label(row.label, nullptr, box), at, 0, 1, 6);
+        return;
+      case RowShape::paragraph: {
+        QLabel* note = make_label(row.label, nullptr, box);
+        note->setWordWrap(true);
+        note->setMinimumHeight(2 * note->fontMetrics().lineSpacing());
+        grid.addWidget(note, at, 0, 1, 5);
+      }
         return;
       case RowShape::grid:
         return add_table(grid, at, row, box);
@@ -291,6 +340,7 @@ private:
     QWidget* widget = make_control(place, place.control + std::to_string(i), &box);
     widget->setProperty("label_key", QString(place.control));
     widget->setProperty("label_index", i);
+    widget->setProperty("no_caption", true);  // the head of the column says it
     return widget;
   }
 

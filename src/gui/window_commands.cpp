@@ -206,6 +206,7 @@ constexpr WindowCommand kWindowCommands[] = {
     {"powd", [](Desk& d) { centre(d, "Form4"); }},
     {"result", [](Desk& d) { centre(d, "Form5"); }},
     {"diagra", [](Desk& d) { centre(d, "Form7"); }},
+    {"abbrandfunktion", [](Desk& d) { centre(d, "Form9"); }},
     {"index", [](Desk& d) { show_manual(d, d.active_screen()); }},
     {"shortcuts", show_shortcuts},
     {"look_system", [](Desk& d) { apply_look(d.session().options.look); }},
@@ -223,6 +224,7 @@ constexpr WindowCommand kWindowCommands[] = {
     {"acolor", choose_colour<&ChosenColours::paper>},
     {"ax_l", choose_colour<&ChosenColours::left>},
     {"ax_r", choose_colour<&ChosenColours::right>},
+    {"ax_ref", choose_colour<&ChosenColours::reference>},
 };
 
 std::vector<QMdiSubWindow*> open_children(Desk& desk) {

@@ -6,6 +6,8 @@
 namespace tv {
 namespace {
 
+constexpr int kReferenceSeries = 5;
+
 double sound_factor(double factor) { return factor > 0 && std::isfinite(factor) ? factor : 1; }
 
 int last_index(const DiagramRun& run) { return std::clamp(run.result->lastIdx, 0, ShotCurve::kPoints - 1); }
@@ -53,6 +55,17 @@ double largest(const ChartSeries& series) {
   return top;
 }
 
+ChartSeries reference_of(const DiagramOptions& options) {
+  ChartSeries series;
+  series.id = kReferenceSeries;
+  series.name = options.reference_name;
+  series.points = options.reference;
+  series.colour = options.colours.reference;
+  series.style = LineStyle::dash_dot;
+  series.shape = ChartPoints::dots;
+  return series;
+}
+
 // The cartridge's maximum in shown units, 0 if unknown or not in this diagram.
 double maximum_pressure(const DiagramRun& run, const DiagramOptions& options) {
   const double limit = run.state->dim.zul_P * 1e6 / sound_factor(options.pressure_factor);
@@ -82,7 +95,8 @@ void add_series(Chart& chart, const DiagramRun& run, const DiagramOptions& optio
   const bool pressure = value_of == pressure_of, second = !chart.series.empty();
   ChartSeries series = curve_of(run, options, value_of);
   ChartAxis axis =
-      value_axis(largest(series), pressure && options.maximum ? maximum_pressure(run, options) : 0,
+      value_axis(pressure ? std::max(largest(series), largest(reference_of(options))) : largest(series),
+                 pressure && options.maximum ? maximum_pressure(run, options) : 0,
                  pressure ? options.pressure_unit : options.velocity_unit);
   series.id = second ? 2 : 1;
   series.name = axis.title = language.fastmsg(pressure ? "fchp" : "fvel");
@@ -157,6 +171,7 @@ Chart describe_diagram(const DiagramRun& run, const DiagramOptions& wanted, cons
   if (!shows_pressure(options.type) || shows_both(options.type)) {
     add_series(chart, run, options, language, velocity_of);
   }
+  if (shows_pressure(options.type) && !options.reference.empty()) chart.series.push_back(reference_of(options));
   add_limits(chart, run, options, language);
   add_marks(chart, run, options);
   chart.section_note = language.fastmsg("fsection");

@@ -46,6 +46,9 @@ struct DiagramOptions {
   int followed = 0;              // the curve drawn bold: 0 none, 1 first, 2 second
   std::array<bool, 2> hidden{};  // first and second curve: not drawn, grey in the legend
   DiagramView view;
+  // A measured pressure curve beside that of the shot, over the same axes and in their units; empty: none.
+  std::vector<Point> reference;
+  std::string reference_name;
 };
 
 // Types 1 to 3 run over travel, 4 to 6 over time; pressure, velocity, both in turn.

@@ -92,17 +92,26 @@ std::vector<ReferencePoint> reference_over_time(const ReferenceCurve& reference,
   return points;
 }
 
+std::vector<ReferencePoint> within_shot(const std::vector<ReferencePoint>& over_time, const ShotCurve& curve,
+                                        const ShotResult& result) {
+  const ShotTimes shot{curve, result.lastIdx};
+  std::vector<ReferencePoint> points;
+  for (std::size_t i = 1; i < over_time.size(); ++i) {
+    ReferencePoint a = over_time[i - 1], b = over_time[i];
+    if (!clip(a, b, shot.end())) continue;
+    if (points.empty()) points.push_back(a);
+    points.push_back(b);
+  }
+  return points;
+}
+
 std::vector<TravelPoint> reference_over_travel(const ReferenceCurve& reference, const ShotCurve& curve,
                                                const ShotResult& result, bool as_measured) {
   const auto over_time = reference_over_time(reference, curve, result, as_measured);
   const ShotTimes shot{curve, result.lastIdx};
   std::vector<TravelPoint> points;
-  for (std::size_t i = 1; i < over_time.size(); ++i) {
-    ReferencePoint a = over_time[i - 1], b = over_time[i];
-    if (!clip(a, b, shot.end())) continue;
-    if (points.empty()) points.push_back({shot.travel(a.ms), a.MPa});
-    points.push_back({shot.travel(b.ms), b.MPa});
-  }
+  for (const ReferencePoint& point : within_shot(over_time, curve, result))
+    points.push_back({shot.travel(point.ms), point.MPa});
   return points;
 }
 

@@ -46,8 +46,12 @@ double alignment_ms(const ReferenceCurve& reference, const ShotCurve& curve, con
 std::vector<ReferencePoint> reference_over_time(const ReferenceCurve& reference, const ShotCurve& curve,
                                                 const ShotResult& result, bool as_measured);
 
-// The same over the bullet's travel, by the shot's own travel over time (linear between points). What lies
-// outside the shot is left out; a line that crosses its begin or its end is cut there.
+// What of it lies within the shot; a line that crosses its begin or its end is cut there.
+std::vector<ReferencePoint> within_shot(const std::vector<ReferencePoint>& over_time, const ShotCurve& curve,
+                                        const ShotResult& result);
+
+// The same over the bullet's travel, by the shot's own travel over time (linear between points), within the
+// shot.
 struct TravelPoint {
   double x_m = 0;
   double MPa = 0;

@@ -7,7 +7,7 @@ namespace tv {
 
 extern const ScreenSpec kFrmMain, kForm2, kForm3, kForm4, kForm5, kForm7, kFormBorefrict, kFrmFast, kFormPsel,
     kFormGetInput, kFrmHelp, kFrmPic, kForm11, kForm12, kFormTail, kFrmBC, kFrmGun, kFormMOA, kFormBack,
-    kForm8, kFrmPrimer;
+    kForm8, kFrmPrimer, kForm9, kForm10, kFrmBP;
 
 namespace {
 
@@ -19,6 +19,7 @@ constexpr const ScreenSpec* kScreens[] = {
     &kForm4,          //
     &kForm5,          //
     &kForm7,          //
+    &kForm9,          //
     &kFormBorefrict,  //
     &kFrmFast,        //
     &kFormPsel,       //
@@ -34,6 +35,8 @@ constexpr const ScreenSpec* kScreens[] = {
     &kFrmBC,          //
     &kFrmGun,         //
     &kFormMOA,        //
+    &kForm10,         //
+    &kFrmBP,          //
 };
 
 }  // namespace

@@ -100,6 +100,8 @@ void open_named(S s, const char* screen) { open_screen(s, screen); }
 void criteria(S s, C) { open_named(s, "FormPsel"); }
 void edit_cartridges(S s, C) { open_named(s, "Form11"); }
 void edit_bullets(S s, C) { open_named(s, "FormTail"); }
+void edit_powder(S s, C) { open_named(s, "Form9"); }
+void black_powder(S s, C) { open_named(s, "frmBP"); }
 void edit_guns(S s, C) { open_named(s, "frmGun"); }
 void friction(S s, C) { open_named(s, "FormBorefrict"); }
 void recoil_window(S s, C) { open_named(s, "FormBack"); }
@@ -222,6 +224,17 @@ void flip_curve(S s, C c) {
   show_curve(s, c.value, s.output.hidden[static_cast<std::size_t>(c.value - 1)]);
   changed(s);
 }
+void flip_reference(S s, C) {
+  s.output.reference.shown = !s.output.reference.shown;
+  changed(s);
+}
+bool has_reference(CS s, C) { return s.output.reference.loaded; }
+bool reference_shown(CS s, C) { return s.output.reference.shown; }
+void flip_as_measured(S s, C) {
+  s.output.reference.as_measured = !s.output.reference.as_measured;
+  changed(s);
+}
+bool as_measured(CS s, C) { return s.output.reference.as_measured; }
 bool has_curve(CS s, C c) { return diagram_shown(s) && (c.value == 1 || s.options.grftyp % 3 == 0); }
 bool curve_shown(CS s, C c) { return !s.output.hidden[static_cast<std::size_t>(c.value - 1)]; }
 
@@ -265,6 +278,7 @@ constexpr Command kCommands[] = {
 
     {.name = "tool", .section = kMain, .parent = nullptr},
     {.name = "brenn", .section = kMain, .parent = "tool"},
+    {.name = "pow_dat", .section = kMain, .parent = "brenn", .action = edit_powder},
     {.name = "pow_load", .section = kMain, .parent = "brenn", .action = open_set, .value = kPowders},
     {.name = "pow_neu", .section = kMain, .parent = "brenn", .action = new_set, .value = kPowders},
     {.name = "pow_save_as", .section = kMain, .parent = "brenn", .action = save_set, .value = kPowders},
@@ -322,6 +336,9 @@ constexpr Command kCommands[] = {
     {.name = "powd_set", .section = kMain, .parent = "options", .action = criteria},
     {.name = "borefriction", .section = kMain, .parent = "options", .action = friction, .checked = friction_checked},
     {.name = "backlash", .section = kMain, .parent = "options", .action = recoil_window},
+    {.name = "refdruck", .section = kMain, .parent = "options", .action = flip_reference, .enabled = has_reference, .checked = reference_shown},
+    {.name = "refasis", .section = kMain, .parent = "options", .action = flip_as_measured, .enabled = has_reference, .checked = as_measured},
+    {.name = "bpcharge", .section = kMain, .parent = "options", .action = black_powder},
     {.name = "conver", .section = kMain, .parent = "options", .action = unit_converter},
     {.name = "pressunit", .section = kMain, .parent = "options", .separator_before = true},
     {.name = "mpas", .section = kMain, .parent = "pressunit", .action = pressure_unit, .checked = pressure_unit_checked, .value = 1, .literal = "MPa"},
@@ -348,6 +365,7 @@ constexpr Command kCommands[] = {
     {.name = "sh_powd", .section = kMain, .parent = "fenst", .action = show_child, .checked = child_shown, .value = static_cast<int>(Role::powder)},
     {.name = "sh_result", .section = kMain, .parent = "fenst", .action = show_child, .checked = child_shown, .value = static_cast<int>(Role::results)},
     {.name = "sh_diagra", .section = kMain, .parent = "fenst", .action = show_child, .checked = child_shown, .value = static_cast<int>(Role::output)},
+    {.name = "sh_abbr", .section = kMain, .parent = "fenst", .action = show_child, .checked = child_shown, .value = static_cast<int>(Role::burn_function)},
     {.name = "zoomwin", .section = kMain, .parent = "fenst", .action = by_window, .separator_before = true},
     {.name = "zoomdef", .section = kMain, .parent = "fenst", .action = by_window},
     {.name = "zoomout", .section = kMain, .parent = "fenst"},
@@ -363,6 +381,7 @@ constexpr Command kCommands[] = {
     {.name = "powd", .section = kMain, .parent = "zentral", .action = place_child, .value = static_cast<int>(Role::powder)},
     {.name = "result", .section = kMain, .parent = "zentral", .action = place_child, .value = static_cast<int>(Role::results)},
     {.name = "diagra", .section = kMain, .parent = "zentral", .action = place_child, .value = static_cast<int>(Role::output)},
+    {.name = "abbrandfunktion", .section = kMain, .parent = "zentral", .action = place_child, .value = static_cast<int>(Role::burn_function)},
 
     {.name = "infbutton", .section = kMain, .parent = nullptr},
     {.name = "qstart", .section = kMain, .parent = "infbutton", .action = quick_start, .checked = quick_start_open},
@@ -412,6 +431,7 @@ constexpr Command kCommands[] = {
     {.name = "acolor", .section = kOut, .parent = "look_menu", .action = by_window},
     {.name = "ax_l", .section = kOut, .parent = "look_menu", .action = by_window},
     {.name = "ax_r", .section = kOut, .parent = "look_menu", .action = by_window},
+    {.name = "ax_ref", .section = kOut, .parent = "look_menu", .action = by_window, .enabled = has_reference},
     {.name = "out_menu", .section = kOut, .parent = nullptr},
     {.name = "filewrite", .section = kOut, .parent = "out_menu", .action = by_window, .enabled = results_valid},
     {.name = "toexcel", .section = kOut, .parent = "out_menu", .action = to_spreadsheet, .enabled = exportable},

@@ -66,8 +66,9 @@ constexpr Row kCharge[] = {
     {RowShape::block, nullptr, {Place{"findings", ControlKind::list, nullptr, ListOf::leads}}},
 };
 constexpr Row kPowder[] = {
-    number_row("Exw"), number_row("Kap"),  number_row("Pdens"), number_row("bulkdn"),
-    number_row("Ba0"), number_row("PDko"), number_row("Limz1"), number_row("Ba1"),
+    number_row("Exw"),    number_row("Kap"), number_row("Pdens"),
+    number_row("bulkdn"), number_row("Ba0"), number_row("PDko"),
+    number_row("Limz1"),  number_row("Ba1"), {RowShape::buttons, nullptr, {button("pow_dat")}},
 };
 
 std::string powder_in_short(const Session& s) {
@@ -87,6 +88,7 @@ void type_powder(Session& s, int) {
   setResultsValid(s, false);
 }
 
+void open_burn_function(Session& s, int) { open_screen(s, "Form9"); }
 void press_CalcAll(Session& s, int) { recalculate(s); }
 
 void go_to_finding(Session& s, int i) {
@@ -94,8 +96,10 @@ void go_to_finding(Session& s, int i) {
   if (i >= 0 && i < static_cast<int>(found.size())) go_to(s, found[static_cast<std::size_t>(i)]);
 }
 
-constexpr ControlAction kActions[] = {
-    {"PulvDat", pick_powder, type_powder}, {"CalcAll", press_CalcAll}, {"findings", go_to_finding}};
+constexpr ControlAction kActions[] = {{"PulvDat", pick_powder, type_powder},
+                                      {"CalcAll", press_CalcAll},
+                                      {"pow_dat", open_burn_function},
+                                      {"findings", go_to_finding}};
 
 // "163: its text", in one line. A finding without a number of its own is told by its words alone.
 std::string finding_line(const Finding& finding) {

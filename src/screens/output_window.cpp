@@ -174,6 +174,26 @@ std::string output_table_rows(const Session& s) { return plain_breaks(cells_text
 
 std::string output_tsv(const Session& s) { return stale_head(s) + cells_text(s); }
 
+namespace {
+
+// The reference as the diagram has its axes; over travel by the shot's own travel.
+std::vector<Point> reference_points(const Session& s, const DiagramOptions& o) {
+  const Reference& r = s.output.reference;
+  if (!r.shown || !r.loaded || !s.shown.any || s.result.lastIdx < 1) return {};
+  const double factor = 1e6 / o.pressure_factor;
+  std::vector<Point> points;
+  if (is_over_time(o.type)) {
+    const auto over_time = reference_over_time(r.curve, s.curve, s.result, r.as_measured);
+    for (const auto& p : within_shot(over_time, s.curve, s.result)) points.push_back({p.ms, p.MPa * factor});
+  } else {
+    for (const auto& p : reference_over_travel(r.curve, s.curve, s.result, r.as_measured))
+      points.push_back({p.x_m * 1000 / o.distance_factor, p.MPa * factor});
+  }
+  return points;
+}
+
+}  // namespace
+
 DiagramOptions diagram_options(const Session& s, bool dark) {
   DiagramOptions o;
   o.type = std::max(1, s.options.grftyp);
@@ -204,9 +224,12 @@ DiagramOptions diagram_options(const Session& s, bool dark) {
   const bool velocity_left = o.type == 2 || o.type == 5;
   o.colours.velocity =
       (velocity_left ? s.output.colours.left : s.output.colours.right).value_or(o.colours.velocity);
+  o.colours.reference = s.output.colours.reference.value_or(o.colours.reference);
   o.followed = s.output.followed;
   o.hidden = s.output.hidden;
   o.view = s.output.view;
+  o.reference = reference_points(s, o);
+  o.reference_name = s.language.text("form9", "reference");
   return o;
 }
 

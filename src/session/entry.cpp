@@ -332,7 +332,20 @@ bool pick(Session& s, std::string_view screen, std::string_view list, int index)
   return run_action(s, screen, list, index);
 }
 
+bool can_mark(const Session& s, std::string_view screen, std::string_view name) {
+  if (!is_kind(s, screen, name, {ControlKind::number}) || !usable(s, screen, name)) return false;
+  const FoundAction found = find_action(s, screen, name);
+  return found.action && found.action->marked;
+}
+
 bool toggle(Session& s, std::string_view screen, std::string_view box) {
+  if (can_mark(s, screen, box)) {
+    const Action action(s);
+    const FoundAction found = find_action(s, screen, box);
+    found.action->marked(s, found.i);
+    if (s.focus.screen == screen) hold_state(s, screen);  // typing on does not take it back
+    return true;
+  }
   if (!is_kind(s, screen, box, {ControlKind::check}) || !usable(s, screen, box)) return false;
   const Action action(s);
   leave_focus(s);

@@ -50,7 +50,9 @@ bool press(Session& s, std::string_view screen, std::string_view button);
 bool double_click(Session& s, std::string_view screen, std::string_view name);
 bool pick(Session& s, std::string_view screen, std::string_view list,
           int index);  // index into the list's items
+// A box, or the row of a number field that can be marked.
 bool toggle(Session& s, std::string_view screen, std::string_view box);
+bool can_mark(const Session& s, std::string_view screen, std::string_view name);
 bool choose(Session& s, std::string_view screen, std::string_view group, int n);  // option n of a group
 // "Shift+Up", "F5", "Escape"; the last closes dialogs, but never takes a child of the frame away.
 bool key(Session& s, std::string_view screen, std::string_view key);

@@ -1,5 +1,6 @@
 #include "session/folds.h"
 
+#include "session/numbers.h"
 #include "session/settings.h"
 #include "text/number.h"
 
@@ -63,7 +64,10 @@ bool fold_held_open(const Session& s, std::string_view screen, const Group& grou
       if (place.kind != ControlKind::number && place.kind != ControlKind::display &&
           place.kind != ControlKind::text)
         continue;
-      if (to_be_looked_at(field(s, screen, place.control))) return true;
+      const NumberPlace number = find_number(s, screen, place.control);
+      const Field& f = field(s, screen, place.control);
+      if (number.number && number.number->zero_empty && f.text.empty()) continue;  // need not be there
+      if (to_be_looked_at(f)) return true;
     }
   return false;
 }

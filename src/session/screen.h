@@ -100,7 +100,8 @@ enum class RowShape : std::uint8_t {
   bare,     // controls side by side, with a label if told: boxes, options
   buttons,  // buttons, at the right
   block,    // one control with its label, if any, above it, taking the room that is left
-  note,     // a caption alone, its key in label
+  note,       // a caption alone, its key in label
+  paragraph,  // the same, as many lines as it needs
   source,   // where the entries of the list named in label come from, small
   slider,   // a bar that moves the number field of the row before it
   figure,   // a figure to be read at a glance: its caption, small, above it, its unit behind it
@@ -137,6 +138,7 @@ struct ControlAction {
   const char* control;
   void (*run)(Session&, int i) = nullptr;     // pressed, toggled, chosen, picked; a number double-clicked
   void (*edited)(Session&, int i) = nullptr;  // the text of a field without a number was edited
+  void (*marked)(Session&, int i) = nullptr;  // a number clicked, or Space in it: its row is chosen
 };
 
 struct Pointer {
@@ -174,7 +176,7 @@ struct Bar {
 };
 
 // What a screen is to the rest of the program, where that has to bring one forward.
-enum class Role : std::uint8_t { none, frame, dimensions, powder, results, output, quick_start };
+enum class Role : std::uint8_t { none, frame, dimensions, powder, results, output, quick_start, burn_function };
 
 enum class ScreenShape : std::uint8_t { frame, child, dialog, floating };
 
@@ -186,6 +188,7 @@ struct ScreenSpec {
   std::span<const Group> form{};
   // What stays in sight when the desk puts the form behind others; a window of its own has it above the form.
   std::span<const Group> apart{};
+  int scrolling_column = -1;             // of the form: scrolls by itself where the window is too low
   const char* default_button = nullptr;  // pressed by Enter
   std::span<const NumberField> numbers{};
   std::span<const ControlAction> actions{};
@@ -195,6 +198,7 @@ struct ScreenSpec {
   void (*close)(Session&) = nullptr;    // its cancel, as the close button and Escape do; null: only hidden
   void (*refresh)(Session&) = nullptr;  // writes every field that is no number from the state, and only there
   bool (*key)(Session&, std::string_view key) = nullptr;  // true: the key was used
+  std::span<const char* const> own_keys{};                // of them, those that go before the menus' own
   bool (*imperial)(const Session&) = nullptr;             // its own unit switch
   void (*units_chosen)(Session&) = nullptr;               // the units of the program were chosen: it follows
 };
@@ -233,6 +237,7 @@ constexpr Row display_row(const char* metric, const char* unit, const char* impe
 }
 constexpr Row wide_row(const char* label, Place place) { return {RowShape::wide, label, {place}}; }
 constexpr Row note_row(const char* label) { return {RowShape::note, label}; }
+constexpr Row paragraph_row(const char* label) { return {RowShape::paragraph, label}; }
 constexpr Row source_row(const char* list) { return {RowShape::source, list}; }
 constexpr Place load_list(const char* control, RecordKind records) {
   return {control, ControlKind::combo, nullptr, ListOf::load_records, records};

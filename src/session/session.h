@@ -17,6 +17,7 @@
 #include "engine/shot.h"
 #include "output/diagram_view.h"
 #include "output/draw_list.h"
+#include "powder/reference_curve.h"
 #include "session/fields.h"
 #include "session/screen.h"
 #include "session/user.h"
@@ -117,7 +118,15 @@ struct FitUndo {
 
 // Colours of the diagrams that the user has chosen; the others are those of the palette.
 struct ChosenColours {
-  std::optional<Colour> paper, left, right;
+  std::optional<Colour> paper, left, right, reference;
+};
+
+// The measured pressure curve that the diagrams can show beside that of the shot.
+struct Reference {
+  ReferenceCurve curve;
+  bool loaded = false;  // all of it is there
+  bool shown = false;
+  bool as_measured = false;  // at its own times, not laid over the rise of the shot
 };
 
 // How the output window shows things.
@@ -129,6 +138,7 @@ struct OutputView {
   int followed = 0;              // the curve that the read-out follows: 0 all
   std::array<bool, 2> hidden{};  // first and second curve of the diagram
   DiagramView view;              // the section on show
+  Reference reference;
   unsigned revision = 0;         // raised whenever something that the window shows has changed
 };
 

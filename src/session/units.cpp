@@ -31,6 +31,9 @@ double psi_Pa(double v, S) { return v / kPaPerPsi; }
 double Pa_psi(double v, S) { return v * kPaPerPsi; }
 
 bool in_psi(S s) { return s.unit_mode == UnitMode::imperial; }
+double mode_MPa(double v, S s) { return in_psi(s) ? psi_MPa(v, s) : chosen_MPa(v, s); }
+double MPa_mode(double v, S s) { return in_psi(s) ? MPa_psi(v, s) : MPa_chosen(v, s); }
+const char* whole_pattern(S) { return "0"; }
 double mode_Pa(double v, S s) { return in_psi(s) ? psi_Pa(v, s) : chosen_Pa(v, s); }
 double Pa_mode(double v, S s) { return in_psi(s) ? Pa_psi(v, s) : Pa_chosen(v, s); }
 const char* mode_pattern(S s) { return in_psi(s) ? "0" : "0.0"; }
@@ -80,6 +83,7 @@ const Unit psi_of_MPa{"unit_psi", psi_MPa, MPa_psi};
 const Unit chosen_of_Pa{"*", chosen_Pa, Pa_chosen, nullptr, by_factor};
 const Unit psi_of_Pa{"unit_psi", psi_Pa, Pa_psi};
 const Unit mode_of_Pa{"**", mode_Pa, Pa_mode, mode_pattern, by_mode};
+const Unit mode_of_MPa{"**", mode_MPa, MPa_mode, whole_pattern, by_mode};
 const Unit fps_of_mps{"unit_fps", fps, mps_fps};
 const Unit ft_of_m{"unit_fps", feet, mps_fps};
 const Unit lb_of_kg{"unit_lb", pounds, kilograms};

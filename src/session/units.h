@@ -30,6 +30,7 @@ extern const Unit psi_of_MPa;     // x 1000000 / 6894.76
 extern const Unit chosen_of_Pa;   // x pressure_unit_factor / 1000000
 extern const Unit psi_of_Pa;      // / 6894.76
 extern const Unit mode_of_Pa;     // psi in the imperial unit mode, else as chosen_of_Pa; limits told in MPa
+extern const Unit mode_of_MPa;    // psi in the imperial unit mode, else as chosen_of_MPa; whole numbers
 extern const Unit fps_of_mps;     // x 3.280839895, and a hundredth
 extern const Unit ft_of_m;        // x 3.280839895, of a second
 extern const Unit lb_of_kg;       // x 2.2046
