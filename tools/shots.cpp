@@ -91,8 +91,9 @@ void shoot_all(Running& program, const QString& folder, const Look& look) {
   program.run("arrng_stag");
   for (const char* screen : {"Form3", "Form4", "Form5", "Form7"})
     shoot(desk.view(screen)->window, name(screen));
-  for (const char* screen : {"Form2", "FormBorefrict", "FormPsel", "frmHelp", "frmPic", "Form11", "Form12",
-                             "FormTail", "frmBC", "frmGun", "FormMOA", "FormBack", "Form8", "frmPrimer", "Form10", "frmBP"})
+  for (const char* screen :
+       {"Form2", "FormBorefrict", "FormPsel", "frmHelp", "frmPic", "Form11", "Form12", "FormTail", "frmBC",
+        "frmGun", "FormMOA", "FormBack", "Form8", "frmPrimer", "Form10", "frmBP"})
     shoot_modal(name(screen), [&] { open_screen(s, screen); });
   shoot_burn_function(desk, name);
   open_screen(s, "frmFast");

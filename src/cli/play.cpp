@@ -263,7 +263,8 @@ void run_modal(Player& p, std::string_view name) {
 
 // Showing a screen, and marks of the menu, are done without a window; anything else is not.
 void window_command(std::string_view name) {
-  static constexpr std::string_view kDone[] = {"metr", "powd", "result", "diagra", "abbrandfunktion", "ttips", "symbonoff"};
+  static constexpr std::string_view kDone[] = {"metr",  "powd",     "result", "diagra", "abbrandfunktion",
+                                               "ttips", "symbonoff"};
   if (std::ranges::find(kDone, name) == std::end(kDone))
     throw ScriptError{"only the window program can do this: " + std::string(name)};
 }

@@ -249,7 +249,8 @@ bool Binder::eventFilter(QObject* watched, QEvent* event) {
       return true;
     }
     case QEvent::MouseButtonRelease:
-      if (static_cast<QMouseEvent*>(event)->button() == Qt::LeftButton && known && can_mark(session_, screen_, name))
+      if (static_cast<QMouseEvent*>(event)->button() == Qt::LeftButton && known &&
+          can_mark(session_, screen_, name))
         act_([&] { toggle(session_, screen_, name); });
       return false;
     case QEvent::KeyPress: {

@@ -171,7 +171,8 @@ Chart describe_diagram(const DiagramRun& run, const DiagramOptions& wanted, cons
   if (!shows_pressure(options.type) || shows_both(options.type)) {
     add_series(chart, run, options, language, velocity_of);
   }
-  if (shows_pressure(options.type) && !options.reference.empty()) chart.series.push_back(reference_of(options));
+  if (shows_pressure(options.type) && !options.reference.empty())
+    chart.series.push_back(reference_of(options));
   add_limits(chart, run, options, language);
   add_marks(chart, run, options);
   chart.section_note = language.fastmsg("fsection");

@@ -95,18 +95,18 @@ struct Place {
 };
 
 enum class RowShape : std::uint8_t {
-  pair,     // label, then one to three fields with their units
-  wide,     // label, then one control over the width
-  bare,     // controls side by side, with a label if told: boxes, options
-  buttons,  // buttons, at the right
-  block,    // one control with its label, if any, above it, taking the room that is left
+  pair,       // label, then one to three fields with their units
+  wide,       // label, then one control over the width
+  bare,       // controls side by side, with a label if told: boxes, options
+  buttons,    // buttons, at the right
+  block,      // one control with its label, if any, above it, taking the room that is left
   note,       // a caption alone, its key in label
   paragraph,  // the same, as many lines as it needs
-  source,   // where the entries of the list named in label come from, small
-  slider,   // a bar that moves the number field of the row before it
-  figure,   // a figure to be read at a glance: its caption, small, above it, its unit behind it
-  line,     // small texts or a drawing side by side, without captions, below a figure
-  grid      // `count` rows of fields with an index; the columns headed by the captions of their controls
+  source,     // where the entries of the list named in label come from, small
+  slider,     // a bar that moves the number field of the row before it
+  figure,     // a figure to be read at a glance: its caption, small, above it, its unit behind it
+  line,       // small texts or a drawing side by side, without captions, below a figure
+  grid        // `count` rows of fields with an index; the columns headed by the captions of their controls
 };
 
 struct Row {
@@ -176,7 +176,16 @@ struct Bar {
 };
 
 // What a screen is to the rest of the program, where that has to bring one forward.
-enum class Role : std::uint8_t { none, frame, dimensions, powder, results, output, quick_start, burn_function };
+enum class Role : std::uint8_t {
+  none,
+  frame,
+  dimensions,
+  powder,
+  results,
+  output,
+  quick_start,
+  burn_function
+};
 
 enum class ScreenShape : std::uint8_t { frame, child, dialog, floating };
 

@@ -139,7 +139,7 @@ struct OutputView {
   std::array<bool, 2> hidden{};  // first and second curve of the diagram
   DiagramView view;              // the section on show
   Reference reference;
-  unsigned revision = 0;         // raised whenever something that the window shows has changed
+  unsigned revision = 0;  // raised whenever something that the window shows has changed
 };
 
 struct Tables {
