@@ -328,7 +328,8 @@ private:
         if (i <= grid_rows(row, place)) table->addWidget(array_control(place, i, box), i, column);
       }
     }
-    for (int i = 1; i <= row.count; ++i) {
+    const bool numbered = row.places[0].kind == ControlKind::check;  // the boxes carry the numbers
+    for (int i = 1; i <= row.count && !numbered; ++i) {
       auto* number = new QLabel(QString::number(i), &box);
       number->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
       table->addWidget(number, i, 0);
@@ -340,7 +341,9 @@ private:
     QWidget* widget = make_control(place, place.control + std::to_string(i), &box);
     widget->setProperty("label_key", QString(place.control));
     widget->setProperty("label_index", i);
-    widget->setProperty("no_caption", true);  // the head of the column says it
+    // The head of the column is their caption; a box bears the number of its row.
+    widget->setProperty("no_caption", true);
+    if (auto* box_of_row = qobject_cast<QCheckBox*>(widget)) box_of_row->setText(QString::number(i));
     return widget;
   }
 

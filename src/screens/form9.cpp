@@ -6,6 +6,7 @@
 #include "screens/all.h"
 #include "session/clipboard.h"
 #include "session/entry.h"
+#include "session/message.h"
 #include "session/numbers.h"
 #include "session/record_lists.h"
 #include "session/take_records.h"
@@ -181,7 +182,13 @@ void choose_mode(Session& s, int i) {
 void pick_powder(Session& s, int) { take_powder(s, picked_row(field(s, kName, "anzPnam"))); }
 void paste_rows(Session& s, int) { reference_mode(s) ? paste_reference(s) : paste_table(s); }
 void open_record(Session& s, int) { open_screen(s, "Form10"); }
-void press_close(Session& s, int) { hide_screen(s, kName); }
+// As a tab it stays where it is, behind the pictures of the shot.
+void press_close(Session& s, int) {
+  if (s.options.atiles)
+    bring_to_front(s, Role::output);
+  else
+    hide_screen(s, kName);
+}
 
 constexpr ControlAction kActions[] = {
     {"Option1", choose_mode},
