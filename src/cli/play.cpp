@@ -10,7 +10,7 @@
 #include "cli/show.h"
 #include "screens/commands.h"
 #include "session/entry.h"
-#include "session/loads.h"
+#include "session/load_files.h"
 
 namespace tv {
 namespace {

@@ -277,6 +277,17 @@ void write_load_keys(const CalcState& s, const LoadData& data, SectionedFile& fi
   }
 }
 
+bool same_load(const CalcState& a, const LoadData& x, const CalcState& b, const LoadData& y) {
+  static constexpr std::string_view kDerived[] = {"brennr", "gesweg", "anfpul"};
+  return std::ranges::all_of(kKeys, [&](const LoadKey& key) {
+    if (key.text) return x.*key.text == y.*key.text;
+    if (key.coefficient && (key.row >= x.coefficients.size() || key.row >= y.coefficients.size()))
+      return x.coefficients.size() == y.coefficients.size();
+    return std::ranges::find(kDerived, key.key) != std::end(kDerived) ||
+           get_number(key, a, x) == get_number(key, b, y);
+  });
+}
+
 KeyList read_load_options(const SectionedFile& file, const CalcState& s, Options& options) {
   constexpr double least_target = 10;  // MPa; below it the maximum pressure of the cartridge rules
   const double by_cartridge = 0.875 * s.dim.zul_P;

@@ -82,6 +82,10 @@ std::optional<KeyList> read_load_keys(const SectionedFile& file, CalcState& stat
 // 255 characters.
 void write_load_keys(const CalcState& state, const LoadData& load, SectionedFile& file);
 
+// Whether a file of the one would hold the same as a file of the other, but for what follows from the rest.
+bool same_load(const CalcState& state, const LoadData& load, const CalcState& other_state,
+               const LoadData& other_load);
+
 // What a load holds beside its keys: the targets of the powder table and the gun, sections `metrics` and
 // `recoil`. To be read behind the load keys: maxtab is 0.875 of a known maximum pressure unless the file
 // holds one above 10 MPa. Gives the keys that were not understood.

@@ -55,6 +55,7 @@ constexpr OptionKey kKeys[] = {
     file_path("omtfil", &Options::omtfil),
     file_path("Picfil", &Options::Picfil),
     file_path("vivfil", &Options::vivfil),
+    check("labchg", kStart, &Options::labchg),
     count("filcnt", kStart, &Options::filcnt, 0, 99),
     count("graf_x", kStart, &Options::graf_x, 0),
     count("graf_y", kStart, &Options::graf_y, 0),

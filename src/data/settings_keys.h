@@ -23,8 +23,9 @@ struct Options {
   // startup
   std::string lanfile;
   std::string labfil, volfil, profil, ibulfil, gunfil, bpwfil, omtfil, Picfil,
-      vivfil;      // file names, less extension
-  int filcnt = 8;  // length of the recent list
+      vivfil;           // file names, less extension
+  bool labchg = false;  // the load differs from its file
+  int filcnt = 8;       // length of the recent list
   int graf_x = 0, graf_y = 3;
   bool metyes = true;  // metric display
   int grftyp = 6;      // kind of the standard diagram

@@ -16,7 +16,7 @@
 #include "gui/windows.h"
 #include "screens/all.h"
 #include "session/entry.h"
-#include "session/loads.h"
+#include "session/load_files.h"
 #include "session/start.h"
 
 namespace tv {

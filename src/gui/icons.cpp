@@ -37,7 +37,9 @@ const std::vector<std::pair<std::string, std::string>>& drawings() {
       {"grf_akt_dat", join({kPrinter, "k M9 17 L15 17 M9 19 L13 19"})},
       {"grf_weg_zeit", join({kPrinter, "r M8.5 20 Q10 15 12 17.5 Q13 19 15.5 19.5"})},
       {"lab_lod", "k M3 19 L3 5 L9 5 L11 7.5 L19 7.5 L19 10 M3 19 L6.5 10 L22 10 L18.5 19 Z"},
-      {"lab_sav", "k M4 4 L17 4 L20 7 L20 20 L4 20 Z M8 4 L8 9 L15 9 L15 4 b R7 13 10 7"},
+      {"lab_new",
+       "k M5 2.5 L15 2.5 L19 6.5 L19 21.5 L5 21.5 Z M14.5 2.5 L14.5 7 L19 7 g M12 10 L12 18 M8 14 L16 14"},
+      {"lab_save", "k M4 4 L17 4 L20 7 L20 20 L4 20 Z M8 4 L8 9 L15 9 L15 4 b R7 13 10 7"},
       {"addinfo",
        "k M5 2.5 L15 2.5 L19 6.5 L19 21.5 L5 21.5 Z M14.5 2.5 L14.5 7 L19 7 b M8 11 L16 11 M8 14.5 L16 "
        "14.5 M8 18 L13 18"},

@@ -21,7 +21,7 @@
 #include "gui/notice_line.h"
 #include "gui/tiled_desk.h"
 #include "gui/window_commands.h"
-#include "session/loads.h"
+#include "session/load_files.h"
 #include "session/start.h"
 #include "text/file.h"
 #include "text/number.h"

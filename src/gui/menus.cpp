@@ -7,7 +7,7 @@
 #include "gui/captions.h"
 #include "gui/icons.h"
 #include "gui/program_style.h"
-#include "session/loads.h"
+#include "session/load_files.h"
 #include "text/file.h"
 
 namespace tv {
@@ -69,7 +69,11 @@ Menus::Menus(Desk& desk, QMenuBar& bar, std::string_view section)
 void Menus::add(const Command& command) {
   QMenu* parent = command.parent ? menus_[command.parent] : nullptr;
   if (command.parent && !parent) return;
-  if (parent && command.separator_before) parent->addSeparator();
+  QAction* const gap = parent && command.separator_before ? parent->addSeparator() : nullptr;
+  if (std::string_view(command.name) == "Ende") {
+    above_exit_ = gap;
+    parent->insertSeparator(gap);
+  }
   if (!command.parent || is_menu(command)) {
     QMenu* menu = parent ? parent->addMenu(QString()) : bar_.addMenu(QString());
     menu->setObjectName(command.name);
@@ -119,19 +123,22 @@ void Menus::refresh() {
     menu->menuAction()->setVisible(command_enabled(s, *find_command(name)));
 }
 
+// The recent loads stand in a menu of their own and, where the hand looks for them, above the exit.
 void Menus::refresh_recent() {
-  const auto files = menus_.find("Datei_menu");
-  if (files == menus_.end()) return;
+  const auto menu = menus_.find("lab_recent");
+  if (menu == menus_.end()) return;
+  QMenu* const files = menus_.at("Datei_menu");
   const std::vector<std::string>& loads = desk_.session().recent;
   while (recent_.size() > loads.size()) {
     delete recent_.back();
     recent_.pop_back();
   }
   while (recent_.size() < loads.size()) {
-    if (recent_.empty()) files->second->addSeparator();
     const int index = static_cast<int>(recent_.size());
-    recent_.push_back(files->second->addAction(QString()));
-    QObject::connect(recent_.back(), &QAction::triggered, &bar_,
+    QAction* const entry = menu->second->addAction(QString());
+    files->insertAction(above_exit_, entry);
+    recent_.push_back(entry);
+    QObject::connect(entry, &QAction::triggered, &bar_,
                      [this, index] { desk_.act([&] { recent_open(desk_.session(), index); }); });
   }
   for (std::size_t i = 0; i < loads.size(); ++i) {
@@ -140,7 +147,6 @@ void Menus::refresh_recent() {
     const QString shown = name.section('/', -1).replace('&', "&&");
     recent_[i]->setText(QString("&%1 %2").arg(i + 1).arg(shown));
     recent_[i]->setToolTip(name);
-    recent_[i]->setEnabled(true);
   }
 }
 

@@ -33,6 +33,7 @@ private:
   std::map<std::string_view, QAction*> actions_;
   std::map<std::string_view, QMenu*> menus_;
   std::vector<QAction*> recent_;
+  QAction* above_exit_ = nullptr;  // in front of which the recent loads stand
 };
 
 // The buttons of all commands that have one, in the order of their indexes.

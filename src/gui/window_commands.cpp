@@ -20,7 +20,7 @@
 #include "gui/windows.h"
 #include "screens/output_window.h"
 #include "session/file_names.h"
-#include "session/loads.h"
+#include "session/load_files.h"
 #include "session/message.h"
 #include "session/settings.h"
 #include "text/file.h"

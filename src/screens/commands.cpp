@@ -11,8 +11,8 @@
 #include "session/entry.h"
 #include "session/file_names.h"
 #include "session/language_switch.h"
+#include "session/load_files.h"
 #include "session/load_steps.h"
-#include "session/loads.h"
 #include "session/message.h"
 #include "session/run.h"
 #include "session/settings.h"
@@ -33,11 +33,18 @@ constexpr const char* kOut = "form7";
 // --- file
 
 void calculate(S s, C) { Patdef(s); }
+void new_load(S s, C) { lab_new(s); }
 void save_load(S s, C) {
+  ask_notes(s);
+  lab_save(s);
+}
+void save_load_as(S s, C) {
   ask_notes(s);
   lab_sav(s);
 }
 void open_load_file(S s, C) { lab_lod(s); }
+void open_example(S s, C) { lab_example(s); }
+bool has_recent(CS s, C) { return !s.recent.empty(); }
 void delete_load(S s, C) { lab_del(s); }
 void design_data(S s, C) { lab_omt(s); }
 void end_program(S s, C) {
@@ -260,9 +267,13 @@ bool results_valid(CS s, C) { return s.valid.results; }
 // clang-format off
 constexpr Command kCommands[] = {
     {.name = "Datei_menu", .section = kMain, .parent = nullptr},
-    {.name = "rech", .section = kMain, .parent = "Datei_menu", .action = calculate, .shortcut = "F5", .toolbar = 0},
-    {.name = "lab_sav", .section = kMain, .parent = "Datei_menu", .action = save_load, .shortcut = "Ctrl+S", .toolbar = 4, .separator_before = true},
+    {.name = "lab_new", .section = kMain, .parent = "Datei_menu", .action = new_load, .shortcut = "Ctrl+N"},
     {.name = "lab_lod", .section = kMain, .parent = "Datei_menu", .action = open_load_file, .shortcut = "Ctrl+O", .toolbar = 3},
+    {.name = "lab_example", .section = kMain, .parent = "Datei_menu", .action = open_example},
+    {.name = "lab_recent", .section = kMain, .parent = "Datei_menu", .enabled = has_recent, .holds_recent = true},
+    {.name = "lab_save", .section = kMain, .parent = "Datei_menu", .action = save_load, .shortcut = "Ctrl+S", .toolbar = 4},
+    {.name = "lab_sav", .section = kMain, .parent = "Datei_menu", .action = save_load_as, .shortcut = "Ctrl+Shift+S"},
+    {.name = "rech", .section = kMain, .parent = "Datei_menu", .action = calculate, .shortcut = "F5", .toolbar = 0, .separator_before = true},
     {.name = "lab_del", .section = kMain, .parent = "Datei_menu", .action = delete_load},
     {.name = "addinfo", .section = kMain, .parent = "Datei_menu", .action = load_notes, .toolbar = 5},
     {.name = "lab_omt", .section = kMain, .parent = "Datei_menu", .action = design_data},
@@ -481,10 +492,10 @@ const Command* find_command(std::string_view name) {
 }
 
 bool is_menu(const Command& command) {
-  return std::ranges::any_of(kCommands, [&](const Command& c) {
-    return c.parent && std::string_view(c.parent) == command.name &&
-           std::string_view(c.section) == command.section;
-  });
+  return command.holds_recent || std::ranges::any_of(kCommands, [&](const Command& c) {
+           return c.parent && std::string_view(c.parent) == command.name &&
+                  std::string_view(c.section) == command.section;
+         });
 }
 
 bool is_exclusive(const Command& command) {

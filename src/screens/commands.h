@@ -21,6 +21,7 @@ struct Command {
   const char* literal =
       nullptr;  // fixed label that no language changes; null: caption from the language file
   bool separator_before = false;
+  bool holds_recent = false;  // a menu of the recent loads
 };
 
 std::span<const Command> commands();  // in menu order

@@ -8,6 +8,7 @@
 #include "screens/editors.h"
 #include "session/data_sets.h"
 #include "session/file_names.h"
+#include "session/load_files.h"
 #include "session/message.h"
 #include "session/numbers.h"
 #include "session/take_records.h"
@@ -318,6 +319,7 @@ void press_ok(Session& s, int) {
   if (!may_go(s)) return;
   if (ask_yes_no(s, MessageText(s).msg(423))) {
     if (!record_is_good(s, kEditor, fault_of(s))) return;
+    if (cartridge(s).name != s.load.pattyp && !may_replace_load(s)) return;
     take_cartridge_values(s, record_of(cartridge(s)));
   }
   hide_screen(s, kName);

@@ -6,6 +6,7 @@
 #include "session/dimensions.h"
 #include "session/entry.h"
 #include "session/input_check.h"
+#include "session/load_files.h"
 #include "session/message.h"
 #include "session/numbers.h"
 #include "session/record_lists.h"
@@ -189,7 +190,7 @@ constexpr Group kForm[] = {{nullptr, 0, kParts},
 
 // --- actions
 
-void pick_cartridge(Session& s, int) { take_cartridge(s, picked_row(field(s, kName, "HVolDat"))); }
+void pick_cartridge(Session& s, int) { pick_cartridge_of_load(s, picked_row(field(s, kName, "HVolDat"))); }
 void pick_bullet(Session& s, int) { take_bullet(s, picked_row(field(s, kName, "Bnam"))); }
 
 void name_typed(Session& s, const char* list, std::string& name) {

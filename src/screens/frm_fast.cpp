@@ -7,6 +7,7 @@
 #include "session/dimensions.h"
 #include "session/entry.h"
 #include "session/file_names.h"
+#include "session/load_files.h"
 #include "session/loads.h"
 #include "session/message.h"
 #include "session/numbers.h"
@@ -109,7 +110,7 @@ constexpr Group kForm[] = {{"Frame1", 0, kRows}, {nullptr, -1, kButtons}};
 
 void open(Session& s) { quick(s) = {.metric = s.unit_mode == UnitMode::metric}; }
 
-void pick_cartridge(Session& s, int) { take_cartridge(s, picked_row(field(s, kName, "HVolDat"))); }
+void pick_cartridge(Session& s, int) { pick_cartridge_of_load(s, picked_row(field(s, kName, "HVolDat"))); }
 void pick_bullet(Session& s, int) { take_bullet(s, picked_row(field(s, kName, "Bnam"))); }
 void pick_powder(Session& s, int) { take_powder(s, picked_row(field(s, kName, "PulvDat"))); }
 void toggle_tail(Session& s, int) { toggle(s, screen_name(s, Role::dimensions), "TAIL"); }

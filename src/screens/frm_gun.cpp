@@ -2,6 +2,7 @@
 #include "screens/all.h"
 #include "screens/editors.h"
 #include "session/data_sets.h"
+#include "session/load_files.h"
 #include "session/message.h"
 #include "session/numbers.h"
 #include "session/run.h"
@@ -134,7 +135,7 @@ void hand_over(Session& s) {
 }
 
 void press_ok(Session& s, int) {
-  if (!record_is_good(s, kEditor, fault_of(s)) || !may_go(s)) return;
+  if (!record_is_good(s, kEditor, fault_of(s)) || !may_go(s) || !may_replace_load(s)) return;
   hand_over(s);
   hide_screen(s, kName);
 }

@@ -48,7 +48,7 @@ std::string full_name(const Session& s, RecordKind kind) {
 bool protected_file(const Session& s, RecordKind kind, const std::string& file) {
   const std::string name = upper(file_name_only(file));
   if (kind == RecordKind::powders && (name == "TERNOFW.PRO" || name == "ALLPOWDR.PRO")) return true;
-  return s.roots.delivered != s.roots.root && file.starts_with(s.roots.delivered + "data/");
+  return s.roots.delivered != s.roots.root && lies_in(file, s.roots.delivered + "data/");
 }
 
 std::string caption_of(const Session& s, RecordKind kind) {
@@ -276,8 +276,9 @@ bool delete_record(Session& s, RecordKind kind, int row, bool confirmed) {
 void write_bullet_file_mark(Session& s, bool open) {
   if (!s.writes_files) return;
   const std::string bfile = open ? data_path(s, s.set(RecordKind::bullets).stored_name + "bul") : "";
-  change_sectioned(s, s.transfer_file,
-                   [&](SectionedFile& file) { file.set_bytes("transfer", "bfile", bfile); });
+  change_quietly(
+      s, s.transfer_file, [&](SectionedFile& file) { file.set_bytes("transfer", "bfile", bfile); },
+      Flush::no);
 }
 
 }  // namespace tv

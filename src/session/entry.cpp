@@ -8,6 +8,7 @@
 #include "session/numbers.h"
 #include "session/record_lists.h"
 #include "session/run.h"
+#include "session/settings.h"
 #include "text/number.h"
 
 namespace tv {
@@ -168,6 +169,7 @@ void end_action(Session& s) {
     --s.action_depth;
   }
   s.autocalc_due = false;
+  tell_failed_writes(s);
   refresh_screens(s);
 }
 

@@ -31,7 +31,9 @@ bool file_name_valid(Session& s, const std::string& file, FileMode mode) {
 }
 
 std::string with_extension(std::string file, const std::vector<std::string>& extensions) {
-  if (extensions.empty() || file_name_only(file).empty() || !file_extension(file).empty()) return file;
+  const std::string given = file_extension(file);  // of "6.5 Creedmoor" it is none
+  if (extensions.empty() || file_name_only(file).empty()) return file;
+  if (!given.empty() && given.find(' ') == std::string::npos) return file;
   return file + (file.ends_with('.') ? "" : ".") + extensions.front();
 }
 
@@ -93,6 +95,19 @@ std::optional<FileAnswer> ask_file(Session& s, FileBox box, const std::vector<st
     if (const std::string folder = file_folder(typed); folder_exists(folder)) box.folder = folder;
     if (box.mode == FileMode::save) box.comment = answer->comment;
   }
+}
+
+std::string proposed_name(std::string_view words, std::string_view extension) {
+  constexpr std::size_t kLong = 80;
+  std::string name(words);
+  for (const std::string_view c : kForbidden)
+    for (std::size_t at; (at = name.find(c)) != std::string::npos;) name.replace(at, c.size(), " ");
+  name.erase(0, name.find_first_not_of(" .,"));  // a file of a name with a point ahead is hidden
+  for (std::size_t at; (at = name.find("  ")) != std::string::npos;) name.erase(at, 1);
+  name = left(name, kLong);
+  while (!name.empty() && std::string_view(" .,").find(name.back()) != std::string_view::npos)
+    name.pop_back();
+  return name.empty() ? name : name + "." + std::string(extension);
 }
 
 std::string data_path(const Session& s, std::string_view path) {

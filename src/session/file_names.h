@@ -18,6 +18,10 @@ namespace tv {
 std::optional<FileAnswer> ask_file(Session& s, FileBox box, const std::vector<std::string>& extensions,
                                    const std::function<bool(const std::string&)>& refused = {});
 
+// A name for a file from words about what it holds: without what no name may have, at most as long as one
+// likes to read.
+std::string proposed_name(std::string_view words, std::string_view extension);
+
 // Where a file is read from: a relative name lies under the root or, missing there, in the delivered data.
 std::string data_path(const Session& s, std::string_view path);
 // Where the file dialog starts, with its closing '/': the folder of the file in use, else the one given,

@@ -2,6 +2,7 @@
 
 #include "session/data_sets.h"
 #include "session/file_names.h"
+#include "session/load_files.h"
 #include "session/message.h"
 #include "session/record_lists.h"
 #include "session/results_panel.h"
@@ -41,6 +42,7 @@ void take_delivered_language(Session& s, const std::string& damaged) {
 // Texts from files, held as the former code page read them, as the new one would have.
 void reread_all(Session& s, CodePage from, CodePage to) {
   if (from == to) return;
+  const bool unsaved = has_unsaved_changes(s);
   const auto again = [&](std::string& text) { text = reread(text, from, to); };
   for (DataSet& set : s.data) {
     for (Record& record : set.file.table.rows)
@@ -49,6 +51,7 @@ void reread_all(Session& s, CodePage from, CodePage to) {
   }
   for (const LoadKey& key : load_keys())
     if (key.text) again(s.load.*key.text);
+  if (!unsaved) mark_saved(s);
   for (const OptionKey& key : option_keys())
     if (key.text && key.form == OptionForm::text) again(s.options.*key.text);
   for (const auto kind : {RecordKind::cartridges, RecordKind::bullets, RecordKind::powders})

@@ -10,6 +10,7 @@
 #include "session/file_names.h"
 #include "session/findings.h"
 #include "session/input_check.h"
+#include "session/load_files.h"
 #include "session/load_steps.h"
 #include "session/message.h"
 #include "session/numbers.h"
@@ -120,46 +121,7 @@ void begin_load(Session& s) {
   s.valid.ask_charge = !(s.state.chargeGr > 0);
 }
 
-bool refuse_settings_file(Session& s, const std::string& file) {
-  if (!same_fold(file_name_only(file), file_name_only(s.settings_file))) return false;
-  warn(s, MessageText(s).msg(412).line().add(file_name_only(file)));
-  return true;
-}
-
-// "*." stands for a load without a name yet.
-bool is_named(const std::string& stored) { return !stored.empty() && file_name_only(stored) != "*."; }
-
-std::string load_start(const Session& s, FileMode mode) {
-  const std::string& last = s.options.labfil;  // "*." alone: of a load that never had a file
-  return dialog_folder(s, file_folder(last).size() > 1 ? last : std::string(), "data/", mode);
-}
-
-std::string stored_load(const std::string& file) { return file_folder(file) + file_stem(file) + "."; }
-
-// texts: the number behind flfdial and flffilt.
-std::optional<FileAnswer> ask_load_file(Session& s, FileMode mode, int texts, bool settings_refused) {
-  const bool save = mode == FileMode::save;
-  FileBox box{mode,
-              DialogKind::load,
-              s.language.fastmsg("flfdial", texts),
-              load_start(s, mode),
-              save && is_named(s.options.labfil) ? file_name_only(s.options.labfil + "dat") : std::string(),
-              s.language.fastmsg("flffilt", texts),
-              save ? s.load.commen : std::string()};
-  const auto refused = [&](const std::string& file) { return refuse_settings_file(s, file); };
-  return ask_file(s, std::move(box), {"dat"},
-                  settings_refused ? refused : std::function<bool(const std::string&)>());
-}
-
-void store_load_name(Session& s, const std::string& file) {
-  s.options.labfil = stored_load(file);
-  note_recent(s, file);
-  store_options(s, {"labfil"}, true);
-}
-
 }  // namespace
-
-std::string load_folder(const Session& s) { return load_start(s, FileMode::save); }
 
 static void write_missing_pressures(Session& s) {
   if (!(s.state.dim.zul_P > 0)) write_texts(s, s.state.dim.zul_P, " ? ", " ? ");
@@ -194,7 +156,10 @@ void LoadNumbers::refresh(Session& s) const {
   refresh_fill(s);
 }
 
-bool load_read(Session& s, const std::string& file) { return load_take(s, file, read_file(file)); }
+bool load_read(Session& s, const std::string& file) {
+  s.writer.drain();
+  return load_take(s, file, read_file(file));
+}
 
 bool load_take(Session& s, const std::string& file, const FileRead& read) {
   leave_focus(s);  // nothing held from before survives the load
@@ -219,11 +184,26 @@ bool load_take(Session& s, const std::string& file, const FileRead& read) {
     if (had_friction && !s.state.frictionOn) end_friction_step(s);
   }
   begin_load(s);
+  mark_saved(s);
   if (odd) {
     tell_odd_keys(s, *odd);
     compare_powder(s);
   }
   return true;
+}
+
+void begin_empty_load(Session& s) {
+  if (s.state.frictionOn) end_friction_step(s);
+  CalcState empty;
+  empty.dim.Llen = s.state.dim.Llen;
+  empty.schrit = s.state.schrit;
+  empty.pressure_unit_factor = s.state.pressure_unit_factor;
+  empty.tableMode = s.state.tableMode;
+  empty.tableKind = s.state.tableKind;
+  s.state = empty;
+  s.load = {};
+  s.picture.clear();
+  begin_load(s);
 }
 
 bool load_write(Session& s, const std::string& file) {
@@ -235,67 +215,27 @@ bool load_write(Session& s, const std::string& file) {
 }
 
 void save_current_load(Session& s) {
-  if (s.writes_files) load_write(s, s.settings_file);
+  if (!s.writes_files) return;
+  take_shown_start_pressure(s);
+  s.options.labchg = has_unsaved_changes(s);
+  // The name with the load: whatever ends the program, one load never stands under another's name.
+  const auto write = [state = s.state, load = s.load, options = s.options](SectionedFile& sections) {
+    write_load_keys(state, load, sections);
+    write_load_options(options, sections);
+    for (const char* key : {"labfil", "labchg"}) write_option(*option_key(key), options, sections);
+  };
+  change_behind(s, s.settings_file, write, Flush::yes);
 }
 
-bool open_load(Session& s, const std::string& file) {
-  if (!load_read(s, file)) return false;
-  s.autocalc_due = true;
-  // The list keeps names without extension, all of one kind: others can be read, but not found again.
-  if (file_has_extension(file, "dat")) store_load_name(s, file);
-  return true;
-}
-
-void lab_lod(Session& s) {
-  if (const auto answer = ask_load_file(s, FileMode::open, 6, false)) open_load(s, answer->file);
-}
-
-void lab_sav(Session& s) {
-  const auto answer = ask_load_file(s, FileMode::save, 26, true);
-  if (!answer) return;
-  const std::string before = std::exchange(s.load.commen, answer->comment);
-  if (load_write(s, answer->file))
-    store_load_name(s, answer->file);
-  else
-    s.load.commen = before;
-}
-
-void lab_del(Session& s) {
-  const auto answer = ask_load_file(s, FileMode::open, 12, true);
-  if (!answer) return;
-  if (!ask_ok_cancel(s, MessageText(s).msg(410).line().add(file_name_only(answer->file)).line().msg(411)))
-    return;
-  if (const int failure = remove_file(answer->file))
-    return warn(s, MessageText(s).msg(420).line().add(answer->file).line().add(s.language.failure(failure)));
-  const std::string stored = stored_load(answer->file);
-  if (std::erase_if(s.recent, [&](const std::string& held) { return same_fold(held, stored); }))
-    store_options(s, {}, true);
-}
-
-void lab_omt(Session& s) {
-  const auto answer = ask_file(
-      s,
-      {FileMode::open, DialogKind::design, s.language.fastmsg("flfdial", 7),
-       dialog_folder(s, s.options.omtfil, "", FileMode::open), "", s.language.fastmsg("flffilt", 7), ""},
-      {"omt"});
-  if (!answer) return;
-  const FileRead read = read_file(answer->file);
-  if (read.failure)
-    return warn(s, MessageText(s).msg(185).add(answer->file).line().add(s.language.failure(read.failure)));
+bool take_design_data(Session& s, const std::string& file) {
+  const FileRead read = read_file(file);
+  if (read.failure) {
+    warn(s, MessageText(s).msg(185).add(file).line().add(s.language.failure(read.failure)));
+    return false;
+  }
   read_design_data(SectionedFile(read.bytes, s.language.page()), s.state, s.load);
-  s.options.omtfil = stored_load(answer->file);
-  store_option(s, "omtfil");
   take_read_values(s, false);
-}
-
-void recent_open(Session& s, int index) {
-  if (index < 0 || index >= static_cast<int>(s.recent.size())) return;
-  open_load(s, data_path(s, s.recent[static_cast<std::size_t>(index)] + "dat"));
-}
-
-std::string load_caption(const Session& s) {
-  const std::string& stored = s.options.labfil;
-  return (is_named(stored) ? file_name_only(stored + "dat") : "*") + "   (" + kProgramName + ")";
+  return true;
 }
 
 static std::string velocity_shown(const Session& s) {
@@ -305,9 +245,9 @@ static std::string velocity_shown(const Session& s) {
 
 void write_transfer_file(Session& s) {
   if (!s.writes_files) return;
-  change_sectioned(s, s.transfer_file, [&](SectionedFile& file) {
-    write_transfer(s.state, s.load, s.options, velocity_shown(s), file);
-  });
+  const auto write = [state = s.state, load = s.load, options = s.options, velocity = velocity_shown(s)](
+                         SectionedFile& file) { write_transfer(state, load, options, velocity, file); };
+  change_behind(s, s.transfer_file, write, Flush::no);
 }
 
 }  // namespace tv

@@ -24,6 +24,7 @@
 #include "tables/load_table.h"
 #include "tables/powder_table.h"
 #include "tables/sort_table.h"
+#include "text/background_writer.h"
 #include "text/language.h"
 
 namespace tv {
@@ -171,11 +172,18 @@ struct Session {
   std::string settings_file, transfer_file;
   bool writes_files = true;    // settings, current load and transfer file; off for single commands
   bool reads_settings = true;  // off: the start takes the defaults instead of the user's settings
+  BackgroundWriter writer;     // of the settings file and the transfer file after a calculation
+  bool told_unwritable = false;
 
   // the load
   CalcState state;
   LoadData load;
-  std::string picture;  // file name of the cartridge's picture, empty if none
+  struct Saved {
+    CalcState state;
+    LoadData load;
+  };
+  std::optional<Saved> saved;  // what the file of the load holds; nothing: not known, it counts as changed
+  std::string picture;         // file name of the cartridge's picture, empty if none
   std::array<DataSet, kRecordKinds> data;
   std::vector<std::string> recent;  // loads, less extension
 

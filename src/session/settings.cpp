@@ -1,6 +1,9 @@
 #include "session/settings.h"
 
+#include <utility>
+
 #include "session/input_check.h"
+#include "session/load_files.h"
 #include "session/load_steps.h"
 #include "session/message.h"
 #include "text/file.h"
@@ -30,16 +33,42 @@ void write_all(const Session& s, SectionedFile& file) {
   write_recent(s, file);
 }
 
+}  // namespace
+
 const OptionKey* option_key(std::string_view key) {
   for (const OptionKey& option : option_keys())
     if (option.key == key) return &option;
   return nullptr;
 }
 
-}  // namespace
+// A folder that cannot be written would be told at each calculation.
+static void tell_unwritable(Session& s, const std::string& path, int failure) {
+  if (std::exchange(s.told_unwritable, true)) return;
+  s.status = s.language.msg(420) + " " + path + " " + s.language.failure(failure);
+}
+
+bool change_quietly(Session& s, const std::string& path, const std::function<void(SectionedFile&)>& change,
+                    Flush flush) {
+  s.writer.drain();
+  const int failure = settings_change(path, s.language.page(), change, flush);
+  if (failure) tell_unwritable(s, path, failure);
+  return failure == kNoFailure;
+}
+
+void change_behind(Session& s, const std::string& path, std::function<void(SectionedFile&)> change,
+                   Flush flush) {
+  s.writer.post(path, [path, page = s.language.page(), change = std::move(change), flush] {
+    return settings_change(path, page, change, flush);
+  });
+}
+
+void tell_failed_writes(Session& s) {
+  if (const auto failed = s.writer.take_failure()) tell_unwritable(s, failed->file, failed->failure);
+}
 
 bool change_sectioned(Session& s, const std::string& path,
                       const std::function<void(SectionedFile&)>& change) {
+  s.writer.drain();
   const int failure = settings_change(path, s.language.page(), change);
   if (failure == 0) return true;
   // Before any language has been read there is only this to say.
@@ -54,6 +83,7 @@ bool settings_save(Session& s) {
   if (!s.writes_files) return true;
   take_shown_start_pressure(s);
   settle_steps(s);
+  s.options.labchg = has_unsaved_changes(s);
   s.user->busy(true);
   const bool saved = change_sectioned(s, s.settings_file, [&](SectionedFile& file) { write_all(s, file); });
   s.user->busy(false);
@@ -66,7 +96,7 @@ bool store_options(Session& s, std::initializer_list<std::string_view> keys, boo
   for (const std::string_view key : keys)
     if (!option_key(key)) return false;
   if (!s.writes_files) return true;
-  return change_sectioned(s, s.settings_file, [&](SectionedFile& file) {
+  return change_quietly(s, s.settings_file, [&](SectionedFile& file) {
     for (const std::string_view key : keys) write_option(*option_key(key), s.options, file);
     if (with_recent) write_recent(s, file);
   });

@@ -59,6 +59,7 @@ void find_design_data(Session& s) {
 void take_places(Session& s, const PlaceHints& hints) {
   s.roots = find_data_root(hints);
   if (s.writes_files) make_folders(s.roots.root);
+  if (s.writes_files) remove_dead_parts(s.roots.root);
   if (s.reads_settings) s.settings_file = s.roots.root + "ternofw.set";
   s.transfer_file = s.roots.root + "ternofw.xmt";
 }
@@ -79,6 +80,7 @@ bool start(Session& s, const PlaceHints& hints) {
   const std::string told = s.status;
   load_read(s, s.settings_file);
   s.status = told;  // of the language, not of a load
+  if (s.options.labchg) s.saved.reset();
   SetDisplayMode(s, s.options.grftyp);
   find_design_data(s);
   write_bullet_file_mark(s, true);

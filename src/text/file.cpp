@@ -1,12 +1,14 @@
 #include "text/file.h"
 
 #include <fcntl.h>
+#include <signal.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <charconv>
 #include <filesystem>
 #include <system_error>
 
@@ -66,9 +68,23 @@ int write_all(int file, std::string_view bytes, const FileCalls& calls) {
 
 constexpr int kTries = 1000;
 
+constexpr std::string_view kPartHead = ".ternovale.", kPartTail = ".part";
+
 std::string temporary_name(const std::string& target, int i) {
-  return file_folder(target) + ".ternovale." + std::to_string(getpid()) + "." + std::to_string(i) + ".part";
+  return file_folder(target) + std::string(kPartHead) + std::to_string(getpid()) + "." + std::to_string(i) +
+         std::string(kPartTail);
 }
+
+// The process that a temporary file of that name belongs to, 0 if it is no such name.
+pid_t owner_of(std::string_view name) {
+  if (!name.starts_with(kPartHead) || !name.ends_with(kPartTail)) return 0;
+  pid_t owner = 0;
+  const std::string_view rest = name.substr(kPartHead.size());
+  const auto end = std::from_chars(rest.data(), rest.data() + rest.size(), owner);
+  return end.ec == std::errc() && *end.ptr == '.' ? owner : 0;
+}
+
+bool is_gone(pid_t process) { return kill(process, 0) < 0 && errno == ESRCH; }
 
 // A new file of a name that nobody else uses, beside the target. -1 and errno on failure.
 int create_beside(const std::string& target, std::string& name, const FileCalls& calls) {
@@ -212,8 +228,24 @@ FileRead read_file(const std::string& path) {
   return read;
 }
 
+void remove_dead_parts(const std::string& folder) {
+  std::error_code error;
+  for (fs::directory_iterator entry(folder.empty() ? "." : folder, error), none; !error && entry != none;
+       entry.increment(error)) {
+    const pid_t owner = owner_of(entry->path().filename().native());
+    if (owner > 0 && is_gone(owner)) unlink(entry->path().c_str());
+  }
+}
+
 int write_file(const std::string& path, std::string_view bytes, const std::string& backup) {
+  remove_dead_parts(folder_or_dot(follow_links(path)));
   return write_file(path, bytes, backup, system_calls());
+}
+
+int write_unflushed(const std::string& path, std::string_view bytes) {
+  FileCalls calls = system_calls();
+  calls.sync = [](int) { return 0; };
+  return write_file(path, bytes, {}, calls);
 }
 
 int write_file(const std::string& path, std::string_view bytes, const std::string& backup,
@@ -242,6 +274,12 @@ int write_file(const std::string& path, std::string_view bytes, const std::strin
 bool file_exists(const std::string& path) {
   std::error_code error;
   return fs::is_regular_file(path, error);
+}
+
+bool may_be_written(const std::string& path) {
+  const std::string target = follow_links(path);
+  if (access(folder_or_dot(target).c_str(), W_OK) < 0) return false;
+  return access(target.c_str(), F_OK) < 0 || access(target.c_str(), W_OK) == 0;
 }
 
 bool folder_exists(const std::string& path) {
@@ -278,6 +316,13 @@ std::string resolve_path(const std::string& root, std::string_view path) {
   if (fs::exists(plain, error)) return plain;
   const std::string found = find_folded(base, wanted);
   return found.empty() ? plain : found;
+}
+
+bool lies_in(const std::string& file, const std::string& folder) {
+  std::error_code error;
+  const fs::path outer = fs::weakly_canonical(folder + "/.", error);
+  const fs::path inner = fs::weakly_canonical(file, error);
+  return std::mismatch(outer.begin(), outer.end(), inner.begin(), inner.end()).first == outer.end();
 }
 
 std::vector<std::string> files_in(const std::string& folder, std::string_view pattern) {

@@ -239,13 +239,15 @@ std::string settings_read2(std::string_view section, std::string_view former, st
   return read_sectioned(file, page).get2(section, former, key);
 }
 
-int settings_change(const std::string& file, CodePage page,
-                    const std::function<void(SectionedFile&)>& change) {
+int settings_change(const std::string& file, CodePage page, const std::function<void(SectionedFile&)>& change,
+                    Flush flush) {
   const FileRead old = read_file(file);
   if (old.failure && old.failure != kFileNotFound) return old.failure;
   SectionedFile changed(old.bytes, page);
   change(changed);
-  return changed.bytes() == old.bytes ? kNoFailure : write_file(file, changed.bytes());
+  const std::string bytes = changed.bytes();
+  if (bytes == old.bytes) return kNoFailure;
+  return flush == Flush::yes ? write_file(file, bytes) : write_unflushed(file, bytes);
 }
 
 int settings_write(std::string_view section, std::string_view key, std::string_view value,

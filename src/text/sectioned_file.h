@@ -97,9 +97,10 @@ std::string settings_read2(std::string_view section, std::string_view former, st
 
 // Reads the file, lets it be changed and writes it once; nothing is written if nothing changed. A missing
 // file is made. A file that is there but cannot be read is left alone, as its other keys would be lost. Gives
-// the failure number, 0 if all went well.
-int settings_change(const std::string& file, CodePage page,
-                    const std::function<void(SectionedFile&)>& change);
+// the failure number, 0 if all went well. Flush::no: as write_unflushed.
+enum class Flush { yes, no };
+int settings_change(const std::string& file, CodePage page, const std::function<void(SectionedFile&)>& change,
+                    Flush flush = Flush::yes);
 
 // One value, as settings_change.
 int settings_write(std::string_view section, std::string_view key, std::string_view value,

@@ -20,7 +20,7 @@
 #include "screens/commands.h"
 #include "session/entry.h"
 #include "session/language_switch.h"
-#include "session/loads.h"
+#include "session/load_files.h"
 #include "session/message.h"
 #include "session/start.h"
 

@@ -52,6 +52,7 @@ TEST_F(Driver, ARunWritesTheLoadAndTheTransferFileAndFillsThePanel) {
   EXPECT_NEAR(read_number(text("Form5", "Mgas")), 343.9, 3.4);  // by an independent integration
   EXPECT_NEAR(read_number(text("Form5", "Vnull")), 775.5, 15);
   EXPECT_NE(text("Form5", "merker").find(s.language.notice()), std::string::npos);
+  s.writer.drain();
   EXPECT_NE(root.read("ternofw.set").find("powwht= 38.7"), std::string::npos);
   EXPECT_NE(root.read("ternofw.xmt").find("vnull=" + text("Form5", "Vnull") + "\r"), std::string::npos)
       << root.read("ternofw.xmt");

@@ -11,6 +11,7 @@
 #include "session/data_sets.h"
 #include "session/file_names.h"
 #include "session/language_switch.h"
+#include "session/load_files.h"
 #include "session/loads.h"
 #include "session/message.h"
 #include "session/record_lists.h"

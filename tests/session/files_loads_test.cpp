@@ -1,5 +1,6 @@
 // Loads as files: what comes back, what is told when something is wrong, and the list of recent ones.
 #include "session/dimensions.h"
+#include "session/entry.h"
 #include "session/files_fixture.h"
 #include "session/input_check.h"
 #include "session/record_lists.h"
@@ -37,6 +38,7 @@ TEST_F(Loads, ShowNoResultOfAnother) {
   ASSERT_TRUE(load_read(s, example("308_winchester_168")));
   EXPECT_EQ(recalculate(s), -1);
   EXPECT_NE(shown(s, "Form5", "Maxpe").text + shown(s, "Form5", "Mgas").text, "");
+  s.writer.drain();
   EXPECT_NE(read("ternofw.xmt").find("isneu=-1"), std::string::npos);
   ASSERT_TRUE(load_read(s, example("8x57_is_196_friction")));
   EXPECT_FALSE(s.valid.results);
@@ -133,6 +135,85 @@ TEST_F(Loads, AreNamedByTheDialogAndRemembered) {
   EXPECT_EQ(p->keys(), "msg410 msg411; msg410 msg411");
   EXPECT_FALSE(file_exists(at("data/one & two.dat")));
   EXPECT_TRUE(s.recent.empty());
+}
+
+TEST_F(Loads, AreUnsavedOnlyAfterAChange) {
+  for (const auto& entry : std::filesystem::directory_iterator(std::string(TV_SHARE_DIR) + "/data/loads")) {
+    ASSERT_TRUE(open_load(s, entry.path().string())) << entry.path();
+    recalculate(s);
+    EXPECT_FALSE(has_unsaved_changes(s)) << entry.path() << " after a calculation";
+  }
+  language_switch(s, "russian");
+  EXPECT_FALSE(has_unsaved_changes(s));
+  type_text(s, "Form4", "MPgn", "17");
+  EXPECT_TRUE(load_caption(s).find(" *   (") != std::string::npos) << load_caption(s);
+  settings_save(s);
+  EXPECT_TRUE(has_unsaved_changes(start()->s)) << "the next start knows it";
+}
+
+TEST_F(Loads, WithUnsavedChangesAreAskedForBeforeTheyGo) {
+  user.files = {saved_as(at("data/mine"))};
+  ASSERT_TRUE(load_read(s, example("308_winchester_168")) && lab_sav(s));
+  EXPECT_NE(s.status.find(at("data/mine.dat")), std::string::npos) << s.status;
+  const std::string other = example("9mm_luger_124");
+  const int cartridge = p->table(RecordKind::cartridges).find("6.5 Creedmoor");
+  ASSERT_GE(cartridge, 0);
+  const std::function<void()> ways[] = {[&] { open_load(s, other); }, [&] { lab_new(s); },
+                                        [&] { pick_cartridge_of_load(s, cartridge); }};
+  double charge = 30;
+  for (const auto& way : ways) {
+    s.state.chargeGr = ++charge;
+    const std::string before = values();
+    user.forget();
+    user.answers = {Answer::cancel};
+    way();
+    EXPECT_EQ(user.box_keys(), "msg431");
+    EXPECT_EQ(values(), before);
+    EXPECT_EQ(s.options.labfil, at("data/mine."));
+    user.answers = {Answer::yes};
+    way();
+    EXPECT_NE(s.state.chargeGr, charge);
+    user.forget();
+    ASSERT_TRUE(open_load(s, at("data/mine.dat")));
+    EXPECT_EQ(s.state.chargeGr, charge) << "it was saved";
+    s.state.chargeGr = 1;
+    user.answers = {Answer::no};
+    way();
+    ASSERT_TRUE(open_load(s, at("data/mine.dat")));
+    EXPECT_EQ(s.state.chargeGr, charge) << "it was given up";
+  }
+}
+
+TEST_F(Loads, ThatAreNewKeepBarrelAndUnitsOnly) {
+  ASSERT_TRUE(open_load(s, example("8x57_is_196_friction")));
+  const double barrel = s.state.dim.Llen;
+  recalculate(s);
+  lab_new(s);
+  EXPECT_EQ(s.state.dim.Llen, barrel);
+  EXPECT_EQ(s.state.chargeGr + s.state.dim.Volf + s.state.dim.Bwg + s.state.Exw, 0);
+  EXPECT_EQ(s.load.pattyp + s.load.bultyp + s.load.pulver + s.load.primer + s.load.commen, "");
+  EXPECT_FALSE(s.state.frictionOn || s.valid.results || has_unsaved_changes(s));
+  EXPECT_EQ(shown(s, "Form5", "Mgas").text, "");
+  EXPECT_EQ(load_caption(s), "*   (Ternovale)");
+  EXPECT_EQ(p->keys(), "");
+}
+
+TEST_F(Loads, ThatCameWithTheProgramAreSavedElsewhere) {
+  ASSERT_TRUE(open_load(s, example("308_winchester_168")));
+  const std::string bytes = read_file(example("308_winchester_168")).bytes;
+  make_folders(at("data/full.dat"));  // in the file's place: the system refuses
+  user.answers = {Answer::yes};
+  user.files = {saved_as(at("data/full.dat"), "typed"), saved_as(at("data/mine.dat"), "typed")};
+  EXPECT_TRUE(lab_save(s));
+  ASSERT_EQ(user.file_boxes.size(), 2u);
+  EXPECT_EQ(user.file_boxes[0].folder, at("data/"));
+  EXPECT_EQ(user.file_boxes[0].name, "308 Winchester, .308 168 HPBT.dat");
+  EXPECT_EQ(user.file_boxes[1].comment, "typed");
+  EXPECT_EQ(p->keys(), "msg420");
+  EXPECT_EQ(read_file(example("308_winchester_168")).bytes, bytes);
+  s.state.chargeGr = 41;
+  EXPECT_TRUE(lab_save(s)) << "its own file needs no dialog";
+  EXPECT_NE(read("data/mine.dat").find("powwht= 41"), std::string::npos);
 }
 
 TEST_F(Loads, RecentOnesAreOrderedOnceEachAndKept) {

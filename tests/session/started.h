@@ -14,6 +14,7 @@
 #include "session/file_names.h"
 #include "session/input_check.h"
 #include "session/language_switch.h"
+#include "session/load_files.h"
 #include "session/loads.h"
 #include "session/message.h"
 #include "session/record_lists.h"

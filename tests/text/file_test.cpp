@@ -9,6 +9,7 @@
 #include <string>
 
 #include "temp_folder.h"
+#include "text/background_writer.h"
 #include "text/file_calls.h"
 #include "without_rights.h"
 
@@ -155,6 +156,57 @@ TEST(WriteFile, FailingAtAnyStepLeavesTheOldFileOrTheNewOne) {
       }
     }
   }
+}
+
+TEST(WriteFile, RemovesWhatAKilledProgramLeft) {
+  TempFolder at;
+  const pid_t dead = fork();
+  if (dead == 0) _exit(0);
+  ASSERT_EQ(waitpid(dead, nullptr, 0), dead);
+  for (const pid_t owner : {dead, getpid()})
+    ASSERT_EQ(write_unflushed(at / (".ternovale." + std::to_string(owner) + ".7.part"), "x"), kNoFailure);
+  ASSERT_EQ(write_file(at / "a.dat", "x"), kNoFailure);
+  EXPECT_EQ(at.files(), 2) << "of the parts only that of a living program is left";
+}
+
+TEST(BackgroundWriter, FailingAtAnyStepLeavesTheOldFileOrTheNewOne) {
+  BackgroundWriter writer;
+  for (int step = 0; step == 0 || step <= fault.calls; ++step) {
+    TempFolder at;
+    const std::string file = at / "a.dat";
+    int failure = kNoFailure;
+    writer.post(file, [&] { return failure = write_with({step, ENOSPC, false}, file, at / "a.bak"); });
+    writer.drain();
+    EXPECT_EQ(read_file(file).bytes, failure ? kOld : kNew) << "step " << step;
+    const auto told = writer.take_failure();
+    EXPECT_EQ(told ? told->failure : kNoFailure, failure);
+    EXPECT_LE(at.files(), 2) << "a temporary file is left";
+  }
+}
+
+TEST(BackgroundWriter, WritesTheLatestOfEachFile) {
+  TempFolder at;
+  int written = 0;
+  const auto version = [&](const std::string& name, int n) {
+    return [&written, file = at / name, n] { return ++written, write_unflushed(file, std::to_string(n)); };
+  };
+  {
+    BackgroundWriter writer;
+    for (int n = 1; n <= 2000; ++n)
+      for (const char* name : {"a", "b"}) writer.post(at / name, version(name, n));
+    writer.drain();
+    EXPECT_EQ(at.files(), 2);
+    EXPECT_EQ(read_file(at / "a").bytes + read_file(at / "b").bytes, "20002000");
+    EXPECT_LT(written, 200) << "each version was written";
+    writer.post(at / "a", version("a", 7));
+    writer.post(at / "b", [&]() -> int { throw std::bad_alloc(); });
+    writer.drain();
+    const auto failed = writer.take_failure();
+    ASSERT_TRUE(failed.has_value());
+    EXPECT_EQ(failed->file, at / "b");
+    writer.post(at / "a", version("a", 8));
+  }
+  EXPECT_EQ(read_file(at / "a").bytes, "8") << "the end writes what is left";
 }
 
 TEST(WriteFile, MapsTheSystemsErrors) {
