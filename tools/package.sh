@@ -17,7 +17,7 @@ deb=$(echo "$build"/*.deb)
 dpkg-deb --info "$deb"
 
 echo "checking $deb"
-lintian --allow-root --fail-on error,warning "$deb"
+lintian --allow-root --display-info --fail-on error,warning,info "$deb"
 scratch=$(mktemp -d)
 trap 'rm -rf "$scratch"' EXIT
 root=$scratch/root
@@ -39,6 +39,12 @@ if command -v gio >/dev/null; then
   if type_of "$scratch/other.dat" | grep -q ternovale; then fail "takes any .dat for a load"; fi
 fi
 if grep -rqaF "$PWD" "$root"; then fail "the package names the folder it was built in"; fi
+
+# Neither needs a display.
+for option in --version --help; do
+  env -i PATH=/usr/bin:/bin "$root/usr/bin/ternovale" $option | grep -qi ternovale || fail "ternovale $option"
+done
+[[ $("$root/usr/bin/ternovale" --version) == "$("$root/usr/bin/ternovale-cli" --version)" ]] || fail "two versions"
 
 # The same figures from the installed program, in an empty home, as from the build tree.
 mkdir "$scratch/home"

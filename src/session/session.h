@@ -30,7 +30,7 @@
 namespace tv {
 
 inline constexpr const char* kProgramName = "Ternovale";
-inline constexpr const char* kVersion = "V.1.00.0001";
+inline constexpr const char* kVersion = TV_VERSION;  // that of the project, in CMakeLists.txt
 
 // All that the session knows of the screens.
 struct Program {

@@ -99,5 +99,26 @@ TEST(Documents, LinksLeadSomewhere) {
   }
 }
 
+// As a shell calls it: the words so far, and what may stand next.
+TEST(Documents, CompletionsTellWhatMayStandNext) {
+  const auto next = [](const std::string& words) {
+    const test::Scratch scratch;
+    const std::string script = scratch.write("complete.sh", "source " TV_SOURCE_DIR
+                                                            "/share/completions/ternovale-cli.bash\n"
+                                                            "COMP_WORDS=(ternovale-cli " +
+                                                                words +
+                                                                ")\n"
+                                                                "COMP_CWORD=$((${#COMP_WORDS[@]} - 1))\n"
+                                                                "_ternovale_cli && echo ${COMPREPLY[@]}\n");
+    const std::string out = scratch.path() + "out.txt";
+    EXPECT_EQ(std::system(("PATH=" TV_BIN_DIR ":$PATH bash " + script + " >" + out).c_str()), 0);
+    return test::read_bytes(out);
+  };
+  EXPECT_EQ(next("powd"), "powder-table\n");
+  EXPECT_EQ(next("--language fr"), "french\n");
+  EXPECT_EQ(next("--language french shot --cur"), "--curve\n");
+  EXPECT_EQ(next("shot x.dat --units \"\""), "metric imperial\n");
+}
+
 }  // namespace
 }  // namespace tv
