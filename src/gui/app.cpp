@@ -1,16 +1,18 @@
 #include "gui/app.h"
 
-#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QKeyEvent>
 #include <QMessageBox>
+#include <QSettings>
 #include <QStandardPaths>
 #include <algorithm>
 
 #include "gui/desk.h"
 #include "gui/gui_user.h"
+#include "gui/hand_over.h"
 #include "gui/icons.h"
+#include "gui/main_frame.h"
 #include "gui/palettes.h"
 #include "gui/program_style.h"
 #include "gui/windows.h"
@@ -38,6 +40,26 @@ bool show_notice(Session& s) {
   }
 }
 
+void open_file(Desk& desk, const QString& file) {
+  desk.act([&] { open_load(desk.session(), QFile::encodeName(file).toStdString()); });
+}
+
+void come_to_front(Desk& desk) {
+  MainFrame* frame = desk.frame();
+  if (!frame) return;
+  frame->setWindowState(frame->windowState() & ~Qt::WindowMinimized);
+  frame->show();
+  frame->raise();
+  frame->activateWindow();
+}
+
+// A load from another start, unless something else is going on.
+bool take_handed_over(Desk& desk, const QString& file) {
+  if (!desk.frame() || QApplication::activeModalWidget() || desk.session().action_depth > 0) return false;
+  open_file(desk, file);
+  return true;
+}
+
 }  // namespace
 
 bool App::notify(QObject* receiver, QEvent* event) {
@@ -59,11 +81,10 @@ bool App::notice_tip(QObject* receiver, QEvent* event) {
          tips_.edit(*session);
 }
 
+QString absolute_file(const QString& word) { return QFileInfo(word).absoluteFilePath(); }
+
 std::unique_ptr<QLockFile> take_instance_lock() {
-  QString folder = QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation);
-  if (folder.isEmpty()) folder = QDir::tempPath();
-  const QString user = QString::fromLocal8Bit(qgetenv("USER"));
-  auto lock = std::make_unique<QLockFile>(folder + "/ternovale-" + user + ".lock");
+  auto lock = std::make_unique<QLockFile>(instance_place() + ".lock");
   lock->setStaleLockTime(0);  // only a process that has died leaves a stale lock
   if (lock->tryLock()) return lock;
   if (lock->error() == QLockFile::LockFailedError) return nullptr;
@@ -87,6 +108,7 @@ PlaceHints place_hints() {
 }
 
 int run_program(App& app, const PlaceHints& hints, const QStringList& loads) {
+  HandedOver others;
   GuiUser user;
   Session session(user, the_program());
   user.attach(&session, nullptr);
@@ -97,6 +119,10 @@ int run_program(App& app, const PlaceHints& hints, const QStringList& loads) {
   int answer = 0;
   if (start(session, hints)) {
     if (session.options.look != 0) apply_look(session.options.look);
+    // The toolkit keeps some settings of its dialogs: in a portable folder they stay in it.
+    if (session.roots.delivered == session.roots.root)
+      QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope,
+                         QFile::decodeName(session.roots.root.c_str()));
     Desk desk(session);
     user.attach(&session, &desk);
     if (show_notice(session)) {
@@ -104,10 +130,11 @@ int run_program(App& app, const PlaceHints& hints, const QStringList& loads) {
       if (loads.isEmpty())
         desk.act([&] { open_first_example(session); });
       else
-        desk.act([&] {
-          open_load(session, QFile::encodeName(QFileInfo(loads[0]).absoluteFilePath()).toStdString());
-        });
+        open_file(desk, absolute_file(loads[0]));
+      others.deliver_to([&desk] { come_to_front(desk); },
+                        [&desk](const QString& file) { return take_handed_over(desk, file); });
       answer = app.exec();
+      others.deliver_to({}, {});
     }
     user.attach(&session, nullptr);
   }

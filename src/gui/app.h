@@ -27,6 +27,8 @@ private:
 
 // The lock of the one instance; null if another holds it.
 std::unique_ptr<QLockFile> take_instance_lock();
+// The file that a word of the command line names.
+QString absolute_file(const QString& word);
 // Says in two languages that the program is running already.
 void say_already_running();
 

@@ -55,6 +55,7 @@ private:
   }
 
   void visit_label(QLabel& label) const {
+    label.setTextFormat(Qt::PlainText);  // names of records and files are no markup
     const QVariant unit = label.property(kUnitKey);
     if (unit.isValid())
       label.setText(qt(s_.language.text("units", utf8(unit.toString()))));
@@ -83,7 +84,7 @@ private:
         if (const qsizetype gap = shown.indexOf("  "); gap > 0)
           shown = shown.left(gap) + '\t' + shown.mid(gap).trimmed();
         action->setText(shown);
-        action->setToolTip(tip_text(s_, action->objectName(), caption(action)));
+        action->setToolTip(plain_tip(tip_text(s_, action->objectName(), caption(action))));
       }
   }
 
@@ -119,6 +120,10 @@ QString plain_caption(QString caption) {
   if (tab >= 0) caption.truncate(tab);
   for (qsizetype i = caption.indexOf('&'); i >= 0; i = caption.indexOf('&', i + 1)) caption.remove(i, 1);
   return caption;
+}
+
+QString plain_tip(const QString& text) {
+  return Qt::mightBeRichText(text) ? "<qt>" + text.toHtmlEscaped().replace('\n', "<br>") + "</qt>" : text;
 }
 
 void apply_captions(QWidget* root, const Session& s, std::string_view section) {

@@ -19,6 +19,9 @@ inline std::string utf8(const QString& text) { return text.toStdString(); }
 // A caption without its mnemonic, for accessible names and titles.
 QString plain_caption(QString caption);
 
+// For where the toolkit would take what looks like markup for markup.
+QString plain_tip(const QString& text);
+
 // Captions root and all its children from a section; the tips by the widgets' names.
 void apply_captions(QWidget* root, const Session& s, std::string_view section);
 // The name that the tip of a widget stands under: its own, or that of its label; its own also without a tip.

@@ -1,189 +1,241 @@
 #include "gui/file_dialog.h"
 
 #include <QComboBox>
-#include <QDialog>
+#include <QDialogButtonBox>
 #include <QDir>
 #include <QFile>
+#include <QFileDialog>
+#include <QFileSystemModel>
 #include <QGridLayout>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
-#include <QListWidget>
+#include <QListView>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QStandardPaths>
+#include <algorithm>
 
 #include "gui/captions.h"
+#include "gui/entry_filter.h"
 #include "session/file_names.h"
+#include "session/load_files.h"
 
 namespace tv {
 namespace {
 
-class FileDialog : public QDialog {
+// A place beside those of the system, under a name of the program's own.
+struct NamedPlace {
+  QUrl url;
+  QString name;
+};
+
+// The toolkit's dialog. What a name must be is tested by the caller, who asks again: the dialog itself accepts
+// whatever was typed.
+class FileDialog : public QFileDialog {
 public:
   FileDialog(Session& s, const FileBox& box, QWidget* parent);
+  ~FileDialog() override { setSidebarUrls(system_places_); }  // the toolkit keeps them, for all programs
   FileAnswer answer() const;
+  void accept() override;
 
 protected:
   void keyPressEvent(QKeyEvent* event) override {
-    // Enter in the comment or the folder list belongs to them.
-    if ((event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) &&
-        (comment_->hasFocus() || folders_->hasFocus()))
-      return;
-    QDialog::keyPressEvent(event);
+    const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (!enter || !comment_->hasFocus()) QFileDialog::keyPressEvent(event);
+  }
+  // A name that the toolkit finds too long is refused in words.
+  bool eventFilter(QObject* watched, QEvent* event) override {
+    if (watched == ok_ && event->type() == QEvent::EnabledChange && !ok_->isEnabled()) ok_->setEnabled(true);
+    return QFileDialog::eventFilter(watched, event);
   }
 
 private:
   template <class W>
-  W* add(W* widget, const char* name, const char* label, QGridLayout& grid, int row, int column,
-         int across = 1);
-  void go_to(const QString& folder);
-  void list_files();
-  void use_name();
-  void picked();
-  void take_type();
+  W* part(const char* toolkits_name, const char* name, const char* label);
+  QString caption(const char* key) const { return qt(session_.language.text("files", key)); }
+  void set_types();
+  void set_captions();
+  void add_comment();
+  void add_places();
+  void name_places();
+  void take_type(int type);
+  void preview(const QString& file);
 
   Session& session_;
   FileBox box_;
-  QDir folder_;
-  QString wildcard_;
-  QLabel* where_;
-  QListWidget *folders_, *files_;
+  QStringList patterns_;  // of the types
+  QList<QUrl> system_places_;
+  std::vector<NamedPlace> places_;
   QLineEdit* name_;
-  QComboBox* type_;
+  QListView* sidebar_;
+  QPushButton* ok_;
+  QLabel* where_;
   QPlainTextEdit* comment_;
 };
 
+bool holds_comment(DialogKind kind) {
+  constexpr DialogKind kKinds[] = {DialogKind::load,     DialogKind::bullets,  DialogKind::cartridges,
+                                   DialogKind::powders,  DialogKind::guns,     DialogKind::black_powders,
+                                   DialogKind::vivacity, DialogKind::reference};
+  return std::ranges::find(kKinds, kind) != std::end(kKinds);
+}
+
 template <class W>
-W* FileDialog::add(W* widget, const char* name, const char* label, QGridLayout& grid, int row, int column,
-                   int across) {
+W* FileDialog::part(const char* toolkits_name, const char* name, const char* label) {
+  W* widget = findChild<W*>(toolkits_name);
   widget->setObjectName(name);
-  auto* caption = new QLabel(this);
-  caption->setProperty(kCaptionKey, QString(label));
-  caption->setBuddy(widget);
-  widget->setProperty("label_key", QString(label));
-  grid.addWidget(caption, row, column);
-  grid.addWidget(widget, row + 1, column, 1, across);
+  widget->setProperty("label_key", label);
+  apply_captions(widget, session_, "files");
   return widget;
 }
 
 FileDialog::FileDialog(Session& s, const FileBox& box, QWidget* parent)
-    : QDialog(parent), session_(s), box_(box) {
+    : QFileDialog(parent), session_(s), box_(box) {
+  const bool save = box.mode == tv::FileMode::save;
   setObjectName("file_dialog");
-  auto* grid = new QGridLayout(this);
-  where_ = new QLabel(this);
-  where_->setObjectName("lblAktDir");
-  where_->setTextInteractionFlags(Qt::TextSelectableByMouse);
-  grid->addWidget(where_, 0, 0, 1, 2);
-  name_ = add(new QLineEdit(this), "NamenFeld", "filename", *grid, 1, 1);
-  type_ = add(new QComboBox(this), "combo1", "types", *grid, 5, 1);
-  folders_ = add(new QListWidget(this), "verzeichnis", "dirs", *grid, 1, 0);
-  grid->addWidget(folders_, 2, 0, 3, 1);
-  files_ = new QListWidget(this);
-  files_->setObjectName("filFiles");
-  files_->setProperty("label_key", "filename");
-  grid->addWidget(files_, 3, 1, 2, 1);
-  comment_ = add(new QPlainTextEdit(this), "kommentar", "comment", *grid, 7, 0, 2);
-  comment_->setReadOnly(box.mode == FileMode::open);
-  comment_->setTabChangesFocus(true);
-  grid->setRowStretch(4, 3);
-  grid->setRowStretch(8, 1);
-  grid->setColumnStretch(1, 2);
-  grid->setColumnStretch(0, 1);
-
-  auto* row = new QHBoxLayout;
-  row->addStretch(1);
-  auto* ok = new QPushButton(this);
-  ok->setObjectName("accept");
-  ok->setProperty(kCaptionKey, "ok");
-  ok->setDefault(true);
-  auto* cancel = new QPushButton(this);
-  cancel->setObjectName("abbruch");
-  cancel->setProperty(kCaptionKey, "cancel");
-  row->addWidget(ok);
-  row->addWidget(cancel);
-  grid->addLayout(row, 9, 0, 1, 2);
-
-  const QStringList types = qt(box.types).split('|', Qt::SkipEmptyParts);
-  for (qsizetype i = 0; i + 1 < types.size(); i += 2) type_->addItem(types[i], types[i + 1]);
-  type_->addItem("All Files (*.*)", "*");
-
-  apply_captions(this, s, "files");
-  setWindowTitle(qt(box.title));
-  name_->setText(QFile::decodeName(box.name.c_str()));
-  comment_->setPlainText(qt(box.comment));
+  setProperty(kOwnSection, true);
+  setOption(DontUseNativeDialog);  // only the toolkit's own has room for the comment
+  setOption(DontConfirmOverwrite);
+  setOption(DontUseCustomDirectoryIcons);
+  setFileMode(AnyFile);
+  setAcceptMode(save ? AcceptSave : AcceptOpen);
+  system_places_ = sidebarUrls();
+  name_ = part<QLineEdit>("fileNameEdit", "NamenFeld", "filename");
+  sidebar_ = part<QListView>("sidebar", "verzeichnis", "dirs");
+  part<QListView>("listView", "filFiles", "filename");
+  auto* type = part<QComboBox>("fileTypeCombo", "combo1", "types");
+  auto* buttons = findChild<QDialogButtonBox*>("buttonBox");
+  ok_ = buttons->button(save ? QDialogButtonBox::Save : QDialogButtonBox::Open);
+  ok_->setObjectName("accept");
+  ok_->installEventFilter(this);
+  buttons->button(QDialogButtonBox::Cancel)->setObjectName("abbruch");
+  add_comment();
+  set_types();
+  set_captions();
+  add_places();
   const QString start = QFile::decodeName(box.folder.c_str());
-  go_to(QDir(start).exists() ? start : QFile::decodeName(s.roots.root.c_str()));
+  setDirectory(QDir(start).exists() ? start : QFile::decodeName(s.roots.root.c_str()));
+  where_->setText(directory().absolutePath());
+  name_->setText(QFile::decodeName(box.name.c_str()));
   name_->setFocus();
   name_->selectAll();
-  QWidget* order[] = {name_, files_, type_, folders_, comment_, ok, cancel};
-  for (std::size_t i = 0; i + 1 < std::size(order); ++i) setTabOrder(order[i], order[i + 1]);
-
-  connect(ok, &QPushButton::clicked, this, [this] { use_name(); });
-  connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
-  connect(type_, &QComboBox::activated, this, [this] {
-    wildcard_.clear();
-    list_files();
-    take_type();
-  });
-  // Not the current item: the list takes one by itself when it gets the focus.
-  connect(files_, &QListWidget::itemSelectionChanged, this, [this] { picked(); });
-  connect(files_, &QListWidget::itemClicked, this, [this] { picked(); });
-  connect(files_, &QListWidget::itemDoubleClicked, this, [this] { use_name(); });
-  connect(folders_, &QListWidget::itemActivated, this,
-          [this](const QListWidgetItem* item) { go_to(folder_.filePath(item->text())); });
+  ok_->setEnabled(true);
+  connect(this, &QFileDialog::directoryEntered, where_, &QLabel::setText);
+  connect(this, &QFileDialog::currentChanged, this, [this](const QString& file) { preview(file); });
+  connect(type, &QComboBox::activated, this, [this](int chosen) { take_type(chosen); });
 }
 
-void FileDialog::go_to(const QString& folder) {
-  folder_ = QDir(QDir::cleanPath(QDir(folder).absolutePath()));
-  where_->setText(folder_.absolutePath());
-  folders_->clear();
-  if (!folder_.isRoot()) folders_->addItem("..");
-  folders_->addItems(folder_.entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name | QDir::IgnoreCase));
-  list_files();
+// Below the names: what is told of the file when opening, its comment when saving, and the folder in full.
+void FileDialog::add_comment() {
+  auto* grid = qobject_cast<QGridLayout*>(layout());
+  auto* label = new QLabel(this);
+  comment_ = new QPlainTextEdit(qt(box_.comment), this);
+  comment_->setObjectName("kommentar");
+  comment_->setReadOnly(box_.mode == tv::FileMode::open);
+  comment_->setTabChangesFocus(true);
+  comment_->setFixedHeight(fontMetrics().height() * 5);
+  keep_to_page(comment_, session_);
+  const char* key = box_.mode == tv::FileMode::open && box_.kind == DialogKind::load ? "preview" : "comment";
+  label->setProperty(kCaptionKey, key);
+  comment_->setProperty("label_key", key);
+  label->setBuddy(comment_);
+  where_ = new QLabel(this);
+  where_->setObjectName("lblAktDir");
+  where_->setTextFormat(Qt::PlainText);
+  where_->setTextInteractionFlags(Qt::TextSelectableByMouse);
+  where_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+  const int row = grid->rowCount();
+  grid->addWidget(label, row, 0, Qt::AlignTop);
+  grid->addWidget(comment_, row, 1, 1, grid->columnCount() - 1);
+  grid->addWidget(where_, row + 1, 0, 1, grid->columnCount());
+  for (QWidget* widget : {static_cast<QWidget*>(label), static_cast<QWidget*>(comment_)}) {
+    apply_captions(widget, session_, "files");
+    widget->setVisible(holds_comment(box_.kind) || !box_.comment.empty());
+  }
 }
 
-void FileDialog::list_files() {
-  const QString pattern = wildcard_.isEmpty() ? type_->currentData().toString() : wildcard_;
-  files_->clear();
-  files_->addItems(folder_.entryList(pattern.split(';'), QDir::Files, QDir::Name | QDir::IgnoreCase));
+// "Text (*.txt)|*.txt|..." and all files behind them.
+void FileDialog::set_types() {
+  QStringList filters;
+  const QStringList types = qt(box_.types).split('|', Qt::SkipEmptyParts);
+  for (qsizetype i = 0; i + 1 < types.size(); i += 2) {
+    patterns_ << types[i + 1];
+    const QString patterns = QString(types[i + 1]).replace(';', ' ');
+    filters << types[i].section('(', 0, 0).trimmed() + " (" + patterns + ')';
+  }
+  patterns_ << "*";
+  setNameFilters(filters << "All Files (*)");
+}
+
+void FileDialog::set_captions() {
+  setWindowTitle(qt(box_.title));
+  constexpr std::pair<DialogLabel, const char*> kLabels[] = {
+      {FileName, "filename"}, {FileType, "types"}, {Reject, "cancel"}};
+  for (const auto& [label, key] : kLabels)
+    if (!caption(key).isEmpty()) setLabelText(label, caption(key));
+  if (const QString text = caption(box_.mode == tv::FileMode::save ? "save" : "open"); !text.isEmpty())
+    setLabelText(Accept, text);
+}
+
+void FileDialog::add_places() {
+  if (box_.kind == DialogKind::load)
+    for (const auto& [folder, key] :
+         {std::pair{own_loads(session_), "myloads"}, {example_loads(session_), "examples"}})
+      if (const QDir dir(QFile::decodeName(folder.c_str())); dir.exists())
+        places_.push_back({QUrl::fromLocalFile(dir.canonicalPath()), caption(key)});
+  QList<QUrl> urls;
+  for (const NamedPlace& place : places_) urls << place.url;
+  for (const QUrl& url : system_places_ << QUrl::fromLocalFile(
+                             QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation)))
+    if (!urls.contains(url)) urls << url;
+  system_places_.removeLast();
+  setSidebarUrls(urls);
+  name_places();
+  connect(sidebar_->model(), &QAbstractItemModel::dataChanged, this, [this] { name_places(); });
+}
+
+// The toolkit names a place as its folder is called.
+void FileDialog::name_places() {
+  constexpr int kUrlRole = Qt::UserRole + 1;  // of the toolkit's model
+  QAbstractItemModel* model = sidebar_->model();
+  for (int row = 0; row < model->rowCount(); ++row) {
+    const QModelIndex at = model->index(row, 0);
+    const auto place = std::ranges::find(places_, at.data(kUrlRole).toUrl(), &NamedPlace::url);
+    if (place != places_.end() && at.data().toString() != place->name) model->setData(at, place->name);
+  }
 }
 
 // The extension of the chosen type, when saving.
-void FileDialog::take_type() {
-  const QString type = type_->currentData().toString();
+void FileDialog::take_type(int type) {
+  const QString pattern = type < patterns_.size() ? patterns_[type] : QString();
   const QString stem = QFileInfo(name_->text().trimmed()).completeBaseName();
-  if (box_.mode == FileMode::save && type.startsWith("*.") && !stem.isEmpty())
-    name_->setText(stem + type.mid(1));
+  if (box_.mode == tv::FileMode::save && pattern.startsWith("*.") && !stem.isEmpty())
+    name_->setText(stem + pattern.mid(1));
 }
 
-// The name goes into its field; what the file says of itself is shown when opening.
-void FileDialog::picked() {
-  const QList<QListWidgetItem*> chosen = files_->selectedItems();
-  if (chosen.isEmpty()) return;
-  const QListWidgetItem* item = chosen.first();
-  name_->setText(item->text());
-  if (box_.mode == FileMode::open)
-    comment_->setPlainText(qt(
-        file_preview(session_, box_.kind, QFile::encodeName(folder_.filePath(item->text())).toStdString())));
+void FileDialog::preview(const QString& file) {
+  if (box_.mode == tv::FileMode::open && QFileInfo(file).isFile())
+    comment_->setPlainText(qt(file_preview(session_, box_.kind, QFile::encodeName(file).toStdString())));
 }
 
 // A folder is entered, a wildcard becomes the pattern, anything else is the answer.
-void FileDialog::use_name() {
+void FileDialog::accept() {
   const QString typed = name_->text().trimmed();
   if (typed.contains('*') || typed.contains('?')) {
-    wildcard_ = typed;
-    list_files();
-  } else if (!typed.isEmpty() && QFileInfo(folder_.filePath(typed)).isDir()) {
-    go_to(folder_.filePath(typed));
+    if (auto* model = findChild<QFileSystemModel*>()) model->setNameFilters(typed.split(';'));
+  } else if (!typed.isEmpty() && QFileInfo(directory().filePath(typed)).isDir()) {
+    setDirectory(directory().filePath(typed));
+    where_->setText(directory().absolutePath());
     name_->clear();
   } else {
-    accept();
+    QDialog::accept();
   }
 }
 
 FileAnswer FileDialog::answer() const {
   const QString typed = name_->text().trimmed();
-  const QString path = typed.isEmpty() ? folder_.absolutePath() + '/' : folder_.filePath(typed);
+  const QString path = typed.isEmpty() ? directory().absolutePath() + '/' : directory().filePath(typed);
   return {QFile::encodeName(path).toStdString(), utf8(comment_->toPlainText())};
 }
 

@@ -8,6 +8,7 @@
 #include <QVBoxLayout>
 
 #include "gui/captions.h"
+#include "gui/entry_filter.h"
 
 namespace tv {
 
@@ -20,6 +21,7 @@ std::optional<std::string> run_input_box(const Session& s, const InputBox& box, 
   prompt->setBuddy(answer);
   answer->setObjectName("answer");
   answer->selectAll();
+  keep_to_page(answer, s);
   auto* row = new QHBoxLayout;
   row->addStretch(1);
   for (const char* name : {"ok", "cancel"}) {

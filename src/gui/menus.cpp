@@ -146,7 +146,7 @@ void Menus::refresh_recent() {
     while (name.endsWith('.')) name.chop(1);
     const QString shown = name.section('/', -1).replace('&', "&&");
     recent_[i]->setText(QString("&%1 %2").arg(i + 1).arg(shown));
-    recent_[i]->setToolTip(name);
+    recent_[i]->setToolTip(plain_tip(name));
   }
 }
 

@@ -3,6 +3,7 @@
 #include <QHBoxLayout>
 #include <QImageReader>
 #include <QLabel>
+#include <QPaintEvent>
 #include <QPainter>
 #include <QPushButton>
 #include <QScrollArea>
@@ -37,6 +38,41 @@ void set_title(QWidget* window, const Session& s, const char* section) {
   window->setWindowTitle(plain_caption(qt(s.language.text(section, section))) + " - " + kProgramName);
 }
 
+// A picture at any scale: only the part on show is drawn, so that memory does not grow with the scale.
+class Sheet : public QWidget {
+public:
+  using QWidget::QWidget;
+  void show_image(const QImage& image) {
+    image_ = image;
+    smaller_ = {};
+    update();
+  }
+
+protected:
+  void paintEvent(QPaintEvent* event) override {
+    if (image_.isNull()) return;
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    const QImage& source = scaled();
+    const double x = double(source.width()) / width(), y = double(source.height()) / height();
+    const QRect part = event->rect();
+    painter.drawImage(QRectF(part), source,
+                      QRectF(part.x() * x, part.y() * y, part.width() * x, part.height() * y));
+  }
+
+private:
+  // One made smaller is averaged, which drawing alone would not do.
+  const QImage& scaled() {
+    const QSize wanted = size() * devicePixelRatioF();
+    if (wanted.width() >= image_.width()) return image_;
+    if (smaller_.size() != wanted)
+      smaller_ = image_.scaled(wanted, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    return smaller_;
+  }
+
+  QImage image_, smaller_;
+};
+
 // The picture at any scale, in a window that scrolls.
 class PictureViewer : public ScreenDialog {
 public:
@@ -55,7 +91,7 @@ private:
   void fit();
 
   QScrollArea* area_;
-  QLabel* picture_;
+  Sheet* picture_;
   QImage image_;
   QString file_;
   double scale_ = 1;
@@ -65,11 +101,9 @@ private:
 PictureViewer::PictureViewer(Desk& desk, QWidget* parent) : ScreenDialog(desk, "frmPic", parent) {
   auto* layout = new QVBoxLayout(this);
   area_ = new QScrollArea(this);
-  picture_ = new QLabel(area_);
+  picture_ = new Sheet(area_);
   picture_->setObjectName("picture");
   picture_->setProperty("label_key", "frmPic");
-  picture_->setAlignment(Qt::AlignCenter);
-  picture_->setScaledContents(true);
   area_->setWidget(picture_);
   area_->setAlignment(Qt::AlignCenter);
   area_->viewport()->installEventFilter(this);
@@ -90,7 +124,7 @@ void PictureViewer::show_picture(const QString& file) {
   if (file == file_) return;
   file_ = file;
   image_ = QImageReader(file).read();
-  picture_->setPixmap(QPixmap::fromImage(image_));
+  picture_->show_image(image_);
   fit();
 }
 
@@ -125,7 +159,11 @@ public:
     picture->setPixmap(program_icon().pixmap(96, 96));
     head->addWidget(picture);
     auto* words = new QVBoxLayout;
-    auto* name = new QLabel(QString("<h2>") + kProgramName + "</h2>", this);
+    auto* name = new QLabel(kProgramName, this);
+    QFont large = name->font();
+    large.setPointSizeF(large.pointSizeF() * 1.5);
+    large.setBold(true);
+    name->setFont(large);
     words->addWidget(name);
     version_ = new QLabel(this);
     version_->setObjectName("version");

@@ -44,7 +44,7 @@ bool Tips::show(Session& s, QWidget* under_mouse, const QHelpEvent& event) {
     tip = "No tip " + qt(s.language.name()) + " language tip file";
   }
   const int width = static_cast<int>(std::clamp(s.options.tipwid / kTwips, 80.0, 1200.0));
-  QToolTip::showText(event.globalPos(), wrapped(tip, width), owner_);
+  QToolTip::showText(event.globalPos(), plain_tip(wrapped(tip, width)), owner_);
   return true;
 }
 

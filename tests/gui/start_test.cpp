@@ -172,5 +172,28 @@ TEST(Start, ASecondProcessTouchesNothing) {
   second.kill();
 }
 
+TEST(Start, ASecondStartHandsItsLoadOver) {
+  QTemporaryDir runtime;
+  qputenv("XDG_RUNTIME_DIR", runtime.path().toLocal8Bit());
+  const Home home;
+  const auto lock = take_instance_lock();
+  QProcess second;
+  bool asked = false;
+  run_whole(home.hints(), [&](QDialog* dialog) {
+    if (second.state() == QProcess::NotRunning && second.program().isEmpty())  // while the notice stands
+      second.start(TV_BIN_DIR "/ternovale", {TV_SHARE_DIR "/data/loads/9mm_luger_124.dat"});
+    if (dialog && dialog->objectName() == "Form2") {
+      if (second.state() == QProcess::NotRunning) agree(dialog);
+    } else if (auto* box = qobject_cast<QMessageBox*>(dialog)) {
+      asked = true;
+      box->buttons().front()->click();
+    } else if (MainFrame* frame = open_frame(); frame && frame->windowTitle().startsWith("9mm_luger_124")) {
+      frame->close();
+    }
+  });
+  EXPECT_TRUE(asked) << "the load was opened, and the end asked for";
+  EXPECT_EQ(second.exitCode(), 0);
+}
+
 }  // namespace
 }  // namespace tv

@@ -3,9 +3,11 @@
 
 #include <QClipboard>
 #include <QComboBox>
+#include <QDir>
 #include <QImageReader>
 #include <QLabel>
 #include <QLineEdit>
+#include <QListView>
 #include <QListWidget>
 #include <QMdiSubWindow>
 #include <QPlainTextEdit>
@@ -14,6 +16,7 @@
 #include <QSvgRenderer>
 #include <QTableView>
 #include <QTest>
+#include <QTextBlock>
 #include <QTextBrowser>
 #include <QToolBar>
 #include <QToolButton>
@@ -26,6 +29,7 @@
 #include "gui/open_program.h"
 #include "gui/painter.h"
 #include "screens/output_window.h"
+#include "session/file_names.h"
 
 namespace tv {
 namespace {
@@ -272,20 +276,55 @@ TEST_F(Windows, F1OpensTheManualAtTheActiveScreen) {
   EXPECT_NE(program.desk->frame()->findChild<QTextBrowser*>()->toPlainText(), english);
 }
 
+TEST_F(Windows, TheManualIsSearchedAndListed) {
+  program.run("french");
+  program.run("index");
+  auto* manual = program.desk->frame()->findChild<QDialog*>("manual");
+  auto* text = manual->findChild<QTextBrowser*>();
+  auto* pages = manual->findChild<QListWidget*>("pages");
+  const QString folder = text->source().toLocalFile().section('/', 0, -2);
+  EXPECT_EQ(pages->count(), QDir(folder).entryList({"*.md"}).size());
+  EXPECT_TRUE(utf8(manual->findChild<QLabel*>("note")->text()).find("anglaise") != std::string::npos);
+  manual->findChild<QPushButton*>("contents")->click();
+  EXPECT_EQ(pages->currentRow(), 0);
+  auto* search = manual->findChild<QLineEdit*>("search");
+  search->setText("ornamold");
+  QTest::keyClick(search, Qt::Key_Return);
+  EXPECT_EQ(text->source().fileName(), "main.md");
+  EXPECT_EQ(text->textCursor().selectedText(), "Ornamold");
+  EXPECT_EQ(pages->currentRow(), 1);
+  search->setText("Grenzgeschwindigkeit ohne Sinn");
+  QTest::keyClick(search, Qt::Key_Return);
+  EXPECT_FALSE(manual->findChild<QLabel*>("result")->text().isEmpty());
+  text->setSource(QUrl("index.md#worth-and-limits-of-a-prediction"));
+  EXPECT_EQ(utf8(text->textCursor().block().text()), "Worth and limits of a prediction");
+  manual->close();
+}
+
+bool shows(const QListView* files, int rows) {
+  return QTest::qWaitFor([&] { return files->model()->rowCount(files->rootIndex()) == rows; });
+}
+
 TEST_F(Windows, TheFileDialogFiltersEntersFoldersAndHandsOverTheComment) {
   const FileBox box{FileMode::save,        DialogKind::load, "Save", std::string(TV_SHARE_DIR) + "/data/", "",
                     "Loads (*.dat)|*.dat", "first line"};
   Modal dialog([](QDialog* shown) {
     auto* name = shown->findChild<QLineEdit*>("NamenFeld");
-    auto* files = shown->findChild<QListWidget*>("filFiles");
+    auto* files = shown->findChild<QListView*>("filFiles");
     auto* ok = shown->findChild<QPushButton*>("accept");
-    EXPECT_EQ(files->count(), 0);
+    EXPECT_EQ(ok->text(), "&Save");
+    const auto* places = shown->findChild<QListView*>("verzeichnis")->model();
+    QStringList named;
+    for (int row = 0; row < places->rowCount(); ++row) named << places->index(row, 0).data().toString();
+    EXPECT_TRUE(named.contains("Examples")) << utf8(named.join(' '));
     name->setText("loads");
     ok->click();
-    EXPECT_GT(files->count(), 3);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return files->model()->rowCount(files->rootIndex()) > 3; }));
+    EXPECT_TRUE(shown->findChild<QLabel*>("lblAktDir")->text().endsWith("/data/loads"));
     name->setText("9*.dat");
     ok->click();
-    EXPECT_EQ(files->count(), 1);
+    EXPECT_TRUE(shows(files, 1));
+    QTest::keyClicks(shown->findChild<QPlainTextEdit*>("kommentar"), "\u0416\u20ac");
     shown->findChild<QPlainTextEdit*>("kommentar")->appendPlainText("second line");
     name->setText("mine");
     QTest::keyClick(name, Qt::Key_Return);
@@ -293,7 +332,7 @@ TEST_F(Windows, TheFileDialogFiltersEntersFoldersAndHandsOverTheComment) {
   const auto answer = run_file_dialog(program.session, box, nullptr);
   ASSERT_TRUE(answer.has_value());
   EXPECT_EQ(answer->file, std::string(TV_SHARE_DIR) + "/data/loads/mine");
-  EXPECT_EQ(answer->comment, "first line\nsecond line");
+  EXPECT_EQ(answer->comment, "\u20acfirst line\nsecond line") << "what the page lacks is dropped";
 }
 
 TEST_F(Windows, TheInputBoxAnswersOrIsCancelled) {
