@@ -198,8 +198,6 @@ void begin_empty_load(Session& s) {
   empty.dim.Llen = s.state.dim.Llen;
   empty.schrit = s.state.schrit;
   empty.pressure_unit_factor = s.state.pressure_unit_factor;
-  empty.tableMode = s.state.tableMode;
-  empty.tableKind = s.state.tableKind;
   s.state = empty;
   s.load = {};
   s.picture.clear();
