@@ -209,6 +209,34 @@ private:
 
 }  // namespace
 
+namespace {
+
+// The names of the rows, on the same paper as their figures.
+class RowHead : public QHeaderView {
+public:
+  explicit RowHead(QWidget* parent) : QHeaderView(Qt::Vertical, parent) {
+    setSectionsClickable(true);
+    setSectionResizeMode(Fixed);
+    setHighlightSections(false);
+  }
+
+protected:
+  void paintSection(QPainter* painter, const QRect& place, int row) const override {
+    const bool chosen = selectionModel() && selectionModel()->isRowSelected(row);
+    painter->save();
+    painter->fillRect(place, palette().color(chosen ? QPalette::Highlight : QPalette::Base));
+    QFont own = font();
+    own.setBold(model()->headerData(row, Qt::Vertical, Qt::FontRole).value<QFont>().bold());
+    painter->setFont(own);
+    painter->setPen(palette().color(chosen ? QPalette::HighlightedText : QPalette::Text));
+    painter->drawText(place.adjusted(6, 0, -6, 0), static_cast<int>(defaultAlignment()) | Qt::TextSingleLine,
+                      model()->headerData(row, Qt::Vertical, Qt::DisplayRole).toString());
+    painter->restore();
+  }
+};
+
+}  // namespace
+
 TableGrid::TableGrid(Desk& desk, QWidget* parent)
     : QWidget(parent),
       desk_(desk),
@@ -219,6 +247,7 @@ TableGrid::TableGrid(Desk& desk, QWidget* parent)
       heading_(new QLabel(this)),
       corner_(new QToolButton(rows_)) {
   rows_->setObjectName("tab_rows");
+  rows_->setVerticalHeader(new RowHead(rows_));
   rows_->setModel(model_);
   rows_->setSelectionBehavior(QAbstractItemView::SelectRows);
   rows_->setSelectionMode(QAbstractItemView::ExtendedSelection);
@@ -231,9 +260,6 @@ TableGrid::TableGrid(Desk& desk, QWidget* parent)
   rows_->horizontalHeader()->setStretchLastSection(true);
   rows_->horizontalHeader()->setSectionsClickable(true);
   rows_->horizontalHeader()->setHighlightSections(false);
-  rows_->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
-  rows_->verticalHeader()->setHighlightSections(false);
-  rows_->verticalHeader()->setDefaultAlignment(Qt::AlignRight | Qt::AlignVCenter);
   rows_->installEventFilter(this);
   connect(rows_, &QTableView::doubleClicked, this, [this](const QModelIndex& at) { take(at.row()); });
   connect(rows_->verticalHeader(), &QHeaderView::sectionDoubleClicked, this, [this](int row) { take(row); });
@@ -289,12 +315,15 @@ void TableGrid::show_table(const OutputTable& table) {
 void TableGrid::settle() {
   const int height = rows_->fontMetrics().height() + 6;
   rows_->verticalHeader()->setDefaultSectionSize(height);
-  rows_->verticalHeader()->setMinimumWidth(corner_->sizeHint().width() + 4);
+  // Powders have names, the steps of the load table figures.
+  const bool figures = desk_.session().mode() == DisplayMode::load_table;
+  rows_->verticalHeader()->setDefaultAlignment((figures ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
+  const int names = std::max(corner_->sizeHint().width(), rows_->verticalHeader()->sizeHint().width()) + 12;
+  rows_->verticalHeader()->setFixedWidth(names);
   for (int i = 0; i < model_->share_section(); ++i) rows_->setItemDelegateForColumn(i, nullptr);
   rows_->setItemDelegateForColumn(model_->share_section(), shares_);
   rows_->resizeColumnsToContents();
-  corner_->setGeometry(0, 0, rows_->verticalHeader()->sizeHint().width(),
-                       rows_->horizontalHeader()->sizeHint().height());
+  corner_->setGeometry(0, 0, names, rows_->horizontalHeader()->sizeHint().height());
   corner_->raise();
 }
 

@@ -143,6 +143,31 @@ TEST_F(Driver, LoadTableStepByWeight) {
   EXPECT_EQ(user.asked.back().value, "0.0324") << "half a grain, in grams";
 }
 
+TEST_F(Driver, ARowOfThePowderTableIsTakenWithItsPowderAndTakenBack) {
+  calculated();
+  const CalcState before = s.state;
+  const std::string name = s.load.pulver;
+  s.options.bamint = 0.55, s.options.bamaxt = 0.75;
+  s.tables.strategy = 4, s.options.veltab = 780;
+  SetDisplayMode(s, -2);
+  calculated();
+  const auto& rows = s.tables.powder.rows;
+  std::size_t i = 0;
+  while (i + 1 < rows.size() && (trim(rows[i].name) == name || !shows_figures(s.tables.powder, rows[i]))) ++i;
+  const int row = static_cast<int>(i);
+  ASSERT_TRUE(take_table_row(s, row));
+  EXPECT_EQ(s.load.pulver, trim(rows[i].name));
+  EXPECT_NE(s.state.Ba0, before.Ba0);
+  EXPECT_NEAR(s.state.chargeGr, rows[i].cell(2) * 15432.358353, 1e-9);
+  EXPECT_TRUE(s.valid.powder_table && !s.valid.results);
+  EXPECT_EQ(present_row(s), row);
+  undo_fit(s);
+  EXPECT_EQ(s.load.pulver, name);
+  EXPECT_TRUE(s.state.Ba0 == before.Ba0 && s.state.ExwJ == before.ExwJ &&
+              s.state.chargeGr == before.chargeGr);
+  EXPECT_FALSE(take_table_row(s, row)) << "the table is out of date with it";
+}
+
 TEST_F(Driver, PowderTableLeavesTheLoadAsItWasAndCancelKeepsTheRowsDone) {
   calculated();
   const CalcState single = s.state;
