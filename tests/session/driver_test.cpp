@@ -5,6 +5,7 @@
 #include "screens/output_window.h"
 #include "session/load_steps.h"
 #include "session/started.h"
+#include "tables/table_text.h"
 #include "text/number.h"
 
 namespace tv_test {
