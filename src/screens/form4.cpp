@@ -30,9 +30,6 @@ void charge_changed(Session& s, int, bool) {
   setResultsValid(s, false);
 }
 
-// 0.1 grains or 0.01 grams.
-double charge_step(const Session&, const NumberSide& side) { return side.unit == &units::grain ? 0.1 : 0.01; }
-
 void start_pressure_changed(Session& s, int, bool) {
   s.load.start_press_set = true;
   setResultsValid(s, false);

@@ -4,6 +4,7 @@
 #include <charconv>
 
 #include "session/session.h"
+#include "session/units.h"
 #include "text/number.h"
 
 namespace tv {
@@ -159,6 +160,10 @@ Limits limits_of(const Session& s, const NumberPlace& at) {
   const NumberSide& side = at.own();
   if (at.number->limits) return at.number->limits(s, side, at.i);
   return side.unit->limits ? side.unit->limits(side.limits, s) : side.limits;
+}
+
+double charge_step(const Session&, const NumberSide& side) {
+  return side.unit == &units::grain ? 0.1 : 0.01;
 }
 
 bool in_limits(double shown, Limits limits) {

@@ -70,6 +70,8 @@ bool in_limits(double shown, Limits limits);  // in single precision, as the lim
 // The text of a limit as a person wrote it: 609.6, which in single precision is 609.5999755859375.
 std::string limit_text(double limit);
 
+// The step of a charge: 0.1 grains or 0.01 grams.
+double charge_step(const Session& s, const NumberSide& side);
 // Name of the field of a side: with its index, if it has one.
 std::string field_of(const NumberPlace& at, std::size_t side);
 std::string number_text(const Session& s, const NumberSide& side, double stored, const char* pattern);
