@@ -36,7 +36,8 @@ constexpr NumberField pair_number(NumberSide metric, NumberSide imperial, double
 }
 const NumberField kNumbers[] = {
     pair_number({"MPgm", &units::gram_of_grain, {0.0324, 100000}, "##0.00#", "##0.00#"},
-                {"MPgn", &units::grain, {0.5, 1543230}, "##0.0#", "##0.0#"}, value<&State::charge_gr>, charge_step),
+                {"MPgn", &units::grain, {0.5, 1543230}, "##0.0#", "##0.0#"}, value<&State::charge_gr>,
+                charge_step),
     pair_number({"Bwgm", &units::gram_of_grain, {0.06, 100000}, "##0.00#", "##0.00#"},
                 {"Bwgn", &units::grain, {1, 1543230}, "##0.0#", "##0.0#"}, value<&State::bullet_gr>),
     pair_number({"Llenm", &units::mm_of_inch, {10, 10160}, "##0.0##", "####0.0#"},

@@ -64,7 +64,9 @@ template <std::size_t K>
 constexpr NumberField quick_number() {
   return one_side({kQuick[K].field, &units::plain, {0, kMost}}, entered<K>, typed<K>);
 }
-double step_of_charge(const Session& s, const NumberSide&) { return own<State>(s, kName).metric ? 0.01 : 0.1; }
+double step_of_charge(const Session& s, const NumberSide&) {
+  return own<State>(s, kName).metric ? 0.01 : 0.1;
+}
 constexpr NumberField quick_charge() {
   NumberField charge = quick_number<0>();
   charge.step = step_of_charge;

@@ -162,9 +162,7 @@ Limits limits_of(const Session& s, const NumberPlace& at) {
   return side.unit->limits ? side.unit->limits(side.limits, s) : side.limits;
 }
 
-double charge_step(const Session&, const NumberSide& side) {
-  return side.unit == &units::grain ? 0.1 : 0.01;
-}
+double charge_step(const Session&, const NumberSide& side) { return side.unit == &units::grain ? 0.1 : 0.01; }
 
 bool in_limits(double shown, Limits limits) {
   const auto single = static_cast<float>(shown);
