@@ -148,6 +148,15 @@ TiledDesk::TiledDesk(Desk& desk) : desk_(desk) {
   across_->setHandleWidth(kGap);
   whole->addWidget(across_);
 
+  make_entries();
+  make_results();
+  across_->setStretchFactor(0, 0);
+  across_->setStretchFactor(1, 1);
+  setWidget(ground);
+  follow_hands();
+}
+
+void TiledDesk::make_entries() {
   auto* left = new QWidget(across_);
   auto* left_column = new QVBoxLayout(left);
   left_column->setContentsMargins(0, 0, 0, 0);
@@ -167,7 +176,12 @@ TiledDesk::TiledDesk(Desk& desk) : desk_(desk) {
   dimensions_->hold(dimensions_area_, 1);
   coefficients_area_ = scroll_area(coefficients_);
   coefficients_->hold(coefficients_area_, 1);
+  down_->setStretchFactor(0, 1);
+  down_->setStretchFactor(1, 1);
+  down_->setStretchFactor(2, 0);
+}
 
+void TiledDesk::make_results() {
   auto* right = new QWidget(across_);
   auto* right_column = new QVBoxLayout(right);
   right_column->setContentsMargins(0, 0, 0, 0);
@@ -184,13 +198,10 @@ TiledDesk::TiledDesk(Desk& desk) : desk_(desk) {
   results_->hold(pages_, 1);
   right_column->addWidget(strip_);
   right_column->addWidget(results_, 1);
-  across_->setStretchFactor(0, 0);
-  across_->setStretchFactor(1, 1);
-  down_->setStretchFactor(0, 1);
-  down_->setStretchFactor(1, 1);
-  down_->setStretchFactor(2, 0);
-  setWidget(ground);
+}
 
+// Tabs that are chosen and parts that are dragged.
+void TiledDesk::follow_hands() {
   connect(tabs_, &QTabBar::currentChanged, this, [this](int tab) {
     if (!placing_) tab_chosen(tab);
   });

@@ -53,6 +53,9 @@ protected:
   bool event(QEvent* event) override;
 
 private:
+  void make_entries();
+  void make_results();
+  void follow_hands();
   void tab_chosen(int tab);
   void show_entry(int tab);
   void arrange();  // for the room there is
