@@ -96,6 +96,8 @@ constexpr OptionKey kKeys[] = {
     number("prileftcm", kStart, &Options::prileftcm, kAbove0),
     number("prirightcm", kStart, &Options::prirightcm, kAbove0),
     number("pribottomcm", kStart, &Options::pribottomcm, kAbove0),
+    words("pri_paper", kStart, &Options::pri_paper),
+    check("pri_landscape", kStart, &Options::pri_landscape),
     count("primertype", kStart, &Options::primertype, 0),
     count("Bnam", kStart, &Options::Bnam),
     count("HVolDat", kStart, &Options::HVolDat),

@@ -48,6 +48,8 @@ struct Options {
   double tabsiz = 8, tabbld = -1;
   bool intro_off = false, excel_yes = true, accept = false, nowarn = false, pri_graph1page = false;
   double pritopcm = 1.5, prileftcm = 2.0, prirightcm = 1.5, pribottomcm = 1.5;
+  std::string pri_paper;       // "A4", "Letter"; empty: the usual one of the country
+  bool pri_landscape = false;  // tables that are too wide for upright paper turn it anyway
   int primertype = 0;
   int Bnam = 0, HVolDat = 0;              // highlights of the two list labels
   std::string txtdir, picdir, tabdir;     // folders of the last export as text, picture, spreadsheet
