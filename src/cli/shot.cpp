@@ -7,6 +7,7 @@
 
 #include <fmt/format.h>
 
+#include "output/quantities.h"
 #include "output/svg.h"
 #include "screens/output_window.h"
 #include "session/entry.h"
@@ -201,17 +202,38 @@ std::string shot_text(Session& s, bool curve) {
   return text + "\n" + output_text(s);
 }
 
-void check_picture(const std::string& diagram) {
-  const auto colon = diagram.find(':');
-  const std::string type = diagram.substr(0, colon);
-  if (colon == std::string::npos || type.size() != 1 || type[0] < '1' || type[0] > '6')
-    throw Stop{kWrongUsage, "--diagram: not TYPE:FILE with TYPE 1 to 6: " + diagram};
+// A picture that is asked for: a standard diagram, or a pair of quantities of the optional one.
+struct Picture {
+  int type = 0;  // 0: the pair
+  int x = 0, y = 0;
+  std::string file;
+};
+
+// A whole number that is all of a text and at most that; else nothing.
+std::optional<int> number_up_to(const std::string& text, int most) {
+  if (text.empty() || text.size() > 2 || text.find_first_not_of("0123456789") != std::string::npos)
+    return std::nullopt;
+  const int value = std::stoi(text);
+  return value <= most ? std::optional(value) : std::nullopt;
+}
+
+Picture picture_of(const std::string& diagram) {
+  const auto colon = std::min(diagram.find(':'), diagram.size());
+  const std::string kind = diagram.substr(0, colon);
+  const auto comma = std::min(kind.find(','), kind.size());
+  const auto type = number_up_to(kind, 6), x = number_up_to(kind.substr(0, comma), kXQuantities - 1),
+             y = number_up_to(kind.substr(std::min(comma + 1, kind.size())), kYQuantities - 1);
+  const bool pair = comma < kind.size() && x && y;
+  if (colon == diagram.size() || !(pair || type.value_or(0) > 0))
+    throw Stop{kWrongUsage,
+               "--diagram: not TYPE:FILE with TYPE 1 to 6, or X,Y with X 0 to 5 and Y 0 to 15: " + diagram};
   const std::string file = diagram.substr(colon + 1);
   if (!file_has_extension(file, "svg"))
     throw Stop{
         kWrongUsage,
         "--diagram: without a window system only svg can be drawn; the window program saves png and pdf: " +
             file};
+  return pair ? Picture{0, *x, *y, file} : Picture{*type, 0, 0, file};
 }
 
 }  // namespace
@@ -249,8 +271,12 @@ namespace {
 // The diagram of the type as a picture of its own, on light paper.
 void draw_diagram_file(Session& s, const Console& console, const std::string& diagram) {
   constexpr double width = 1000, height = 650;
-  SetDisplayMode(s, diagram[0] - '0');
-  deliver(console, diagram.substr(2), to_svg(output_diagram(s, width, height, estimated_text_width).list));
+  const Picture picture = picture_of(diagram);
+  if (picture.type > 0)
+    SetDisplayMode(s, picture.type);
+  else if (!show_optional(s, picture.x, picture.y))
+    throw Stop{kRefused, s.language.msg(470)};
+  deliver(console, picture.file, to_svg(output_diagram(s, width, height, estimated_text_width).list));
 }
 
 std::string answer_text(Session& s, const CliUser& user, const ShotArgs& args) {
@@ -275,8 +301,7 @@ int one_shot(Session& s, CliUser& user, const Console& console, const ShotArgs& 
 
 int shot_command(Session& s, CliUser& user, const Console& console, const ShotArgs& args) {
   if (!args.diagram.empty()) {
-    check_picture(args.diagram);
-    keep_inputs(s, args.diagram.substr(2), args.load.loads);
+    keep_inputs(s, picture_of(args.diagram).file, args.load.loads);
   }
   if (is_batch(args)) return shots_command(s, user, console, args);
   try {
@@ -296,7 +321,8 @@ CliCommand bind_shot(CLI::App& program) {
   command->add_option("--loads", args->list, "FILE of loads, a name a line; - for standard input");
   command->add_option("--sweep", args->sweeps, "KEY=FROM:TO:STEP: a run for each value; twice for a grid")
       ->allow_extra_args(false);
-  command->add_option("--diagram", args->diagram, "TYPE:FILE: draw diagram 1 to 6");
+  command->add_option("--diagram", args->diagram,
+                      "TYPE:FILE: draw diagram 1 to 6, or X,Y: quantity Y over X");
   return {command, [args](Session& s, CliUser& user, const Console& console) {
             return shot_command(s, user, console, *args);
           }};

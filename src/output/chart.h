@@ -66,6 +66,7 @@ struct ChartSeries {
   ChartPoints shape = ChartPoints::none;
   double bar_width = 0;  // of bars, in units of x
   bool right_scale = false, bold = false, hidden = false;
+  bool in_legend = true;
   ChartReading reading = ChartReading::along;
 };
 
@@ -116,11 +117,12 @@ struct Chart {
   std::vector<ChartArea> areas;
   std::vector<ChartLimit> limits;
   std::vector<ChartMark> marks;
-  std::string legend_note;   // behind the names of the series
-  std::string banner;        // across the picture
-  std::string section_note;  // in a corner while a section is on show
-  std::string gone_note;     // the same when that section does not hold `key`
-  std::optional<Point> key;  // of the left scale: what must not be missed
+  std::string legend_note;                // behind the names of the series
+  std::vector<std::string> legend_lines;  // below them, each from a row of its own
+  std::string banner;                     // across the picture
+  std::string section_note;               // in a corner while a section is on show
+  std::string gone_note;                  // the same when that section does not hold `key`
+  std::optional<Point> key;               // of the left scale: what must not be missed
   DiagramView view;
   ChartLook look;
 };

@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include "output/chart_canvas.h"
+#include "text/wrap.h"
 
 namespace tv {
 namespace {
@@ -9,6 +10,23 @@ namespace {
 double bold_factor(const ChartSeries& series) { return series.bold && !series.hidden ? 1.8 : 1; }
 
 double sample_length(const Canvas& canvas) { return std::max(2.2 * canvas.size, 7 * canvas.line_width); }
+
+// Lines of their own below the names, broken where they are too long; they leave the plot half the height.
+void add_lines(LegendPlan& plan, const Canvas& canvas, const Chart& chart, double start) {
+  const double room = canvas.list.width - kCanvasEdge - start;
+  const int most = static_cast<int>(0.35 * canvas.list.height / canvas.row);
+  for (const std::string& line : chart.legend_lines) {
+    const auto fits = [&](const std::string& text) { return canvas.measure(text, true) <= room; };
+    for (const std::string& text : wrap_words(line, fits)) {
+      if (plan.rows >= most) {
+        if (!plan.cells.empty() && !plan.cells.back().series) plan.cells.back().text += " ...";
+        return;
+      }
+      ++plan.rows;
+      plan.cells.push_back({start, room, fitting_size(canvas, text, room), plan.rows - 1, nullptr, text});
+    }
+  }
+}
 
 // Fills rows from `start` on. The title of the axis stands at the right of the first row; what does not fit
 // beside it goes below.
@@ -32,9 +50,10 @@ LegendPlan flow_legend(const Canvas& canvas, const Chart& chart, double start) {
     x += width + gap;
   };
   for (const ChartSeries& each : chart.series) {
-    if (!each.name.empty()) place(each.name, &each);
+    if (each.in_legend && !each.name.empty()) place(each.name, &each);
   }
   if (!chart.legend_note.empty()) place(chart.legend_note, nullptr);
+  add_lines(plan, canvas, chart, start);
   return plan;
 }
 

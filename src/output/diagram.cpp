@@ -3,14 +3,13 @@
 #include <algorithm>
 #include <cmath>
 
+#include "output/diagram_parts.h"
+#include "output/quantities.h"
+
 namespace tv {
 namespace {
 
 constexpr int kReferenceSeries = 5;
-
-double sound_factor(double factor) { return factor > 0 && std::isfinite(factor) ? factor : 1; }
-
-int last_index(const DiagramRun& run) { return std::clamp(run.result->lastIdx, 0, ShotCurve::kPoints - 1); }
 
 // What a run gives at a logged point, in shown units; not finite where there is no such point.
 using ValueOf = double (*)(const DiagramRun&, const DiagramOptions&, std::size_t);
@@ -33,12 +32,19 @@ std::optional<Point> point_of(const DiagramRun& run, const DiagramOptions& optio
   return Point{x_of(run, options, i), value_of(run, options, i)};
 }
 
-ChartSeries curve_of(const DiagramRun& run, const DiagramOptions& options, ValueOf value_of) {
-  ChartSeries series;
+std::vector<Point> points_of(const DiagramRun& run, const DiagramOptions& options, ValueOf value_of,
+                             double shift) {
+  std::vector<Point> points;
   const auto last = static_cast<std::size_t>(last_index(run));
   for (std::size_t i = 0; i <= last; ++i) {
-    series.points.push_back({x_of(run, options, i), value_of(run, options, i)});
+    points.push_back({x_of(run, options, i) + shift, value_of(run, options, i)});
   }
+  return points;
+}
+
+ChartSeries curve_of(const DiagramRun& run, const DiagramOptions& options, ValueOf value_of) {
+  ChartSeries series;
+  series.points = points_of(run, options, value_of, 0);
   // A velocity looks the same in every diagram.
   const bool pressure = value_of == pressure_of;
   series.colour = pressure ? options.colours.pressure : options.colours.velocity;
@@ -46,13 +52,14 @@ ChartSeries curve_of(const DiagramRun& run, const DiagramOptions& options, Value
   return series;
 }
 
-// The largest value of a series that can be drawn.
-double largest(const ChartSeries& series) {
-  double top = 0;
-  for (const Point& value : series.points) {
-    if (is_drawable(value.y)) top = std::max(top, value.y);
-  }
-  return top;
+std::optional<ChartSeries> kept_curve_of(const DiagramRun& run, const DiagramOptions& options,
+                                         const ChartSeries& present, ValueOf value_of,
+                                         const Language& language) {
+  if (!run.kept) return std::nullopt;
+  const double shift = is_over_time(options.type)
+                           ? 0
+                           : kept_shift_mm(run, options.barrel_axis) / sound_factor(options.distance_factor);
+  return kept_series(present, points_of(*run.kept, options, value_of, shift), language);
 }
 
 ChartSeries reference_of(const DiagramOptions& options) {
@@ -74,17 +81,15 @@ double maximum_pressure(const DiagramRun& run, const DiagramOptions& options) {
 
 ChartAxis x_axis(const DiagramRun& run, const DiagramOptions& options, const Language& language) {
   if (is_over_time(options.type)) {
-    const double end = std::abs(run.curve->t[0]) * 1000;
+    double end = std::abs(run.curve->t[0]) * 1000;
+    if (run.kept) end = std::max(end, std::abs(run.kept->curve->t[0]) * 1000);
     ChartAxis axis = exact_axis(0, end, end, 0, "ms");
     axis.title = language.fastmsg("fbulttim");
     return axis;
   }
   const double factor = sound_factor(options.distance_factor);
-  const CartridgeDimensions& dim = run.state->dim;
-  const double travel = dim.Wob / factor;
-  // From the bolt face to the base of the bullet; the axis of the barrel begins there.
-  const double behind = options.barrel_axis ? dim.Llen * kMmPerInch / factor - travel : 0;
-  const double offset = is_drawable(behind) ? std::max(behind, 0.0) : 0;
+  const double travel = axis_travel_mm(run, options.barrel_axis) / factor;
+  const double offset = options.barrel_axis ? bolt_space_mm(run) / factor : 0;
   ChartAxis axis = exact_axis(-offset, travel, travel, offset, options.distance_unit);
   axis.title = language.fastmsg(options.barrel_axis ? "fcharge6" : "fptravel");
   return axis;
@@ -94,39 +99,27 @@ void add_series(Chart& chart, const DiagramRun& run, const DiagramOptions& optio
                 ValueOf value_of) {
   const bool pressure = value_of == pressure_of, second = !chart.series.empty();
   ChartSeries series = curve_of(run, options, value_of);
-  ChartAxis axis =
-      value_axis(pressure ? std::max(largest(series), largest(reference_of(options))) : largest(series),
-                 pressure && options.maximum ? maximum_pressure(run, options) : 0,
-                 pressure ? options.pressure_unit : options.velocity_unit);
-  series.id = second ? 2 : 1;
-  series.name = axis.title = language.fastmsg(pressure ? "fchp" : "fvel");
+  series.id = second ? kRightCurve : kLeftCurve;
+  series.name = language.fastmsg(pressure ? "fchp" : "fvel");
   series.right_scale = second;
   series.hidden = options.hidden[second ? 1 : 0];
   series.bold = options.followed == series.id;
+  const auto kept = kept_curve_of(run, options, series, value_of, language);
+  if (kept) series.weight = kPresentWeight;
+  double top = largest_of(series, kept ? &*kept : nullptr);
+  if (pressure) top = std::max(top, largest_of(reference_of(options), nullptr));
+  ChartAxis axis = value_axis(top,
+                              pressure && options.maximum ? maximum_pressure(run, options) : 0,
+                              pressure ? options.pressure_unit : options.velocity_unit);
+  axis.title = series.name;
   axis.title_colour = series.colour;
   if (shows_both(options.type)) axis.label_colour = series.colour;
   chart.series.push_back(std::move(series));
+  if (kept) chart.series.push_back(*kept);
   if (second)
     chart.right = axis;
   else
     chart.left = axis;
-}
-
-void add_limits(Chart& chart, const DiagramRun& run, const DiagramOptions& options,
-                const Language& language) {
-  const double limit = maximum_pressure(run, options);
-  if (!(limit > 0)) return;
-  const double near_limit = limit - 0.147 * limit, caution = near_limit - 0.097 * limit;
-  if (options.zones) {
-    chart.bands = {{limit, HUGE_VAL, options.colours.over, false, language.fastmsg("fmark0")},
-                   {near_limit, limit, options.colours.near_limit, false, language.fastmsg("fmark1")},
-                   {caution, near_limit, options.colours.caution}};
-  }
-  if (!options.maximum) return;
-  const std::string below = language.fastmsg("pmin");
-  chart.limits = {{limit, language.fastmsg("pzul"), LineStyle::solid, true},
-                  {0.85 * limit, below + "-15% ", LineStyle::dash_dot, false},
-                  {0.75 * limit, below + "-25% ", LineStyle::dot, true}};
 }
 
 // They stand on the first curve.
@@ -154,17 +147,69 @@ DiagramOptions with_known_type(DiagramOptions options) {
   return options;
 }
 
+}  // namespace
+
+double bolt_space_mm(const DiagramRun& run) {
+  const double behind = run.state->dim.Llen * kMmPerInch - run.state->dim.Wob;
+  return is_drawable(behind) ? std::max(behind, 0.0) : 0;
+}
+
+double kept_shift_mm(const DiagramRun& run, bool barrel) {
+  return barrel && run.kept ? bolt_space_mm(*run.kept) - bolt_space_mm(run) : 0;
+}
+
+double axis_travel_mm(const DiagramRun& run, bool barrel) {
+  const double travel = run.state->dim.Wob;
+  if (!run.kept) return travel;
+  return std::max(travel, run.kept->state->dim.Wob + kept_shift_mm(run, barrel));
+}
+
+double largest_of(const ChartSeries& present, const ChartSeries* kept) {
+  double top = 0;
+  for (const ChartSeries* series : {&present, kept}) {
+    if (!series) continue;
+    for (const Point& value : series->points) {
+      if (is_drawable(value.y)) top = std::max(top, value.y);
+    }
+  }
+  return top;
+}
+
+ChartSeries kept_series(const ChartSeries& present, std::vector<Point> points, const Language& language) {
+  ChartSeries kept = present;
+  kept.id = present.right_scale ? kKeptRight : kKeptLeft;
+  kept.name = language.fastmsg("flinthin") + present.name;
+  kept.points = std::move(points);
+  kept.weight = kKeptWeight;
+  kept.bold = kept.in_legend = false;
+  return kept;
+}
+
+void add_limits(Chart& chart, double limit, const DiagramOptions& options, const Language& language) {
+  if (!(limit > 0)) return;
+  const double near_limit = limit - 0.147 * limit, caution = near_limit - 0.097 * limit;
+  if (options.zones) {
+    chart.bands = {{limit, HUGE_VAL, options.colours.over, false, language.fastmsg("fmark0")},
+                   {near_limit, limit, options.colours.near_limit, false, language.fastmsg("fmark1")},
+                   {caution, near_limit, options.colours.caution}};
+  }
+  if (!options.maximum) return;
+  const std::string below = language.fastmsg("pmin");
+  chart.limits = {{limit, language.fastmsg("pzul"), LineStyle::solid, true},
+                  {0.85 * limit, below + "-15% ", LineStyle::dash_dot, false},
+                  {0.75 * limit, below + "-25% ", LineStyle::dot, true}};
+}
+
 ChartLook look_of(const DiagramOptions& options) {
   return {options.colours, options.font, options.text_size, options.line_width, options.stale};
 }
-
-}  // namespace
 
 Chart describe_diagram(const DiagramRun& run, const DiagramOptions& wanted, const Language& language) {
   const DiagramOptions options = with_known_type(wanted);
   Chart chart;
   chart.look = look_of(options);
   if (!run.state || !run.curve || !run.result) return chart;
+  if (options.optional) return describe_optional(run, options, language);
   chart.view = options.view;
   chart.x = x_axis(run, options, language);
   if (shows_pressure(options.type)) add_series(chart, run, options, language, pressure_of);
@@ -173,7 +218,8 @@ Chart describe_diagram(const DiagramRun& run, const DiagramOptions& wanted, cons
   }
   if (shows_pressure(options.type) && !options.reference.empty())
     chart.series.push_back(reference_of(options));
-  add_limits(chart, run, options, language);
+  add_limits(chart, maximum_pressure(run, options), options, language);
+  if (run.kept) chart.legend_lines = both_loads(run, *run.kept, options, language);
   add_marks(chart, run, options);
   chart.section_note = language.fastmsg("fsection");
   // A pressure that leaves the frame could be taken for one without a peak.

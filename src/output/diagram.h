@@ -1,4 +1,4 @@
-// The six standard diagrams of a shot, told as charts: which curves over which axes, zones and marks, and
+// The six standard diagrams and the optional one of a shot, told as charts: which curves over which axes, zones and marks, and
 // what a click beside an axis asks for.
 #pragma once
 
@@ -10,6 +10,7 @@
 #include "engine/calc_state.h"
 #include "output/chart.h"
 #include "output/chart_axis.h"
+#include "tables/data_block.h"
 #include "text/language.h"
 
 namespace tv {
@@ -27,15 +28,23 @@ struct DiagramRun {
   const ShotCurve* curve = nullptr;
   const ShotResult* result = nullptr;
   bool exits = true;  // the last point is the muzzle; false for a bullet that stuck and for a run that failed
+  double gun_kg = 0;  // mass of the gun for what its recoil does; not above 0 unknown
+  const DataBlock* block = nullptr;  // names of the load, for the legend beside another run
+  const DiagramRun* kept = nullptr;  // the run to compare with, if there is one
 };
 
 struct DiagramOptions {
-  int type = 6;  // grftyp 1 to 6
+  int type = 6;           // grftyp 1 to 6
+  bool optional = false;  // instead: quantity graf_y over graf_x, see quantities.h
+  int graf_x = 0, graf_y = 3;
+  std::string optional_x_unit, optional_y_unit;  // of that pair
   bool imperial = false;
   double pressure_factor = 1e6;  // Pa per shown unit
   double velocity_factor = 1;    // m/s per shown unit
   double distance_factor = 1;    // mm per shown unit
   std::string pressure_unit = "MPa", velocity_unit = "m/s", distance_unit = "mm";
+  double metric_pressure_factor = 1e6;  // of quantities in the chosen unit, whatever the view
+  std::string metric_pressure_unit = "MPa";
   bool zones = true, maximum = true, marks = true;  // pcolor, maxshw, actshw
   bool barrel_axis = false;                         // gbrlen
   double line_width = 2;
@@ -56,8 +65,11 @@ inline bool is_over_time(int type) { return type >= 4; }
 inline bool shows_pressure(int type) { return type % 3 != 2; }
 inline bool shows_both(int type) { return type % 3 == 0; }
 
-// The chart of a diagram: series 1 over the left axis, 2 over the right one. A type other than 1 to 6 is 3.
-// Nothing to draw: no series.
+// Numbers of the series: the present run's over the left axis and over the right one, then the kept run's.
+inline constexpr int kLeftCurve = 1, kRightCurve = 2, kKeptLeft = 3, kKeptRight = 4;
+
+// The chart of a diagram. A type other than 1 to 6 is 3. Nothing to draw: no series. A kept run is drawn thin
+// in the same colours, the axes cover both, and the legend tells both loads.
 Chart describe_diagram(const DiagramRun& run, const DiagramOptions& options, const Language& language);
 Diagram draw_diagram(const DiagramRun& run, const DiagramOptions& options, const Language& language,
                      double width, double height, TextWidth text_width);

@@ -6,9 +6,13 @@
 namespace tv {
 namespace {
 
-const std::string& x_unit(const DiagramOptions& options) {
-  static const std::string milliseconds = "ms";
-  return is_over_time(options.type) ? milliseconds : options.distance_unit;
+std::string x_unit(const DiagramOptions& options) {
+  if (options.optional) return options.optional_x_unit;
+  return is_over_time(options.type) ? "ms" : options.distance_unit;
+}
+std::string left_unit(const DiagramOptions& options) {
+  if (options.optional) return options.optional_y_unit;
+  return shows_pressure(options.type) ? options.pressure_unit : options.velocity_unit;
 }
 
 FitClick scale_click(const DiagramFrame& frame, int type, ChartZone zone, double y) {
@@ -38,8 +42,7 @@ std::optional<ReadOut> read_out(const DiagramFrame& frame, const DiagramOptions&
   ReadOut out;
   out.x =
       read_out_text(x_value(frame, at.x) + frame.x_label_offset, frame.x_to - frame.x_from, x_unit(options));
-  out.y1 = read_out_text(y1_value(frame, at.y), frame.y1_to - frame.y1_from,
-                         shows_pressure(options.type) ? options.pressure_unit : options.velocity_unit);
+  out.y1 = read_out_text(y1_value(frame, at.y), frame.y1_to - frame.y1_from, left_unit(options));
   if (frame.has_right) {
     out.y2 = read_out_text(y2_value(frame, at.y), frame.y2_to - frame.y2_from, options.velocity_unit);
   }
@@ -53,7 +56,8 @@ std::optional<ReadOut> read_out(const DiagramFrame& frame, const DiagramOptions&
   ReadOut out;
   out.x = told->x;
   for (const ChartReadOut::Entry& entry : told->entries) {
-    (entry.series == 1 ? out.y1 : out.y2) = entry.value;
+    if (entry.series == kLeftCurve) out.y1 = entry.value;
+    if (entry.series == kRightCurve) out.y2 = entry.value;
     if (entry.at) out.on_curve.push_back(*entry.at);
   }
   return out;
@@ -61,7 +65,7 @@ std::optional<ReadOut> read_out(const DiagramFrame& frame, const DiagramOptions&
 
 std::optional<FitClick> fit_click(const DiagramFrame& frame, const DiagramOptions& options, Point at) {
   const ChartZone zone = zone_of(frame, at);
-  if (zone == ChartZone::elsewhere || zone == ChartZone::plot) return std::nullopt;
+  if (options.optional || zone == ChartZone::elsewhere || zone == ChartZone::plot) return std::nullopt;
   FitClick click = zone == ChartZone::below ? position_click(frame, options, at.x)
                                             : scale_click(frame, options.type, zone, at.y);
   click.value = cut_three_digits(click.value);

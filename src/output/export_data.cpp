@@ -98,4 +98,31 @@ ExportData export_diagram(int type, const PointListRun& run, const Language& lan
   return out;
 }
 
+ExportData export_optional(const DiagramRun& run, const DiagramOptions& options, const Language& language) {
+  const Chart chart = describe_diagram(run, options, language);
+  if (chart.series.empty()) return {};
+  ExportData out;
+  const std::string y_unit = " (" + options.optional_y_unit + ")";
+  out.x_title = chart.x.title + " (" + options.optional_x_unit + ")";
+  out.headers = {out.x_title};
+  for (const ChartSeries& series : chart.series) out.headers.push_back(series.name + y_unit);
+  out.headers.emplace_back("mark");
+  for (std::size_t n = 0; n < chart.series.size(); ++n) {
+    const DiagramRun& of = n == 0 ? run : *run.kept;
+    const std::vector<Point>& points = chart.series[n].points;
+    // A quantity may begin behind the first logged point.
+    const std::size_t first = static_cast<std::size_t>(of.result->lastIdx) + 1 - points.size();
+    for (std::size_t i = 0; i < points.size(); ++i) {
+      auto& cells = out.data.emplace_back(out.headers.size());
+      cells.front() = number(points[i].x + chart.x.offset);
+      cells[n + 1] = number(points[i].y);
+      const Mark mark = pressure_mark(of.curve->p[first + i] / 1e6, of.state->dim.zul_P);
+      if (mark != Mark::none) cells.back() = mark_word(mark, language);
+    }
+  }
+  if (run.block) out.notes = CartridgeDataBlock(*run.block, BlockKind::point_list, language);
+  for (const std::string& line : chart.legend_lines) out.notes += line + "\r\n";
+  return out;
+}
+
 }  // namespace tv

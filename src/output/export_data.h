@@ -5,6 +5,7 @@
 #include <variant>
 #include <vector>
 
+#include "output/diagram.h"
 #include "tables/point_list.h"
 #include "tables/table_data.h"
 
@@ -34,5 +35,7 @@ ExportData export_point_list(const PointListRun& run, const Language& language, 
 // both.
 ExportData export_diagram(int type, const PointListRun& run, const Language& language,
                           const ViewUnits& units);
+// The optional diagram: each point of the curve as drawn, then those of the kept one in a column of their own.
+ExportData export_optional(const DiagramRun& run, const DiagramOptions& options, const Language& language);
 
 }  // namespace tv

@@ -57,8 +57,7 @@ void read(Session& s, const Extent& e) {
   State& state = own<State>(s, kName);
   state.told = {};
   if (!reads(s)) return;
-  const DiagramRun run{&s.shown.state, &s.curve, &s.result};
-  if (const auto told = read_out(diagram(s, e).frame, diagram_options(s), run, *state.pointer))
+  if (const auto told = read_out(diagram(s, e).frame, diagram_options(s), diagram_run(s), *state.pointer))
     state.told = *told;
 }
 

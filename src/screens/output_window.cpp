@@ -2,9 +2,11 @@
 
 #include <algorithm>
 
+#include "output/quantities.h"
 #include "session/entry.h"
 #include "session/results_panel.h"
 #include "session/run.h"
+#include "session/settings.h"
 #include "session/tables.h"
 #include "tables/point_list.h"
 #include "tables/sort_table.h"
@@ -14,11 +16,6 @@ namespace tv {
 namespace {
 
 ViewUnits view_units(const Session& s) { return {s.output.imperial, s.state.pressure_unit_factor}; }
-
-PointListRun point_list_run(const Session& s) {
-  return {s.shown.block,          s.curve, s.result.lastIdx, s.shown.state.schrit, s.shown.outcome.ok(),
-          s.shown.state.dim.zul_P};
-}
 
 // Before the first run: that there is none, and how to get one.
 std::string no_shot_text(const Session& s) {
@@ -33,7 +30,7 @@ TableText view_text(const Session& s) {
       return DrawPowderTableText(s.tables.powder, s.language, s.output.imperial);
     default:
       if (!s.shown.any) return {s.language.text("form7", "Form7"), no_shot_text(s)};
-      return DrawPointList(point_list_run(s), s.language, view_units(s));
+      return DrawPointList(shown_point_list(s), s.language, view_units(s));
   }
 }
 
@@ -51,12 +48,17 @@ std::string stale_head(const Session& s) {
 std::string cells_text(const Session& s) {
   if (s.options.grftyp == -1) return load_table_tsv(s.tables.load, s.language, view_units(s));
   if (s.options.grftyp == -2) return powder_table_tsv(s.tables.powder, s.language, s.output.imperial);
-  return s.shown.any ? point_list_tsv(point_list_run(s), s.language, view_units(s)) : std::string();
+  return s.shown.any ? point_list_tsv(shown_point_list(s), s.language, view_units(s)) : std::string();
 }
 
 bool shows_table(const Session& s) { return s.options.grftyp < 0; }
 
 }  // namespace
+
+PointListRun shown_point_list(const Session& s) {
+  return {s.shown.block,          s.curve, s.result.lastIdx, s.shown.state.schrit, s.shown.outcome.ok(),
+          s.shown.state.dim.zul_P};
+}
 
 bool output_shows_text(const Session& s) { return s.options.grftyp <= 0 || s.output.as_text; }
 
@@ -194,9 +196,16 @@ std::vector<Point> reference_points(const Session& s, const DiagramOptions& o) {
 
 }  // namespace
 
+void show_reference(const Session& s, DiagramOptions& o) {
+  o.reference = reference_points(s, o);
+  o.reference_name = s.language.text("form9", "reference");
+}
+
 DiagramOptions diagram_options(const Session& s, bool dark) {
   DiagramOptions o;
-  o.type = std::max(1, s.options.grftyp);
+  o.type = s.options.grftyp > 0 ? s.options.grftyp : s.output.last_diagram;
+  o.metric_pressure_factor = 1e6 / s.state.pressure_unit_factor;
+  o.metric_pressure_unit = chosen_pressure_unit(s);
   o.imperial = s.output.imperial;
   if (s.output.imperial) {
     o.pressure_factor = kPaPerPsi;
@@ -221,29 +230,75 @@ DiagramOptions diagram_options(const Session& s, bool dark) {
   o.colours = dark ? dark_colours() : light_colours();
   o.colours.paper = s.output.colours.paper.value_or(o.colours.paper);
   o.colours.pressure = s.output.colours.left.value_or(o.colours.pressure);
-  const bool velocity_left = o.type == 2 || o.type == 5;
+  o.colours.reference = s.output.colours.reference.value_or(o.colours.reference);
+  const bool velocity_left = o.type == 2 || o.type == 5 || s.output.optional;
   o.colours.velocity =
       (velocity_left ? s.output.colours.left : s.output.colours.right).value_or(o.colours.velocity);
-  o.colours.reference = s.output.colours.reference.value_or(o.colours.reference);
   o.followed = s.output.followed;
   o.hidden = s.output.hidden;
   o.view = s.output.view;
-  o.reference = reference_points(s, o);
-  o.reference_name = s.language.text("form9", "reference");
+  show_reference(s, o);
+  o.optional = s.output.optional;
+  o.graf_x = s.options.graf_x;
+  o.graf_y = s.options.graf_y;
+  o.optional_x_unit = quantity_unit(x_quantity(o.graf_x), o, s.language);
+  o.optional_y_unit = quantity_unit(y_quantity(o.graf_y), o, s.language);
   return o;
+}
+
+DiagramRun diagram_run(const Session& s) {
+  return {&s.shown.state,
+          &s.curve,
+          &s.result,
+          s.shown.outcome.ok(),
+          s.options.gunmas,
+          &s.shown.block,
+          s.kept ? &s.kept->run : nullptr};
+}
+
+void keep_run(Session& s) {
+  if (!s.shown.any) return;
+  auto kept = std::make_shared<KeptRun>();
+  kept->state = s.shown.state;
+  kept->curve = s.curve;
+  kept->result = s.result;
+  kept->block = s.shown.block;
+  kept->run = {&kept->state,     &kept->curve, &kept->result, s.shown.outcome.ok(),
+               s.options.gunmas, &kept->block, nullptr};
+  s.kept = kept;
+}
+
+namespace {
+
+bool gun_missing(const Session& s, int graf_y) {
+  return y_quantity(graf_y).of_gun && !(s.options.gunmas > 0);
+}
+
+}  // namespace
+
+bool show_optional(Session& s, int graf_x, int graf_y) {
+  if (gun_missing(s, graf_y)) return false;
+  s.options.graf_x = sound_graf_x(graf_x);
+  s.options.graf_y = sound_graf_y(graf_y);
+  store_options(s, {"graf_x", "graf_y"});
+  SetDisplayMode(s, s.options.grftyp > 0 ? s.options.grftyp : s.output.last_diagram);
+  show_whole_diagram(s);
+  s.output.hidden = {};
+  s.output.optional = true;
+  return true;
 }
 
 Diagram output_diagram(const Session& s, double width, double height, TextWidth text_width, bool dark) {
   const DiagramOptions options = diagram_options(s, dark);
   if (!s.shown.any || s.result.lastIdx < 1)
     return empty_diagram(no_shot_text(s), options, width, height, text_width);
-  return draw_diagram({&s.shown.state, &s.curve, &s.result, s.shown.outcome.ok()}, options, s.language, width,
-                      height, text_width);
+  if (options.optional && gun_missing(s, options.graf_y))
+    return empty_diagram(s.language.msg(470), options, width, height, text_width);
+  return draw_diagram(diagram_run(s), options, s.language, width, height, text_width);
 }
 
 Chart output_chart(const Session& s, bool dark) {
-  return describe_diagram({&s.shown.state, &s.curve, &s.result, s.shown.outcome.ok()},
-                          diagram_options(s, dark), s.language);
+  return describe_diagram(diagram_run(s), diagram_options(s, dark), s.language);
 }
 
 namespace {
@@ -254,8 +309,9 @@ std::optional<ExportData> export_of_view(const Session& s) {
   if (s.options.grftyp == -2 && !s.tables.powder.rows.empty())
     return export_powder_table(s.tables.powder, s.language, s.output.imperial);
   if (shows_table(s) || !s.shown.any) return std::nullopt;
-  if (s.options.grftyp == 0) return export_point_list(point_list_run(s), s.language, view_units(s));
-  return export_diagram(s.options.grftyp, point_list_run(s), s.language, view_units(s));
+  if (s.output.optional) return export_optional(diagram_run(s), diagram_options(s), s.language);
+  if (s.options.grftyp == 0) return export_point_list(shown_point_list(s), s.language, view_units(s));
+  return export_diagram(s.options.grftyp, shown_point_list(s), s.language, view_units(s));
 }
 
 }  // namespace
@@ -267,7 +323,7 @@ std::optional<ExportData> output_export(const Session& s) {
 }
 
 std::optional<FitClick> output_click(const Session& s, const DiagramFrame& frame, Point at) {
-  if (!s.valid.results || s.options.grftyp < 1) return std::nullopt;
+  if (!s.valid.results || s.options.grftyp < 1 || s.output.optional) return std::nullopt;
   return fit_click(frame, diagram_options(s), at);
 }
 

@@ -49,6 +49,15 @@ bool output_stale(const Session& s);  // what is on show belongs to inputs that 
 
 // The diagram for a surface of that size; an empty frame before the first run. dark: colours for a dark desk.
 DiagramOptions diagram_options(const Session& s, bool dark = false);
+void show_reference(const Session& s, DiagramOptions& options);  // as its type wants it
+// The points of the last run.
+PointListRun shown_point_list(const Session& s);
+// The last run and the kept one, if there is one. A run must have finished.
+DiagramRun diagram_run(const Session& s);
+void keep_run(Session& s);  // the last run in place of the one kept before
+// The optional diagram of a pair of quantities in place of the standard one. False, and nothing changes, if
+// it wants the mass of the gun and there is none.
+bool show_optional(Session& s, int graf_x, int graf_y);
 Diagram output_diagram(const Session& s, double width, double height, TextWidth text_width,
                        bool dark = false);
 

@@ -80,6 +80,7 @@ bool save_to(Session& s, const std::string& file) {
 
 std::string own_loads(const Session& s) { return s.roots.root + "data/"; }
 std::string example_loads(const Session& s) { return s.roots.delivered + "data/loads/"; }
+bool load_has_name(const Session& s) { return is_named(s.options.labfil); }
 std::string load_folder(const Session& s) { return load_start(s, FileMode::save); }
 
 bool has_unsaved_changes(const Session& s) {

@@ -277,11 +277,13 @@ void show_whole_diagram(Session& s) { s.output.view = {}; }
 
 void SetDisplayMode(Session& s, int type) {
   s.output.as_text = false;
-  if (type != s.options.grftyp) {
+  if (type >= static_cast<int>(DisplayMode::first_diagram)) s.output.last_diagram = type;
+  if (type != s.options.grftyp || s.output.optional) {
     s.output.hidden = {};
     show_whole_diagram(s);
   }
   s.options.grftyp = type;
+  s.output.optional = false;
   s.tables.powder_shown = false;
   outputs_changed(s);
 }

@@ -4,6 +4,7 @@
 #include <any>
 #include <array>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <span>
 #include <string>
@@ -15,7 +16,7 @@
 #include "engine/calc_state.h"
 #include "engine/results.h"
 #include "engine/shot.h"
-#include "output/diagram_view.h"
+#include "output/diagram.h"
 #include "output/draw_list.h"
 #include "powder/reference_curve.h"
 #include "session/fields.h"
@@ -119,7 +120,7 @@ struct FitUndo {
 
 // Colours of the diagrams that the user has chosen; the others are those of the palette.
 struct ChosenColours {
-  std::optional<Colour> paper, left, right, reference;
+  std::optional<Colour> paper{}, left{}, right{}, reference{};
 };
 
 // The measured pressure curve that the diagrams can show beside that of the shot.
@@ -134,6 +135,8 @@ struct Reference {
 struct OutputView {
   bool imperial = false;         // starts from the unit mode
   bool as_text = false;          // of a diagram: its point list is on show
+  bool optional = false;         // the pair graf_x, graf_y in place of the standard diagram
+  int last_diagram = 3;          // type of the standard diagram shown last
   ChosenColours colours;         // of the diagrams
   double line_width = 2;         // of the curves, 1 to 5
   int followed = 0;              // the curve that the read-out follows: 0 all
@@ -141,6 +144,15 @@ struct OutputView {
   DiagramView view;              // the section on show
   Reference reference;
   unsigned revision = 0;  // raised whenever something that the window shows has changed
+};
+
+// A run that is kept to be compared with later ones, whatever becomes of inputs, units and language.
+struct KeptRun {
+  CalcState state;
+  ShotCurve curve;
+  ShotResult result;
+  DataBlock block;
+  DiagramRun run;  // of the above
 };
 
 struct Tables {
@@ -200,6 +212,7 @@ struct Session {
   std::map<int, std::vector<double>> told;  // warnings whose boxes have come, by message: their causes
   Tables tables;
   OutputView output;
+  std::shared_ptr<const KeptRun> kept;  // none: null
   FitUndo fit_undo;
   std::optional<int> step_before_friction;
 

@@ -224,7 +224,10 @@ TEST(Contract, FitsDrawsAndStores) {
   EXPECT_EQ(shot(scratch, {kLoad, "--fit", "charge:pmax=99999", "--format", "json"}).exit, 1);
   for (const char* wrong : {"charge:pmax=nan", "charge:pmax=", "barrel:pmax=300", "charge:pmax=-3"})
     EXPECT_EQ(shot(scratch, {kLoad, "--fit", wrong}).exit, 2) << wrong;
-  EXPECT_EQ(shot(scratch, {kLoad, "--diagram", "7:" + picture}).exit, 2);
+  EXPECT_EQ(shot(scratch, {kLoad, "--diagram", "3,9:" + picture}).exit, 0);
+  EXPECT_NE(read_bytes(picture).find("Bullet acceleration"), std::string::npos);
+  for (const char* wrong : {"7:", "6,1:", "0,16:", "3,:", ",3:", "3"})
+    EXPECT_EQ(shot(scratch, {kLoad, "--diagram", wrong + picture}).exit, 2) << wrong;
   EXPECT_EQ(shot(scratch, {kLoad, "--diagram", "3:" + scratch.path() + "d.png"}).exit, 2);
 }
 
