@@ -11,7 +11,7 @@ for language in english german; do
 done
 mkdir -p "$out"
 for language in english german; do
-  for window in frmMAIN Form2 Form3 Form4 Form5 Form7 frmFast FormPsel FormBorefrict files; do
+  for window in frmMAIN Form2 Form3 Form4 Form5 Form7 frmFast FormPsel FormBorefrict FormGset files sheet sheet-table; do
     cp "$work/$window-$language.png" "$out/"
   done
 done

@@ -11,8 +11,10 @@
 
 #include "gui/file_dialog.h"
 #include "gui/input_box.h"
+#include "gui/painter.h"
 #include "gui/program.h"
 #include "gui/program_style.h"
+#include "screens/reports.h"
 
 namespace tv {
 namespace {
@@ -77,6 +79,22 @@ void shoot_burn_function(Desk& desk, Name name) {
   });
 }
 
+// Every page of every report, on white whatever the palette.
+template <class Name>
+void shoot_reports(const Session& s, Name name) {
+  constexpr std::pair<Report, const char*> kSheets[] = {{Report::data_sheet, "sheet"},
+                                                        {Report::travel_and_time, "sheet-diagrams"},
+                                                        {Report::load_table, "sheet-table"},
+                                                        {Report::powder_table, "sheet-powders"}};
+  for (const auto& [report, file] : kSheets) {
+    int page = 0;
+    for (const DrawList& list : report_pages(s, report, qt_text_width)) {
+      const QString number = ++page > 1 ? QString::number(page) : QString();
+      draw_image(list, 0.9).save(name(file + number));
+    }
+  }
+}
+
 void shoot_all(Running& program, const QString& folder, const Look& look) {
   QApplication::setPalette(look.palette);
   Desk& desk = *program.desk;
@@ -93,7 +111,7 @@ void shoot_all(Running& program, const QString& folder, const Look& look) {
     shoot(desk.view(screen)->window, name(screen));
   for (const char* screen :
        {"Form2", "FormBorefrict", "FormPsel", "frmHelp", "frmPic", "Form11", "Form12", "FormTail", "frmBC",
-        "frmGun", "FormMOA", "FormBack", "Form8", "frmPrimer", "Form10", "frmBP"})
+        "frmGun", "FormMOA", "FormBack", "Form8", "frmPrimer", "Form10", "frmBP", "FormGset"})
     shoot_modal(name(screen), [&] { open_screen(s, screen); });
   shoot_burn_function(desk, name);
   open_screen(s, "frmFast");
@@ -119,6 +137,7 @@ void shoot_all(Running& program, const QString& folder, const Look& look) {
     if (std::string_view(output).ends_with("_tab")) program.run("rech");
     shoot(desk.view("Form7")->window, name(QString("Form7-") + output));
   }
+  shoot_reports(s, name);
   for (QWidget* window : {static_cast<QWidget*>(desk.frame()), desk.view("Form7")->root})
     for (QMenu* menu : window->findChild<QMenuBar*>()->findChildren<QMenu*>()) {
       if (menu->objectName().isEmpty() || !menu->menuAction()->isVisible()) continue;

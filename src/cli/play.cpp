@@ -9,6 +9,7 @@
 #include "cli/script.h"
 #include "cli/show.h"
 #include "screens/commands.h"
+#include "screens/reports.h"
 #include "session/entry.h"
 #include "session/load_files.h"
 
@@ -189,6 +190,16 @@ void do_text(Player& p, const Words& w) {
   answer(p, {{"text", bare_text(p.s, at.screen, at.control)}});
 }
 
+// What a print entry would put on paper.
+void do_pages(Player& p, const Words& w) {
+  const auto report = report_of(w[1].text);
+  if (!report) throw ScriptError{"no such print entry: " + w[1].text};
+  must(report_ready(p.s, *report), w[1]);
+  Json pages = Json::array();
+  for (const DrawList& page : report_pages(p.s, *report)) pages.push_back(draw_json(page));
+  answer(p, {{"pages", std::move(pages)}});
+}
+
 // With a text: it lies on the clipboard; without: what lies there.
 void do_clipboard(Player& p, const Words& w) {
   if (w.size() > 1)
@@ -211,7 +222,7 @@ constexpr ScriptCommand kCommands[] = {
     {"show", 1, 1, do_show},           {"boxes", 0, 0, do_boxes},
     {"focus", 0, 0, do_focus},         {"draw", 1, 1, do_draw},
     {"text", 1, 1, do_text},           {"drag", 3, 200, do_drag},
-    {"clipboard", 0, 1, do_clipboard},
+    {"clipboard", 0, 1, do_clipboard}, {"pages", 1, 1, do_pages},
 };
 
 void run_line(Player& p, const std::string& line) {

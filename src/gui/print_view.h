@@ -1,16 +1,24 @@
-// Printing what the output window shows: preview, printer, PDF. All of it works without any printer.
+// Printing a report: preview, printer, PDF. All of it works without any printer.
 #pragma once
 
-#include "gui/desk.h"
+#include <QByteArray>
 
+#include "gui/desk.h"
+#include "screens/reports.h"
+
+class QPagedPaintDevice;
 class QPrinter;
 
 namespace tv {
 
-// Paper by the country, margins by the options, turned if the text wants it.
-void set_up_printer(QPrinter& printer, const Session& s);
-// All pages onto the printer or into its file; false on failure or when the margins leave no room.
-bool paint_output(QPrinter& printer, const Session& s);
-void preview_output(Desk& desk);
+// Paper, orientation and margins by the options, turned if the report wants it.
+void set_up_pages(QPagedPaintDevice& device, const Session& s, Report report);
+// All pages; false on failure or when the margins leave no room.
+bool paint_report(QPagedPaintDevice& device, const Session& s, Report report);
+// The report as a PDF document; empty when the margins leave no room.
+QByteArray report_pdf(const Session& s, Report report);
+
+void preview_report(Desk& desk, Report report);
+void edit_page_setup(Desk& desk);  // paper, orientation, margins
 
 }  // namespace tv

@@ -217,7 +217,7 @@ constexpr WindowCommand kWindowCommands[] = {
     {"arrng_wins", [](Desk& d) { arrange(d, true); }},
     {"arrng_stag", [](Desk& d) { arrange(d, false); }},
     {"filewrite", save_output},
-    {"grf_akt", preview_output},
+    {"PrSetup", edit_page_setup},
     {"copypic", copy_picture},
     {"copytab", [](Desk& d) { QApplication::clipboard()->setText(qt(output_tsv(d.session()))); }},
     {"afonts", choose_diagram_font},
@@ -237,6 +237,7 @@ std::vector<QMdiSubWindow*> open_children(Desk& desk) {
 }  // namespace
 
 void run_window_command(Desk& desk, std::string_view command) {
+  if (const auto report = report_of(command); report && desk.frame()) return preview_report(desk, *report);
   const auto* at = std::ranges::find(kWindowCommands, command, &WindowCommand::name);
   if (at != std::end(kWindowCommands) && desk.frame()) at->run(desk);
 }

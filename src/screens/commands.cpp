@@ -5,7 +5,7 @@
 
 #include "output/spreadsheet.h"
 #include "screens/output_window.h"
-#include "screens/print_pages.h"
+#include "screens/reports.h"
 #include "session/data_sets.h"
 #include "session/dimensions.h"
 #include "session/entry.h"
@@ -18,6 +18,7 @@
 #include "session/settings.h"
 #include "session/start.h"
 #include "session/tables.h"
+#include "text/codepage.h"
 #include "text/file.h"
 
 namespace tv {
@@ -26,6 +27,8 @@ namespace {
 using C = const Command&;
 using S = Session&;
 using CS = const Session&;
+
+bool results_valid(CS s, C) { return s.valid.results; }
 
 constexpr const char* kMain = "frmMAIN";
 constexpr const char* kOut = "form7";
@@ -80,7 +83,15 @@ void show_view(S s, C c) {
   SetDisplayMode(s, c.value);
   bring_to_front(s, Role::output);
 }
-bool view_checked(CS s, C c) { return s.options.grftyp == c.value; }
+bool view_checked(CS s, C c) { return s.options.grftyp == c.value && !s.output.optional; }
+void keep_curve(S s, C) {
+  keep_run(s);
+  outputs_changed(s);
+}
+void drop_curve(S s, C) {
+  s.kept.reset();
+  outputs_changed(s);
+}
 
 void choose_step(S s, C c) {
   s.step_before_friction.reset();  // the user's own choice stands
@@ -114,6 +125,8 @@ void friction(S s, C) { open_named(s, "FormBorefrict"); }
 void recoil_window(S s, C) { open_named(s, "FormBack"); }
 void unit_converter(S s, C) { open_named(s, "Form8"); }
 void load_notes(S s, C) { open_named(s, "frmPrimer"); }
+void more_curves(S s, C) { open_named(s, "FormGset"); }
+bool optional_shown(CS s, C) { return s.output.optional; }
 bool friction_checked(CS s, C) { return s.state.frictionOn; }
 
 void pressure_unit(S s, C c) { set_pressure_unit(s, c.value != 0); }
@@ -242,7 +255,9 @@ void flip_as_measured(S s, C) {
   changed(s);
 }
 bool as_measured(CS s, C) { return s.output.reference.as_measured; }
-bool has_curve(CS s, C c) { return diagram_shown(s) && (c.value == 1 || s.options.grftyp % 3 == 0); }
+bool has_curve(CS s, C c) {
+  return diagram_shown(s) && (c.value == 1 || (s.options.grftyp % 3 == 0 && !s.output.optional));
+}
 bool curve_shown(CS s, C c) { return !s.output.hidden[static_cast<std::size_t>(c.value - 1)]; }
 
 bool exportable(CS s, C) {
@@ -261,8 +276,29 @@ void to_spreadsheet(S s, C) {
   if (failure)
     warn(s, MessageText(s).msg(417).line().add(answer->file).line().add(s.language.failure(failure)));
 }
-bool printable(CS s, C) { return output_printable(s); }
-bool results_valid(CS s, C) { return s.valid.results; }
+bool printable(CS s, C c) { return report_ready(s, *report_of(c.name)); }
+void print_with_notes(S s, C c) {
+  ask_notes(s);
+  by_window(s, c);
+}
+void print_heading(S s, C) {
+  std::string title = s.language.text("frmMAIN", "ptitle");
+  std::erase(title, '&');
+  const auto heading =
+      s.user->input({title, MessageText(s).caption("frmMAIN", "pricomText"), s.load.pricomment});
+  if (heading) s.load.pricomment = drop_foreign(trim(*heading), s.language.page());
+}
+bool has_heading(CS s, C) { return !s.load.pricomment.empty(); }
+void save_as_text(S s, C) {
+  const auto answer =
+      ask_file(s,
+               {FileMode::save, DialogKind::text, s.language.fastmsg("flfdial", 30), load_folder(s),
+                report_name(s) + ".txt", s.language.fastmsg("flffilt", 30), ""},
+               {"txt"});
+  if (!answer) return;
+  if (const int failure = write_file(answer->file, report_text(s)))
+    warn(s, MessageText(s).msg(420).line().add(answer->file).line().add(s.language.failure(failure)));
+}
 
 // clang-format off
 constexpr Command kCommands[] = {
@@ -274,12 +310,19 @@ constexpr Command kCommands[] = {
     {.name = "lab_save", .section = kMain, .parent = "Datei_menu", .action = save_load, .shortcut = "Ctrl+S", .toolbar = 4},
     {.name = "lab_sav", .section = kMain, .parent = "Datei_menu", .action = save_load_as, .shortcut = "Ctrl+Shift+S"},
     {.name = "rech", .section = kMain, .parent = "Datei_menu", .action = calculate, .shortcut = "F5", .toolbar = 0, .separator_before = true},
+    {.name = "asci_print", .section = kMain, .parent = "Datei_menu", .action = save_as_text, .enabled = results_valid},
     {.name = "lab_del", .section = kMain, .parent = "Datei_menu", .action = delete_load},
     {.name = "addinfo", .section = kMain, .parent = "Datei_menu", .action = load_notes, .toolbar = 5},
     {.name = "lab_omt", .section = kMain, .parent = "Datei_menu", .action = design_data},
-    {.name = "prifontsel", .section = kMain, .parent = "Datei_menu", .action = by_window, .separator_before = true},
+    {.name = "ptitle", .section = kMain, .parent = "Datei_menu", .action = print_heading, .checked = has_heading, .separator_before = true},
+    {.name = "PrSetup", .section = kMain, .parent = "Datei_menu", .action = by_window},
+    {.name = "prifontsel", .section = kMain, .parent = "Datei_menu", .action = by_window},
     {.name = "grfpri", .section = kMain, .parent = "Datei_menu"},
     {.name = "grf_akt", .section = kMain, .parent = "grfpri", .action = by_window, .shortcut = "Ctrl+P", .enabled = printable},
+    {.name = "grf_akt_dat", .section = kMain, .parent = "grfpri", .action = print_with_notes, .toolbar = 1, .enabled = printable},
+    {.name = "grf_weg_zeit", .section = kMain, .parent = "grfpri", .action = by_window, .toolbar = 2, .enabled = printable},
+    {.name = "lade_tab", .section = kMain, .parent = "grfpri", .action = print_with_notes, .enabled = printable},
+    {.name = "pulv_tab", .section = kMain, .parent = "grfpri", .action = print_with_notes, .enabled = printable},
     {.name = "s_lang", .section = kMain, .parent = "Datei_menu", .separator_before = true},
     {.name = "deutsch", .section = kMain, .parent = "s_lang", .action = choose_language, .checked = language_checked, .value = 1, .literal = "&Deutsch"},
     {.name = "english", .section = kMain, .parent = "s_lang", .action = choose_language, .checked = language_checked, .value = 0, .literal = "&English"},
@@ -346,8 +389,10 @@ constexpr Command kCommands[] = {
     {.name = "ldba15", .section = kMain, .parent = "ldbatol", .action = tolerance, .checked = tolerance_checked, .value = 15, .literal = "± 15 %"},
     {.name = "powd_set", .section = kMain, .parent = "options", .action = criteria},
     {.name = "borefriction", .section = kMain, .parent = "options", .action = friction, .checked = friction_checked},
+    {.name = "savecalc", .section = kMain, .parent = "options", .action = keep_curve, .toolbar = 17, .enabled = results_valid, .separator_before = true},
+    {.name = "delcalc", .section = kMain, .parent = "options", .action = drop_curve, .toolbar = 18},
     {.name = "backlash", .section = kMain, .parent = "options", .action = recoil_window},
-    {.name = "refdruck", .section = kMain, .parent = "options", .action = flip_reference, .enabled = has_reference, .checked = reference_shown},
+    {.name = "refdruck", .section = kMain, .parent = "options", .action = flip_reference, .toolbar = 6, .enabled = has_reference, .checked = reference_shown},
     {.name = "refasis", .section = kMain, .parent = "options", .action = flip_as_measured, .enabled = has_reference, .checked = as_measured},
     {.name = "bpcharge", .section = kMain, .parent = "options", .action = black_powder},
     {.name = "conver", .section = kMain, .parent = "options", .action = unit_converter},
@@ -368,6 +413,7 @@ constexpr Command kCommands[] = {
     {.name = "excel_yes", .section = kMain, .parent = "optset", .action = flip<&Options::excel_yes>, .checked = is_set<&Options::excel_yes>},
     {.name = "autocalc", .section = kMain, .parent = "optset", .action = flip<&Options::autocalc>, .checked = is_set<&Options::autocalc>},
     {.name = "intro_off", .section = kMain, .parent = "optset", .action = flip<&Options::intro_off>, .checked = is_set<&Options::intro_off>},
+    {.name = "pri_graph1page", .section = kMain, .parent = "optset", .action = flip<&Options::pri_graph1page>, .checked = is_set<&Options::pri_graph1page>},
 
     {.name = "fenst", .section = kMain, .parent = nullptr},
     {.name = "arrng_wins", .section = kMain, .parent = "fenst", .action = by_window, .checked = is_set<&Options::atiles>},
@@ -405,6 +451,11 @@ constexpr Command kCommands[] = {
     {.name = "dia_menu", .section = kOut, .parent = nullptr},
     {.name = "toggleunits", .section = kOut, .parent = "dia_menu", .action = toggle_units, .toolbar = 16, .checked = imperial},
     {.name = "newpic", .section = kOut, .parent = "dia_menu", .action = redraw},
+    {.name = "moregraph", .section = kOut, .parent = "dia_menu", .action = more_curves, .checked = optional_shown},
+    {.name = "savecalc", .section = kOut, .parent = "dia_menu", .action = keep_curve, .enabled = results_valid},
+    {.name = "delcalc", .section = kOut, .parent = "dia_menu", .action = drop_curve},
+    {.name = "refdruck", .section = kOut, .parent = "dia_menu", .action = flip_reference, .enabled = has_reference, .checked = reference_shown},
+    {.name = "refasis", .section = kOut, .parent = "dia_menu", .action = flip_as_measured, .enabled = has_reference, .checked = as_measured},
     {.name = "viewin", .section = kOut, .parent = "dia_menu", .action = zoom_diagram, .shortcut = "Ctrl++", .enabled = zoomable, .value = 1, .separator_before = true},
     {.name = "viewout", .section = kOut, .parent = "dia_menu", .action = zoom_diagram, .shortcut = "Ctrl+-", .enabled = section_shown, .value = -1},
     {.name = "viewall", .section = kOut, .parent = "dia_menu", .action = zoom_diagram, .shortcut = "Ctrl+0", .enabled = section_shown, .value = 0},

@@ -47,6 +47,32 @@ TEST(Scripts, AnswerAsKept) {
   }
 }
 
+// Pages are read as they would be printed; a stale entry has none.
+TEST(Play, ReadsPagesAsDrawLists) {
+  const Scratch scratch;
+  const Played played = play(scratch, "open load \"" + load_file("308_winchester_168") + R"("
+press Form4.CalcAll
+pages grf_akt_dat
+pages grf_weg_zeit
+menu pri_graph1page
+pages grf_weg_zeit
+menu ld_tab
+menu rech
+pages lade_tab
+type Form4.MPgn "38"
+pages lade_tab
+)");
+  EXPECT_EQ(played.exit, 1) << "out of date";
+  ASSERT_EQ(played.lines.size(), 10U) << played.err;
+  const auto pages = [&](std::size_t line) { return played.lines[line]["pages"]; };
+  EXPECT_EQ(pages(2).size(), 1U);
+  EXPECT_NEAR(pages(2)[0]["width"].get<double>(), 210 / 25.4 * 96, 0.1);
+  EXPECT_NE(pages(2).dump().find("342"), std::string::npos);
+  EXPECT_EQ(pages(3).size(), 2U);
+  EXPECT_EQ(pages(5).size(), 1U);
+  EXPECT_NE(pages(8).dump().find("+05.0"), std::string::npos);
+}
+
 // A script that cannot go on says in which line, on both streams, and does nothing behind it.
 TEST(Play, ErrorsNameTheLine) {
   const Scratch scratch;
