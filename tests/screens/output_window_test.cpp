@@ -7,7 +7,6 @@
 
 #include "output/spreadsheet.h"
 #include "screens/commands.h"
-#include "screens/print_pages.h"
 #include "session/started.h"
 #include "text/number.h"
 
@@ -83,19 +82,6 @@ TEST_F(OutputWindow, TellsThePeakInTheUnitsOfTheWindow) {
     const auto peak = static_cast<std::size_t>(s.result.peakIdx);
     EXPECT_NEAR(read_number(told->y2), s.curve.v[peak] / mps, 0.01 * s.curve.v[peak] / mps) << imperial;
   }
-}
-
-TEST_F(OutputWindow, EveryLineOfATextIsOnPaperOnce) {
-  load("308_winchester_168");
-  SetDisplayMode(s, 0);
-  ASSERT_EQ(recalculate(s), -1);
-  std::string printed, lines;
-  for (const PrintPage& page : output_pages(s, {700, 500, "monospace", estimated_text_width}))
-    for (const DrawItem& item : page.at(1).list.items) printed += item.text + "\n";
-  std::istringstream text(output_text(s));
-  for (std::string line; std::getline(text, line);)
-    if (!line.empty()) lines += line + "\n";
-  EXPECT_EQ(printed, lines);
 }
 
 TEST_F(OutputWindow, ChosenColoursStandForThoseOfThePalette) {
