@@ -108,8 +108,7 @@ void add_series(Chart& chart, const DiagramRun& run, const DiagramOptions& optio
   if (kept) series.weight = kPresentWeight;
   double top = largest_of(series, kept ? &*kept : nullptr);
   if (pressure) top = std::max(top, largest_of(reference_of(options), nullptr));
-  ChartAxis axis = value_axis(top,
-                              pressure && options.maximum ? maximum_pressure(run, options) : 0,
+  ChartAxis axis = value_axis(top, pressure && options.maximum ? maximum_pressure(run, options) : 0,
                               pressure ? options.pressure_unit : options.velocity_unit);
   axis.title = series.name;
   axis.title_colour = series.colour;

@@ -34,7 +34,7 @@ void recent_open(Session& s, int index);
 std::string load_caption(const Session& s);  // of the main window; "*" behind the name: unsaved
 std::string own_loads(const Session& s);     // folders, with their closing '/'
 std::string example_loads(const Session& s);
-bool load_has_name(const Session& s);        // a file, or had one
+bool load_has_name(const Session& s);       // a file, or had one
 std::string load_folder(const Session& s);  // to save in: of the last load, or the own one
 
 }  // namespace tv
