@@ -14,7 +14,10 @@
 #include "gui/painter.h"
 #include "gui/program.h"
 #include "gui/program_style.h"
+#include "screens/measure_screens.h"
 #include "screens/reports.h"
+#include "session/prediction.h"
+#include "session/run.h"
 
 namespace tv {
 namespace {
@@ -95,6 +98,41 @@ void shoot_reports(const Session& s, Name name) {
   }
 }
 
+// A ladder, as if it had been shot with the load.
+std::vector<MeasuredSeries> ladder() {
+  std::vector<MeasuredSeries> strings;
+  for (const auto& [charge, first] : {std::pair{37.7, 755.0}, {38.7, 773.0}, {39.7, 789.0}, {40.7, 806.0}}) {
+    MeasuredSeries& series = strings.emplace_back();
+    series.name = "2026-11-21";
+    series.charge_gr = charge;
+    series.temperature = "18";
+    for (const double more : {0.0, 4.1, -2.6, 1.9, -1.2})
+      series.shots.push_back({first + more, 0, false, {}});
+  }
+  strings[1].shots.push_back({742, 0, true, "sighter"});
+  return strings;
+}
+
+template <class Name>
+void shoot_measured(Session& s, Name name) {
+  s.load.measured = ladder();
+  shoot_modal(name("frmMeas"), [&] { open_screen(s, "frmMeas"); });
+  shoot_modal(name("frmColumns"), [&] {
+    ask_columns(s, "No,Speed 1,Speed 2,Notes\n1,771.2,764.9,\n2,774.8,768.3,\n3,769.5,763.1,wind\n",
+                CellUnit::none);
+  });
+  shoot_modal(name("frmFit"), [&] { open_fit(s); });
+  s.output.band = true;
+  shoot_modal(name("frmBand"), [&] { open_band(s, true); });
+  SetDisplayMode(s, 3);
+  draw_band_of_run(s);
+  refresh_screens(s);
+  s.user->refresh();
+  shoot_modal(name("preview-band"), [&] { s.hooks.window_command(s, "grf_akt"); });
+  s.output.band = false;
+  s.load.measured.clear();
+}
+
 void shoot_all(Running& program, const QString& folder, const Look& look) {
   QApplication::setPalette(look.palette);
   Desk& desk = *program.desk;
@@ -114,6 +152,7 @@ void shoot_all(Running& program, const QString& folder, const Look& look) {
         "frmGun", "FormMOA", "FormBack", "Form8", "frmPrimer", "Form10", "frmBP", "FormGset"})
     shoot_modal(name(screen), [&] { open_screen(s, screen); });
   shoot_burn_function(desk, name);
+  shoot_measured(s, name);
   open_screen(s, "frmFast");
   shoot(desk.view("frmFast")->window, name("frmFast"));
   close_screen(s, "frmFast");

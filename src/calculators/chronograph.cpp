@@ -57,6 +57,12 @@ std::optional<double> charge_in(std::string_view heading) {
   return number->value * to_si(number->unit);
 }
 
+std::vector<std::vector<std::string>> preview_of(const std::vector<SheetRow>& rows) {
+  std::vector<std::vector<std::string>> preview;
+  for (std::size_t i = 0; i < std::min(rows.size(), kPreviewRows); ++i) preview.push_back(rows[i].cells);
+  return preview;
+}
+
 class Reader {
 public:
   Reader(const Sheet& sheet, const ChronographOptions& options, ChronographRead& read)
@@ -402,8 +408,7 @@ private:
   void take_preview(const Block& block) {
     if (!read_.columns.empty()) return;
     read_.columns = block.columns;
-    for (std::size_t i = 0; i < rows_.size() && i < kPreviewRows; ++i)
-      read_.preview.push_back(rows_[i].cells);
+    read_.preview = preview_of(rows_);
   }
 
   const std::vector<SheetRow>& rows_;
@@ -443,6 +448,7 @@ ChronographRead read_chronograph(std::string_view bytes, const ChronographOption
   } catch (const Refused& why) {
     return refused(why.error, why.line, std::move(read));
   }
+  if (read.preview.empty() && !sheets.sheets.empty()) read.preview = preview_of(sheets.sheets.front().rows);
   if (read.series.empty()) return refused(Unread::no_velocity, first_line(sheets.sheets), std::move(read));
   return read;
 }

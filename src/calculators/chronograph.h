@@ -28,7 +28,7 @@ struct ChronographRead {
   std::vector<MeasuredSeries> series;
   CellUnit unit_read = CellUnit::none;            // mps or fps; none: nothing told, m/s assumed
   std::vector<ColumnFound> columns;               // of the first series
-  std::vector<std::vector<std::string>> preview;  // the first rows of its sheet
+  std::vector<std::vector<std::string>> preview;  // the first rows of its sheet, or of the file
   bool in_doubt = false;                          // let the user assign the columns
 };
 

@@ -1,29 +1,12 @@
-// Measured strings: shots of one charge with their velocities, and what they say.
+// What measured strings say: mean, spread and interval.
 #pragma once
 
 #include <span>
-#include <string>
 #include <vector>
 
+#include "data/measured_strings.h"
+
 namespace tv {
-
-struct MeasuredShot {
-  double velocity = 0;  // m/s; 0 not measured
-  double pressure = 0;  // Pa; 0 not measured
-  bool excluded = false;
-  std::string reason;  // of the exclusion: "sighter"; may be empty
-
-  bool operator==(const MeasuredShot&) const = default;
-};
-
-struct MeasuredSeries {
-  std::string name;
-  double charge_gr = 0;     // grains; 0 unknown
-  std::string temperature;  // degrees C as noted; empty unknown
-  std::vector<MeasuredShot> shots;
-
-  bool operator==(const MeasuredSeries&) const = default;
-};
 
 // The figures of a sample. sd is the sample's (n - 1); es the extreme spread; the interval of the mean holds
 // it with 95 % by Student's t. Of one value only the mean is known, the others are 0 and the interval empty.

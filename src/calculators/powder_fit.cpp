@@ -41,16 +41,6 @@ CalcState moved(const CalcState& s, Second second, const Numbers& by) {
   return c;
 }
 
-// The figures of the shot at a charge; nothing if it cannot be run.
-std::optional<ShotFigures> figures(CalcState s, double charge_gr) {
-  thread_local ShotCurve curve;  // large; one is enough
-  ShotResult result;
-  s.chargeGr = charge_gr;
-  convertUnits(s);
-  if (prepareShot(s) != SetUp::ok || !runShot(s, curve, result, ShotFor::figures).ok()) return {};
-  return ShotFigures{result.pMax, result.vMuzzle};
-}
-
 // What the data say of their scatter.
 struct Scatter {
   double pooled = 0;  // spread of a shot, m/s; 0 if nobody knows any
@@ -157,7 +147,7 @@ private:
     const CalcState s = moved(s_, second_, by);
     Values r;
     for (const FitPoint& p : points_) {
-      const auto shot = figures(s, p.charge_gr);
+      const auto shot = shot_figures(s, p.charge_gr);
       if (!shot) return {};
       r.push_back(p.velocity - shot->vMuzzle);
     }
@@ -313,6 +303,15 @@ int charges(std::span<const FitPoint> points) {
 
 }  // namespace
 
+std::optional<ShotFigures> shot_figures(CalcState s, double charge_gr) {
+  thread_local ShotCurve curve;  // large; one is enough
+  ShotResult result;
+  s.chargeGr = charge_gr;
+  convertUnits(s);
+  if (prepareShot(s) != SetUp::ok || !runShot(s, curve, result, ShotFor::figures).ok()) return {};
+  return ShotFigures{result.pMax, result.vMuzzle};
+}
+
 std::vector<FitPoint> fit_points(std::span<const MeasuredSeries> series) {
   std::vector<FitPoint> points;
   for (const MeasuredSeries& one : series) {
@@ -331,9 +330,9 @@ PowderFit fit_powder(const CalcState& s, std::span<const FitPoint> points, FitNu
     if (numbers == FitNumbers::two || two.verdict == FitVerdict::determined) fit = two;
   }
   if (fit.verdict == FitVerdict::undetermined) fit.state = s;
-  fit.before = figures(s, s.chargeGr).value_or(ShotFigures{});
+  fit.before = shot_figures(s, s.chargeGr).value_or(ShotFigures{});
   if (fit.verdict != FitVerdict::undetermined)
-    fit.after = figures(fit.state, s.chargeGr).value_or(ShotFigures{});
+    fit.after = shot_figures(fit.state, s.chargeGr).value_or(ShotFigures{});
   return fit;
 }
 

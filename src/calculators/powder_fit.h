@@ -3,6 +3,7 @@
 // moves the peak with the velocity as the model has it, and cannot know more.
 #pragma once
 
+#include <optional>
 #include <span>
 #include <vector>
 
@@ -34,6 +35,9 @@ struct ShotFigures {
   double pMax = 0;     // Pa
   double vMuzzle = 0;  // m/s
 };
+
+// Of a load with another charge; nothing if the shot cannot be run.
+std::optional<ShotFigures> shot_figures(CalcState s, double charge_gr);
 
 struct PowderFit {
   FitVerdict verdict = FitVerdict::undetermined;

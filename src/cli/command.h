@@ -61,6 +61,10 @@ CliCommand bind_powder_table(CLI::App& program);
 CliCommand bind_records(CLI::App& program);
 CliCommand bind_keys(CLI::App& program);
 CliCommand bind_play(CLI::App& program);
+CliCommand bind_measured(CLI::App& program);
+CliCommand bind_fit(CLI::App& program);
+CliCommand bind_band(CLI::App& program);
+CliCommand bind_crosscheck(CLI::App& program);
 
 struct CommonArgs {
   std::string root, language;

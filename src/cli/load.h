@@ -2,6 +2,8 @@
 // and by typing.
 #pragma once
 
+#include <memory>
+
 #include "cli/command.h"
 
 namespace tv {
@@ -47,6 +49,18 @@ void save_load(Session& s, const LoadArgs& args);
 
 // One key as if it was typed. Throws Stop if there is no such key, Refusal if nobody could type that.
 void set_key(Session& s, const std::string& key, const std::string& text);
+
+// A command whose refusal is told in the form of the answer.
+template <class Args, class Run>
+auto telling(std::shared_ptr<Args> args, Run run) {
+  return [args, run](Session& s, CliUser& user, const Console& console) {
+    try {
+      return run(s, user, console, *args);
+    } catch (const Refusal& why) {
+      return refuse(console, args->load.format, args->load.output, why);
+    }
+  };
+}
 
 // The keys of the load of the last run with their texts.
 Json load_json(const Session& s);

@@ -7,8 +7,9 @@
 namespace tv {
 namespace {
 
-constexpr CliCommand (*kCommands[])(CLI::App&) = {bind_shot,    bind_load_table, bind_powder_table,
-                                                  bind_records, bind_keys,       bind_play};
+constexpr CliCommand (*kCommands[])(CLI::App&) = {bind_shot, bind_load_table, bind_powder_table, bind_records,
+                                                  bind_keys, bind_play,       bind_measured,     bind_fit,
+                                                  bind_band, bind_crosscheck};
 
 void add_common_options(CLI::App& app, CommonArgs& args) {
   app.set_version_flag("--version", std::string(kProgramName) + " " + kVersion);

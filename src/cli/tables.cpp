@@ -199,18 +199,6 @@ int run_powder_table(Session& s, CliUser& user, const Console& console, const Po
   return kDone;
 }
 
-// A refusal is told in the form of the answer.
-template <class Args, class Run>
-auto telling(std::shared_ptr<Args> args, Run run) {
-  return [args, run](Session& s, CliUser& user, const Console& console) {
-    try {
-      return run(s, user, console, *args);
-    } catch (const Refusal& why) {
-      return refuse(console, args->load.format, args->load.output, why);
-    }
-  };
-}
-
 }  // namespace
 
 CliCommand bind_load_table(CLI::App& program) {

@@ -259,6 +259,7 @@ std::optional<KeyList> read_load_keys(const SectionedFile& file, CalcState& s, L
   settle_moly(s);
   settle_coefficients(data);
   settle_tail(file, s);
+  data.measured = read_measured(file);
   return not_understood;
 }
 
@@ -275,17 +276,21 @@ void write_load_keys(const CalcState& s, const LoadData& data, SectionedFile& fi
       put_number(file, key.section, key.key, get_number(key, s, data));
     }
   }
+  write_measured(data.measured, file);
 }
 
 bool same_load(const CalcState& a, const LoadData& x, const CalcState& b, const LoadData& y) {
   static constexpr std::string_view kDerived[] = {"brennr", "gesweg", "anfpul"};
-  return std::ranges::all_of(kKeys, [&](const LoadKey& key) {
-    if (key.text) return x.*key.text == y.*key.text;
-    if (key.coefficient && (key.row >= x.coefficients.size() || key.row >= y.coefficients.size()))
-      return x.coefficients.size() == y.coefficients.size();
-    return std::ranges::find(kDerived, key.key) != std::end(kDerived) ||
-           get_number(key, a, x) == get_number(key, b, y);
-  });
+  return std::ranges::all_of(
+             kKeys,
+             [&](const LoadKey& key) {
+               if (key.text) return x.*key.text == y.*key.text;
+               if (key.coefficient && (key.row >= x.coefficients.size() || key.row >= y.coefficients.size()))
+                 return x.coefficients.size() == y.coefficients.size();
+               return std::ranges::find(kDerived, key.key) != std::end(kDerived) ||
+                      get_number(key, a, x) == get_number(key, b, y);
+             }) &&
+         x.measured == y.measured;
 }
 
 KeyList read_load_options(const SectionedFile& file, const CalcState& s, Options& options) {

@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "data/measured_strings.h"
 #include "data/section_values.h"
 #include "data/settings_keys.h"
 #include "engine/calc_state.h"
@@ -40,6 +41,7 @@ struct LoadData {
   double anfpul = 0;             // powder burnt at shot start
   std::string primer, PrimerLot, BulletLot, PowderLot, CaseMfg;
   std::string MuzzleVel_meas, MVel_meas_std, MVel_meas_unit, Press_meas, Press_meas_std, Press_meas_unit;
+  std::vector<MeasuredSeries> measured;  // in a section of their own
 };
 
 inline constexpr std::string_view kMetrics = "metrics", kChargeData = "chargedata", kStartup = "startup";
@@ -75,7 +77,7 @@ using KeyList = std::vector<std::string_view>;
 // charge, so is no load. A missing number is 0, but: powtmp and the drag function stay as they were; sdepth
 // missing or 0 follows from the lengths; buldia is the groove diameter; c1icao missing or 0 is 4.5; molyco
 // below 0.4 is 0.66. The first row whose coefficient is not above 0 ends the list of coefficients, and c1icao
-// is its first one. TAIL is set if the tail is not flat and tailon does not say otherwise. A load that was
+// is its first one. A load without measured strings has none. TAIL is set if the tail is not flat and tailon does not say otherwise. A load that was
 // written reads back to the last bit.
 std::optional<KeyList> read_load_keys(const SectionedFile& file, CalcState& state, LoadData& load);
 // Sets every key of a load; one that a former section holds as well is emptied there. The comment is cut to

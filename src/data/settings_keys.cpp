@@ -29,6 +29,9 @@ constexpr OptionKey number(std::string_view key, std::string_view section, doubl
                            double least = -std::numeric_limits<double>::infinity()) {
   return {.key = key, .section = section, .form = real, .real = member, .least = least};
 }
+constexpr OptionKey spread(std::string_view key, double Options::*member, double most) {
+  return {.key = key, .section = "measured", .form = real, .real = member, .least = 0, .most = most};
+}
 constexpr OptionKey count(std::string_view key, std::string_view section, int Options::*member,
                           double least = -32768, double most = 32767) {
   return {.key = key, .section = section, .form = whole, .whole = member, .least = least, .most = most};
@@ -148,6 +151,13 @@ constexpr OptionKey kKeys[] = {
     count("gclidst", kRecoil, &Options::gclidst, 0, 1),
     number("gmoacli", kRecoil, &Options::gmoacli, 0),
     file_path("reffil", &Options::reffil, kReference),
+    spread("spr_Ba0", &Options::spr_Ba0, 50),
+    spread("spr_charge", &Options::spr_charge, 1000),
+    spread("spr_volume", &Options::spr_volume, 50),
+    spread("spr_bullet", &Options::spr_bullet, 50),
+    spread("spr_seating", &Options::spr_seating, 50),
+    spread("spr_barrel", &Options::spr_barrel, 1000),
+    spread("spr_start", &Options::spr_start, 50),
 };
 
 // Below 1000 the window keeps its own size; beyond its bounds it gets the design size.

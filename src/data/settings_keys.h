@@ -76,6 +76,10 @@ struct Options {
   double gmoacli = 0.25;
   // referenz
   std::string reffil;
+  // measured: standard deviations that the range of a prediction is drawn with
+  double spr_Ba0 = 2, spr_volume = 1, spr_bullet = 0.2, spr_start = 10;  // percent
+  double spr_charge = 0.1;                                               // grains
+  double spr_seating = 0.1, spr_barrel = 1;                              // mm
 };
 
 enum class OptionForm {

@@ -312,27 +312,29 @@ private:
     if (first && row.label) add_label(grid, at, row.label, first, box);
   }
 
-  // A head of captions, then numbered rows of fields.
+  // Heads of captions, each above its numbered rows of fields.
   void add_table(QGridLayout& grid, int at, const Row& row, QWidget& box) {
     auto* table = new QGridLayout;
     table->setVerticalSpacing(2);
     table->setHorizontalSpacing(10);
-    int column = 0;
-    for (const Place& place : row.places)
-      if (place.control) table->addWidget(make_label(place.control, nullptr, box), 0, ++column);
+    const bool numbered = row.places[0].kind == ControlKind::check;  // the boxes carry the numbers
+    const int deep = row.deep > 0 ? row.deep : row.count;
+    int wide = 1;  // columns of one block, with that of the numbers
+    for (const Place& place : row.places) wide += place.control ? 1 : 0;
     for (int i = 1; i <= row.count; ++i) {
-      column = 0;
+      int column = (i - 1) / deep * wide;
+      const int line = (i - 1) % deep + 1;
+      if (!numbered) {
+        auto* number = new QLabel(QString::number(i), &box);
+        number->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+        table->addWidget(number, line, column);
+      }
       for (const Place& place : row.places) {
         if (!place.control) continue;
         ++column;
-        if (i <= grid_rows(row, place)) table->addWidget(array_control(place, i, box), i, column);
+        if (line == 1) table->addWidget(make_label(place.control, nullptr, box), 0, column);
+        if (i <= grid_rows(row, place)) table->addWidget(array_control(place, i, box), line, column);
       }
-    }
-    const bool numbered = row.places[0].kind == ControlKind::check;  // the boxes carry the numbers
-    for (int i = 1; i <= row.count && !numbered; ++i) {
-      auto* number = new QLabel(QString::number(i), &box);
-      number->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-      table->addWidget(number, i, 0);
     }
     grid.addLayout(table, at, 0, 1, 6);
   }

@@ -73,6 +73,66 @@ ChartSeries reference_of(const DiagramOptions& options) {
   return series;
 }
 
+// --- beside the curves: a range is known over travel only
+
+struct Beside {
+  const std::vector<double>*low = nullptr, *high = nullptr;  // empty: no range
+  DiagramBeside::Mean measured;
+  int index = 0;  // of the logged point where it was measured
+  double factor = 1;
+};
+
+Beside beside_of(const DiagramRun& run, const DiagramOptions& options, bool pressure) {
+  static const DiagramBeside kNothing;
+  const DiagramBeside& b = run.beside ? *run.beside : kNothing;
+  if (pressure)
+    return {&b.p_low, &b.p_high, b.pressure, run.result->peakIdx, sound_factor(options.pressure_factor)};
+  return {&b.v_low, &b.v_high, b.velocity, last_index(run), sound_factor(options.velocity_factor)};
+}
+
+double highest(const Beside& beside, bool with_range) {
+  double top = (beside.measured.value + beside.measured.half) / beside.factor;
+  if (with_range)
+    for (const double value : *beside.high) top = std::max(top, value / beside.factor);
+  return is_drawable(top) ? top : 0;
+}
+
+void add_range(Chart& chart, const DiagramRun& run, const DiagramOptions& options, const Beside& beside,
+               const ChartSeries& curve) {
+  if (is_over_time(options.type) || beside.high->empty() || curve.hidden) return;
+  constexpr std::uint8_t kVeil = 60;
+  ChartArea area;
+  area.colour = curve.colour;
+  area.colour.a = kVeil;
+  area.right_scale = curve.right_scale;
+  for (std::size_t i = 0; i < run.beside->x.size(); ++i) {
+    const double x = run.beside->x[i] * 1000 / sound_factor(options.distance_factor);
+    area.lower.push_back({x, (*beside.low)[i] / beside.factor});
+    area.upper.push_back({x, (*beside.high)[i] / beside.factor});
+  }
+  chart.areas.push_back(std::move(area));
+}
+
+constexpr int kFirstMeasured = 11;  // behind whatever else is drawn
+
+void add_measured(Chart& chart, const DiagramRun& run, const DiagramOptions& options, const Beside& beside,
+                  const ChartSeries& curve, const Language& language) {
+  if (!(beside.measured.value > 0) || beside.index < 0 || beside.index > last_index(run) || curve.hidden)
+    return;
+  ChartSeries point;
+  point.id = kFirstMeasured + curve.id - 1;
+  point.name = language.fileout(91);
+  point.points = {
+      {x_of(run, options, static_cast<std::size_t>(beside.index)), beside.measured.value / beside.factor}};
+  point.spread = {beside.measured.half / beside.factor};
+  point.colour = curve.colour;
+  point.weight = 0;
+  point.shape = ChartPoints::rings;
+  point.reading = ChartReading::none;
+  point.right_scale = curve.right_scale;
+  chart.series.push_back(std::move(point));
+}
+
 // The cartridge's maximum in shown units, 0 if unknown or not in this diagram.
 double maximum_pressure(const DiagramRun& run, const DiagramOptions& options) {
   const double limit = run.state->dim.zul_P * 1e6 / sound_factor(options.pressure_factor);
@@ -108,6 +168,7 @@ void add_series(Chart& chart, const DiagramRun& run, const DiagramOptions& optio
   if (kept) series.weight = kPresentWeight;
   double top = largest_of(series, kept ? &*kept : nullptr);
   if (pressure) top = std::max(top, largest_of(reference_of(options), nullptr));
+  top = std::max(top, highest(beside_of(run, options, pressure), !is_over_time(options.type)));
   ChartAxis axis = value_axis(top, pressure && options.maximum ? maximum_pressure(run, options) : 0,
                               pressure ? options.pressure_unit : options.velocity_unit);
   axis.title = series.name;
@@ -220,6 +281,14 @@ Chart describe_diagram(const DiagramRun& run, const DiagramOptions& wanted, cons
   add_limits(chart, maximum_pressure(run, options), options, language);
   if (run.kept) chart.legend_lines = both_loads(run, *run.kept, options, language);
   add_marks(chart, run, options);
+  const std::size_t curves = chart.series.size();
+  for (std::size_t i = 0; i < curves; ++i) {
+    const ChartSeries curve = chart.series[i];
+    if (curve.id != kLeftCurve && curve.id != kRightCurve) continue;  // no curve of this shot
+    const Beside beside = beside_of(run, options, shows_pressure(options.type) && i == 0);
+    add_range(chart, run, options, beside, curve);
+    add_measured(chart, run, options, beside, curve, language);
+  }
   chart.section_note = language.fastmsg("fsection");
   // A pressure that leaves the frame could be taken for one without a peak.
   chart.gone_note = language.fastmsg("fsectpk");

@@ -22,6 +22,16 @@ using Diagram = DrawnChart;
 // The value cut (not rounded) to three significant digits; 0 for a value not above 0.
 double cut_three_digits(double value);
 
+// What stands beside the curves of a run: the range of its prediction along the barrel, and what was measured.
+struct DiagramBeside {
+  std::vector<double> x;                             // m, as long as the others; empty: none
+  std::vector<double> p_low, p_high, v_low, v_high;  // Pa, m/s
+  struct Mean {
+    double value = 0, half = 0;  // Pa or m/s, and half of its interval; a value of 0: none
+  };
+  Mean pressure, velocity;  // where the peak is calculated; at the muzzle
+};
+
 // What a diagram is drawn from: a finished run's own copy, never the live inputs.
 struct DiagramRun {
   const CalcState* state = nullptr;
@@ -31,6 +41,7 @@ struct DiagramRun {
   double gun_kg = 0;  // mass of the gun for what its recoil does; not above 0 unknown
   const DataBlock* block = nullptr;  // names of the load, for the legend beside another run
   const DiagramRun* kept = nullptr;  // the run to compare with, if there is one
+  const DiagramBeside* beside = nullptr;
 };
 
 struct DiagramOptions {

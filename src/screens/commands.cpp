@@ -4,6 +4,7 @@
 #include <array>
 
 #include "output/spreadsheet.h"
+#include "screens/measure_screens.h"
 #include "screens/output_window.h"
 #include "screens/reports.h"
 #include "session/data_sets.h"
@@ -124,6 +125,9 @@ void edit_guns(S s, C) { open_named(s, "frmGun"); }
 void friction(S s, C) { open_named(s, "FormBorefrict"); }
 void recoil_window(S s, C) { open_named(s, "FormBack"); }
 void unit_converter(S s, C) { open_named(s, "Form8"); }
+void measured_strings(S s, C) { open_named(s, "frmMeas"); }
+void band(S s, C) { open_band(s, false); }
+void crosscheck(S s, C) { open_band(s, true); }
 void load_notes(S s, C) { open_named(s, "frmPrimer"); }
 void more_curves(S s, C) { open_named(s, "FormGset"); }
 bool optional_shown(CS s, C) { return s.output.optional; }
@@ -357,6 +361,9 @@ constexpr Command kCommands[] = {
     {.name = "gun_load", .section = kMain, .parent = "gun_menu", .action = open_set, .value = kGuns},
     {.name = "gun_neu", .section = kMain, .parent = "gun_menu", .action = new_set, .value = kGuns},
     {.name = "gun_save_as", .section = kMain, .parent = "gun_menu", .action = save_set, .value = kGuns},
+    {.name = "measured", .section = kMain, .parent = "tool", .action = measured_strings, .separator_before = true},
+    {.name = "band", .section = kMain, .parent = "tool", .action = band},
+    {.name = "crosscheck", .section = kMain, .parent = "tool", .action = crosscheck},
     {.name = "undo_fit", .section = kMain, .parent = "tool", .action = undo_last_fit, .shortcut = "Ctrl+Z", .enabled = fit_to_undo, .separator_before = true},
 
     {.name = "options", .section = kMain, .parent = nullptr},

@@ -3,6 +3,7 @@
 #include "output/limit_bar.h"
 #include "screens/all.h"
 #include "session/numbers.h"
+#include "session/prediction.h"
 #include "session/units.h"
 #include "text/number.h"
 
@@ -35,6 +36,15 @@ constexpr Row kRatios[] = {
     display_row("ladich", "unit_gccm"),
     display_row("endich", "unit_Jccm"),
 };
+constexpr Row kMeasured[] = {
+    {RowShape::pair, "mes_v", {display("mes_v"), display("mes_dv", "unit_percent")}},
+    {RowShape::pair, "mes_p", {display("mes_p"), display("mes_dp", "unit_percent")}},
+};
+MeasuredFigures measured(const Session& s) { return measured_at(s.load, s.shown.state.chargeGr); }
+bool any_measured(const Session& s) {
+  const MeasuredFigures m = s.shown.any ? measured(s) : MeasuredFigures{};
+  return m.velocity.count + m.pressure.count > 0;
+}
 constexpr Row kNotes[] = {{RowShape::block, "merker", {Place{"merker", ControlKind::view}}}};
 // The key figures, each a column: what it is, the figure, what else belongs to it.
 constexpr Row figure_row(const char* name, const char* unit) {
@@ -53,11 +63,9 @@ constexpr Row kKeyTime[] = {figure_row("key_Sdau", "unit_ms"), small_row("key_Sd
 constexpr Group kStrip[] = {{nullptr, 0, kKeyPeak}, {nullptr, 1, kKeyVelocity}, {nullptr, 2, kKeyEnergy},
                             {nullptr, 3, kKeyFill}, {nullptr, 4, kKeyBurnt},    {nullptr, 5, kKeyTime}};
 
-constexpr Group kForm[] = {{"grp_pressure", 0, kPressure},
-                           {"grp_muzzle", 0, kMuzzle},
-                           {"grp_time", 1, kTimes},
-                           {"grp_ratio", 0, kRatios},
-                           {nullptr, 1, kNotes}};
+constexpr Group kForm[] = {
+    {"grp_pressure", 0, kPressure}, {"grp_muzzle", 0, kMuzzle}, {"grp_measured", 0, kMeasured, any_measured},
+    {"grp_time", 1, kTimes},        {"grp_ratio", 0, kRatios},  {nullptr, 1, kNotes}};
 
 struct LimitLook {
   Paper paper;
@@ -190,6 +198,23 @@ DrawList draw_bar(const Session& s, const Extent& e) {
 
 constexpr Surface kSurfaces[] = {{"key_bar", draw_bar, nullptr, 300, 8}};
 
+// The mean with half of its interval, and how far it is from the prediction, percent.
+void show_beside(Session& s, const char* mean, const char* difference, const SampleFigures& f,
+                 double predicted, std::string (*text)(const Session&, double)) {
+  if (f.count == 0) return;
+  set_text(s, kName, mean, text(s, f.mean) + (f.has_spread() ? " ± " + text(s, f.high - f.mean) : ""));
+  if (predicted > 0 && !s.shown.failed)
+    set_text(s, kName, difference, format_pattern(100 * (f.mean / predicted - 1), "+0.0;-0.0;0.0"));
+}
+
+void show_measured(Session& s) {
+  if (!s.shown.any) return;
+  const MeasuredFigures m = measured(s);
+  show_beside(s, "mes_v", "mes_dv", m.velocity, s.result.vMuzzle,
+              [](const Session& of, double v) { return velocity_text(of, v, 1); });
+  show_beside(s, "mes_p", "mes_dp", m.pressure, s.result.pMax, pressure_text);
+}
+
 void refresh(Session& s) {
   Screen& screen = s.screens.find(kName)->second;
   screen.paper = s.shown.failed ? Paper::failed : Paper::grey;
@@ -201,6 +226,7 @@ void refresh(Session& s) {
   for (const PanelField& figure : s.shown.panel) set_text(s, kName, figure.name, figure.text);
   show_loading_density(s);
   show_notes(s);
+  show_measured(s);
   set_text(s, kName, "zulp_nam", chosen_pressure_unit(s));
   if (s.shown.panel.empty()) return mark_peak(s, kLooks[0]);
   set_text(s, kName, "Labelaburn",

@@ -67,7 +67,8 @@ constexpr Row kMeasured[] = {
     compared_row("pred_p", "diff_p"),
     {RowShape::bare, nullptr, {check("c_muzzlevel")}},
 };
-constexpr Row kButtons[] = {{RowShape::buttons, nullptr, {button("copy"), button("cmdPrimer")}}};
+constexpr Row kButtons[] = {
+    {RowShape::buttons, nullptr, {button("measured"), button("copy"), button("cmdPrimer")}}};
 constexpr Group kForm[] = {
     {"grp_lots", 0, kComponents}, {"grp_measured", 1, kMeasured}, {nullptr, -1, kButtons}};
 
@@ -122,6 +123,7 @@ void store(Session& s, int) {
   hide_screen(s, kName);
 }
 
+void measured(Session& s, int) { open_screen(s, "frmMeas"); }
 void copy(Session& s, int) { copy_results(s, kName); }
 
 constexpr ControlAction kActions[] = {
@@ -137,6 +139,7 @@ constexpr ControlAction kActions[] = {
     {"lb_pressure", edited, edited},
     {"t_pres_stddev", nullptr, edited},
     {"c_muzzlevel", take_chronograph},
+    {"measured", measured},
     {"copy", copy},
     {"cmdPrimer", store},
 };

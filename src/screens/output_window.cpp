@@ -4,6 +4,7 @@
 
 #include "output/quantities.h"
 #include "session/entry.h"
+#include "session/prediction.h"
 #include "session/results_panel.h"
 #include "session/run.h"
 #include "session/settings.h"
@@ -11,6 +12,8 @@
 #include "tables/point_list.h"
 #include "tables/sort_table.h"
 #include "tables/table_text.h"
+#include "text/codepage.h"
+#include "text/number.h"
 
 namespace tv {
 namespace {
@@ -22,10 +25,33 @@ std::string no_shot_text(const Session& s) {
   return s.language.fastmsg("noshot0") + "\n" + s.language.fastmsg("noshot1");
 }
 
+// Below the ladder: each string with a charge, beside the prediction for that charge.
+TableText with_measured(const Session& s, TableText table) {
+  std::string lines;
+  const auto cell = [](const std::string& text) { return pad_left(text, 24); };
+  for (const MeasuredSeries& series : s.load.measured) {
+    const SampleFigures f = velocity_figures(series);
+    if (!(series.charge_gr > 0) || f.count == 0) continue;
+    const auto predicted = predicted_at(s, series.charge_gr);
+    const double half = f.high - f.mean;
+    lines += pad_left(format_number(series.charge_gr, "0.00"), 8) + " gr   n " +
+             pad_left(std::to_string(f.count), 3) +
+             cell(velocity_text(s, f.mean, 1) + (f.has_spread() ? " ± " + velocity_text(s, half, 1) : "")) +
+             cell(predicted ? velocity_text(s, predicted->vMuzzle, 1) : "?") +
+             pad_left(predicted ? percent_text(f.mean / predicted->vMuzzle - 1) : "", 34) + "\r\n";
+  }
+  if (lines.empty() || s.tables.load.row_count == 0) return table;
+  table.text += "\r\n" + s.language.fileout(91) + "\r\n" + pad_left("", 19) +
+                cell(s.language.text("frmMeas", "plot_means")) +
+                cell(s.language.text("frmMeas", "plot_predicted")) +
+                pad_left(s.language.text("frmMeas", "mes_diff"), 34) + "\r\n" + lines;
+  return table;
+}
+
 TableText view_text(const Session& s) {
   switch (s.options.grftyp) {
     case -1:
-      return DrawLoadTableText(s.tables.load, s.language, view_units(s));
+      return with_measured(s, DrawLoadTableText(s.tables.load, s.language, view_units(s)));
     case -2:
       return DrawPowderTableText(s.tables.powder, s.language, s.output.imperial);
     default:
@@ -274,6 +300,22 @@ bool gun_missing(const Session& s, int graf_y) {
   return y_quantity(graf_y).of_gun && !(s.options.gunmas > 0);
 }
 
+DiagramBeside::Mean mean_of(const SampleFigures& f) {
+  return f.count > 0 ? DiagramBeside::Mean{f.mean, f.high - f.mean} : DiagramBeside::Mean{};
+}
+
+DiagramBeside beside_run(const Session& s) {
+  DiagramBeside beside;
+  if (s.output.band && s.shown.band) {
+    const BandCurve& b = *s.shown.band;
+    beside = {b.x, b.p_low, b.p_high, b.v_low, b.v_high, {}, {}};
+  }
+  const MeasuredFigures measured = measured_at(s.load, s.shown.state.chargeGr);
+  beside.pressure = mean_of(measured.pressure);
+  beside.velocity = mean_of(measured.velocity);
+  return beside;
+}
+
 }  // namespace
 
 bool show_optional(Session& s, int graf_x, int graf_y) {
@@ -294,11 +336,17 @@ Diagram output_diagram(const Session& s, double width, double height, TextWidth 
     return empty_diagram(no_shot_text(s), options, width, height, text_width);
   if (options.optional && gun_missing(s, options.graf_y))
     return empty_diagram(s.language.msg(470), options, width, height, text_width);
-  return draw_diagram(diagram_run(s), options, s.language, width, height, text_width);
+  const DiagramBeside beside = beside_run(s);
+  DiagramRun run = diagram_run(s);
+  run.beside = &beside;
+  return draw_diagram(run, options, s.language, width, height, text_width);
 }
 
 Chart output_chart(const Session& s, bool dark) {
-  return describe_diagram(diagram_run(s), diagram_options(s, dark), s.language);
+  const DiagramBeside beside = beside_run(s);
+  DiagramRun run = diagram_run(s);
+  run.beside = &beside;
+  return describe_diagram(run, diagram_options(s, dark), s.language);
 }
 
 namespace {

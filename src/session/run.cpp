@@ -10,6 +10,7 @@
 #include "session/loads.h"
 #include "session/message.h"
 #include "session/numbers.h"
+#include "session/prediction.h"
 #include "session/results_panel.h"
 #include "session/tables.h"
 #include "text/number.h"
@@ -26,6 +27,7 @@ void note_inputs_of_run(Session& s, const ShotOutcome& outcome) {
   std::array<char, 16> clock{};
   std::strftime(clock.data(), clock.size(), "%H:%M:%S", &local);
   s.shown.any = true;
+  s.shown.band.reset();
   s.shown.state = s.state;
   s.shown.load = s.load;
   s.shown.outcome = outcome;
@@ -74,6 +76,7 @@ void show_end(Session& s, const ShotOutcome& outcome) {
   show_whole_diagram(s);
   show_panel(s);
   s.shown.failed = !outcome.ok();
+  if (s.output.band && outcome.ok()) draw_band_of_run(s);
 }
 
 // One interactive shot with the panel live.

@@ -114,6 +114,7 @@ struct Row {
   const char* label = nullptr;  // caption key; "@name" for a field of the screen that shows it
   std::array<Place, 5> places{};
   int count = 0;  // of a grid
+  int deep = 0;   // rows of a grid below each other, the others stand beside them; 0: all
 };
 
 struct Group {

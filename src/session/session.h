@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "calculators/band.h"
 #include "data/load_keys.h"
 #include "data/record_file.h"
 #include "data/settings_keys.h"
@@ -58,11 +59,12 @@ struct Finding {
 // The figures of the last run and what a finished run needs to be shown later, whatever has become of the
 // inputs.
 struct ShownRun {
-  bool any = false;      // a run has finished since the start or the last load
-  bool running = false;  // one is under way
-  bool failed = false;   // the last one did not finish: its figures are not good
-  CalcState state;       // its inputs
-  LoadData load;         // its names
+  bool any = false;               // a run has finished since the start or the last load
+  bool running = false;           // one is under way
+  bool failed = false;            // the last one did not finish: its figures are not good
+  std::optional<BandCurve> band;  // its range along the barrel, once that was asked for
+  CalcState state;                // its inputs
+  LoadData load;                  // its names
   ShotOutcome outcome;
   double charge_g = 0, Veff_cm3 = 0;
   DataBlock block;                  // head lines of its views
@@ -141,6 +143,7 @@ struct OutputView {
   double line_width = 2;         // of the curves, 1 to 5
   int followed = 0;              // the curve that the read-out follows: 0 all
   std::array<bool, 2> hidden{};  // first and second curve of the diagram
+  bool band = false;             // the range of the prediction is drawn too
   DiagramView view;              // the section on show
   Reference reference;
   unsigned revision = 0;  // raised whenever something that the window shows has changed

@@ -92,6 +92,7 @@ void begin_new_load(Session& s) {
         &LoadData::CaseMfg, &LoadData::MuzzleVel_meas, &LoadData::MVel_meas_std, &LoadData::MVel_meas_unit,
         &LoadData::Press_meas, &LoadData::Press_meas_std, &LoadData::Press_meas_unit})
     (s.load.*note).clear();
+  s.load.measured.clear();
 }
 
 void write_cartridge(Session& s) {

@@ -4,7 +4,7 @@
 
 #include <cmath>
 
-#include "calculators/measured_store.h"
+#include "data/measured_strings.h"
 
 namespace tv {
 namespace {

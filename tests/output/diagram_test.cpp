@@ -330,5 +330,43 @@ TEST(Hostile, AGapStaysAGap) {
   EXPECT_EQ(pieces, (std::vector<std::size_t>{40, 58}));
 }
 
+// Pressure left, velocity right; the range only where x is the travel, and nothing of a curve that is hidden.
+TEST(DiagramBeside, MeasuredAndRangeStandWhereTheirValuesPutThem) {
+  const Shot shot = magnum();
+  DiagramBeside beside;
+  beside.x = {0, 0.3};
+  beside.p_low = {1e6, 90e6};
+  beside.p_high = {2e6, 900e6};
+  beside.v_low = {0, 700};
+  beside.v_high = {0, 720};
+  beside.pressure = {380e6, 5e6};
+  beside.velocity = {905, 4};
+  DiagramRun run = shot.run();
+  run.beside = &beside;
+  DiagramOptions options;
+  options.type = 3;
+  options.velocity_factor = 0.3048;
+  const Chart both = describe_diagram(run, options, english());
+  ASSERT_EQ(both.series.size(), 4U);
+  ASSERT_EQ(both.areas.size(), 2U);
+  EXPECT_GE(both.left.to, 900) << "the axis reaches the range";
+  EXPECT_EQ(both.areas[0].upper[1], (Point{300, 900}));
+  EXPECT_TRUE(both.areas[1].right_scale);
+  EXPECT_NEAR(both.areas[1].lower[1].y, 700 / 0.3048, 1e-9);
+  const auto peak = static_cast<std::size_t>(shot.result.peakIdx);
+  EXPECT_EQ(both.series[2].points[0], (Point{shot.curve->x[peak] * 1000, 380}));
+  EXPECT_EQ(both.series[2].spread[0], 5);
+  EXPECT_NEAR(both.series[3].points[0].x, shot.state.dim.Wob, 1e-6);
+  EXPECT_NEAR(both.series[3].points[0].y, 905 / 0.3048, 1e-9);
+  EXPECT_TRUE(both.series[3].right_scale);
+  options.hidden = {true, false};
+  const Chart one = describe_diagram(run, options, english());
+  EXPECT_EQ(one.series.size(), 3U);
+  EXPECT_EQ(one.areas.size(), 1U);
+  options.type = 6;
+  EXPECT_TRUE(describe_diagram(run, options, english()).areas.empty());
+  expect_sound(draw_diagram(run, options, english(), 800, 520, estimated_text_width).list);
+}
+
 }  // namespace
 }  // namespace tv

@@ -107,7 +107,7 @@ std::vector<std::string> caption_keys(const ScreenSpec& spec) {
   for (const Control& control : controls_of(spec))
     if (control.kind == ControlKind::check || control.kind == ControlKind::option ||
         control.kind == ControlKind::button)
-      keys.push_back(control.name);
+      keys.emplace_back(control.place ? control.place->control : control.name);  // of a grid its head
   return keys;
 }
 

@@ -1,4 +1,4 @@
-#include "calculators/measured_store.h"
+#include "data/measured_strings.h"
 
 #include <algorithm>
 #include <array>

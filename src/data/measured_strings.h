@@ -1,5 +1,6 @@
-// Measured strings in a sectioned file: section `measured` of a load. One short key per series and shot, as
-// values of more than 512 characters would be cut on reading.
+// Measured strings: shots of one charge with what was measured of them, and how they stand in section
+// `measured` of a load. One short key per series and shot, as values of more than 512 characters would be cut
+// on reading.
 #pragma once
 
 #include <span>
@@ -8,10 +9,27 @@
 #include <utility>
 #include <vector>
 
-#include "calculators/measured.h"
 #include "text/sectioned_file.h"
 
 namespace tv {
+
+struct MeasuredShot {
+  double velocity = 0;  // m/s; 0 not measured
+  double pressure = 0;  // Pa; 0 not measured
+  bool excluded = false;
+  std::string reason;  // of the exclusion: "sighter"; may be empty
+
+  bool operator==(const MeasuredShot&) const = default;
+};
+
+struct MeasuredSeries {
+  std::string name;
+  double charge_gr = 0;     // grains; 0 unknown
+  std::string temperature;  // degrees C as noted; empty unknown
+  std::vector<MeasuredShot> shots;
+
+  bool operator==(const MeasuredSeries&) const = default;
+};
 
 inline constexpr std::string_view kMeasuredSection = "measured";
 inline constexpr std::size_t kMostStoredSeries = 200, kMostStoredShots = 999;  // more are not written
