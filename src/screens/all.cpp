@@ -7,8 +7,7 @@ namespace tv {
 
 extern const ScreenSpec kFrmMain, kForm2, kForm3, kForm4, kForm5, kForm7, kFormBorefrict, kFrmFast, kFormPsel,
     kFormGetInput, kFrmHelp, kFrmPic, kForm11, kForm12, kFormTail, kFrmBC, kFrmGun, kFormMOA, kFormBack,
-    kForm8, kFrmPrimer, kForm9, kForm10, kFrmBP, kFormGset, kFrmMeas,
-    kFrmColumns, kFrmFit, kFrmBand;
+    kForm8, kFrmPrimer, kForm9, kForm10, kFrmBP, kFormGset, kFrmMeas, kFrmColumns, kFrmFit, kFrmBand;
 
 namespace {
 
