@@ -58,6 +58,7 @@ OutputWindow::OutputWindow(Desk& desk, const ScreenSpec& spec) : desk_(desk) {
   for (const char* name : {"x1", "y1", "y2"}) {
     auto* read_out = new QLabel(this);
     read_out->setObjectName(name);
+    read_out->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);  // never widens the desk
     strip->addWidget(read_out, 1);
   }
   layout->addLayout(strip);

@@ -229,14 +229,39 @@ void TiledDesk::take(std::string_view screen, View& view) {
       powder_->hold(powder_form_);
   } else {
     if (screen == kResults) strip_->hold(view.apart);
-    pages_->addWidget(view.root);
+    take_page(view.root, screen == kOutput);
   }
+}
+
+// Pictures and tables find their room themselves; what has fields scrolls where they do not fit.
+void TiledDesk::take_page(QWidget* root, bool fits) {
+  if (page_of(root)) return;
+  if (fits) {
+    pages_->addWidget(root);
+    return;
+  }
+  QScrollArea* area = scroll_area(pages_);
+  area->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+  hold(*area, root);
+  pages_->addWidget(area);
+}
+
+QWidget* TiledDesk::page_of(const QWidget* root) const {
+  for (int i = 0; i < pages_->count(); ++i)
+    if (QWidget* page = pages_->widget(i); page == root || page->isAncestorOf(root)) return page;
+  return nullptr;
 }
 
 void TiledDesk::give_back(View& view) {
   for (QScrollArea* area : {dimensions_area_, coefficients_area_})
     if (area->widget() && area->widget() == view.root) area->takeWidget();
-  pages_->removeWidget(view.root);
+  if (QWidget* page = page_of(view.root)) {
+    pages_->removeWidget(page);
+    if (auto* area = qobject_cast<QScrollArea*>(page); area && area->widget() == view.root) {
+      area->takeWidget();
+      area->deleteLater();
+    }
+  }
   if (view.root == powder_form_) powder_form_ = nullptr;
   std::erase_if(taken_,
                 [&](const auto& part) { return part.second == view.root || part.second == view.apart; });
@@ -322,8 +347,8 @@ void TiledDesk::refresh() {
       }
   if (tabs_->currentIndex() != static_cast<int>(front_)) tabs_->setCurrentIndex(static_cast<int>(front_));
   for (const auto& [name, part] : taken_)
-    if (name == kTabs[front_].screen && pages_->indexOf(part) >= 0 && pages_->currentWidget() != part)
-      pages_->setCurrentWidget(part);
+    if (QWidget* page = page_of(part); name == kTabs[front_].screen && page && pages_->currentWidget() != page)
+      pages_->setCurrentWidget(page);
   placing_ = false;
   show_entry(entry_tabs_->currentIndex());
   say_key_figures();
@@ -422,6 +447,9 @@ void TiledDesk::reveal(QWidget* control) {
   if (coefficients_area_->isAncestorOf(control)) entry_tabs_->setCurrentIndex(1);
   for (QScrollArea* area : {dimensions_area_, coefficients_area_})
     if (area->isAncestorOf(control)) area->ensureWidgetVisible(control, 0, 24);
+  for (int i = 0; i < pages_->count(); ++i)
+    if (auto* area = qobject_cast<QScrollArea*>(pages_->widget(i)); area && area->isAncestorOf(control))
+      area->ensureWidgetVisible(control, 24, 24);
   ensureWidgetVisible(control, 0, 24);
 }
 

@@ -56,6 +56,8 @@ private:
   void make_entries();
   void make_results();
   void follow_hands();
+  void take_page(QWidget* root, bool fits);
+  QWidget* page_of(const QWidget* root) const;
   void tab_chosen(int tab);
   void show_entry(int tab);
   void arrange();  // for the room there is

@@ -227,7 +227,7 @@ TEST_F(Windows, TheDeskComesBackAsItWasLeft) {
   QTest::keyClick(&frame, Qt::Key_2, Qt::ControlModifier);
   EXPECT_EQ(program.session.options.grftyp, -1);
   program.run("rech");
-  QTest::keyClick(&frame, Qt::Key_5, Qt::ControlModifier);
+  QTest::keyClick(&frame, Qt::Key_6, Qt::ControlModifier);
   auto* results = program.control("Form5", "Vnull");
   EXPECT_TRUE(results->isVisible());
   program.run("rech");
