@@ -58,7 +58,7 @@ int main(int argc, char** argv) {
     desk.open_frame();
     desk.act([&] { tv::open_load(session, TV_SHARE_DIR "/data/loads/308_winchester_168.dat"); });
     QApplication::processEvents();
-    auto* charge = desk.view("Form4")->root->findChild<QLineEdit*>("MPgn");
+    auto* charge = qobject_cast<QLineEdit*>(desk.view("Form4")->control("MPgn"));
     user.focus("Form4", "MPgn");
     QApplication::processEvents();
     std::vector<double> times;
