@@ -347,7 +347,8 @@ void TiledDesk::refresh() {
       }
   if (tabs_->currentIndex() != static_cast<int>(front_)) tabs_->setCurrentIndex(static_cast<int>(front_));
   for (const auto& [name, part] : taken_)
-    if (QWidget* page = page_of(part); name == kTabs[front_].screen && page && pages_->currentWidget() != page)
+    if (QWidget* page = page_of(part);
+        name == kTabs[front_].screen && page && pages_->currentWidget() != page)
       pages_->setCurrentWidget(page);
   placing_ = false;
   show_entry(entry_tabs_->currentIndex());
