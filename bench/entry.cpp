@@ -13,7 +13,7 @@
 #include "gui/desk.h"
 #include "gui/gui_user.h"
 #include "screens/all.h"
-#include "session/loads.h"
+#include "session/load_files.h"
 #include "session/start.h"
 
 namespace {
