@@ -106,7 +106,10 @@ public:
     if (role != Qt::DisplayRole) return {};
     if (section == share_section()) return text("ftable31");
     const TableColumn& column = table_.data.columns[static_cast<std::size_t>(column_of(section))];
-    return wrapped(text(column.title)) + '\n' + qt(column.unit);
+    // The style's own arrow is as wide as this head is high, in every column.
+    const bool sorted = column_of(section) == table_.sorted_column;
+    return wrapped(text(column.title)) + '\n' + qt(column.unit) +
+           (sorted ? QString::fromUtf8(table_.ascending ? " \u25B2" : " \u25BC") : QString());
   }
 
 private:
@@ -221,6 +224,13 @@ public:
   }
 
 protected:
+  void paintEvent(QPaintEvent* event) override {
+    QHeaderView::paintEvent(event);
+    QPainter painter(viewport());
+    painter.fillRect(QRect(0, length() - offset(), viewport()->width(), viewport()->height()),
+                     palette().base());
+  }
+
   void paintSection(QPainter* painter, const QRect& place, int row) const override {
     const bool chosen = selectionModel() && selectionModel()->isRowSelected(row);
     painter->save();
@@ -296,10 +306,6 @@ void TableGrid::show_table(const OutputTable& table) {
   const bool same = shown_.data.rows.size() == table.data.rows.size();
   shown_ = table;
   model_->show_table(table);
-  const Qt::SortOrder order = table.ascending ? Qt::AscendingOrder : Qt::DescendingOrder;
-  const int sorted = model_->section_of(table.sorted_column);
-  rows_->horizontalHeader()->setSortIndicatorShown(sorted >= 0);
-  rows_->horizontalHeader()->setSortIndicator(sorted, order);
   corner_->setText(qt(desk_.session().language.fastmsg(table.data.name_title)));
   corner_->setArrowType(table.by_name ? table.ascending ? Qt::UpArrow : Qt::DownArrow : Qt::NoArrow);
   corner_->setToolButtonStyle(table.by_name ? Qt::ToolButtonTextBesideIcon : Qt::ToolButtonTextOnly);
