@@ -91,7 +91,10 @@ public:
     inside->setAutoFillBackground(false);
     viewport()->setAutoFillBackground(false);
   }
-  QSize sizeHint() const override { return {width_needed(), widget()->sizeHint().height()}; }
+  // What a screen hides by its mode counts as well when the window is made.
+  QSize sizeHint() const override {
+    return {width_needed(), std::min(widget()->sizeHint().height(), kMostHeight)};
+  }
   QSize minimumSizeHint() const override { return {width_needed(), kLeastHeight}; }
 
 protected:
@@ -101,7 +104,7 @@ protected:
   }
 
 private:
-  static constexpr int kLeastHeight = 240;
+  static constexpr int kLeastHeight = 240, kMostHeight = 600;
   int width_needed() const {
     return widget()->minimumSizeHint().width() + style()->pixelMetric(QStyle::PM_ScrollBarExtent);
   }

@@ -26,7 +26,7 @@ constexpr Row kRecord[] = {
     source_row("rec_list"),
     note_row("@record_note"),
     wide_row("rec_name", {"rec_name", ControlKind::text}),
-    paragraph_row("choose_record"),
+    note_row("choose_record"),
 };
 constexpr Row kButtons[] = {
     {RowShape::buttons, nullptr, {button("rec_delete"), button("rec_cancel"), button("rec_save")}}};

@@ -175,7 +175,10 @@ constexpr Group kForm[] = {
 // --- actions
 
 void choose_mode(Session& s, int i) {
-  form9::state(s).mode = static_cast<Mode>(i);
+  State& st = form9::state(s);
+  st.mode = static_cast<Mode>(i);
+  st.pointer.reset();
+  st.told.clear();
   constexpr int kMeaning = 20;  // of the first mode, in the hint line
   tell(s, {kMeaning + i});
 }
@@ -214,11 +217,18 @@ constexpr ControlAction kActions[] = {
 
 constexpr Surface kSurfaces[] = {{"Pic1", form9::draw, form9::pointer, 640, 480}};
 
+void follow(Session& s) {
+  if (!form9::state(s).written) write_numbers(s, *s.screens.find(kName)->second.spec);
+  follow_load(s);
+}
+
 // The last files are read once, when the program shows its windows.
 void open(Session& s) {
-  if (std::exchange(form9::state(s).started, true)) return;
-  read_last_table(s);
-  read_last_reference(s);
+  if (!std::exchange(form9::state(s).started, true)) {
+    read_last_table(s);
+    read_last_reference(s);
+  }
+  follow(s);
 }
 
 // --- keys
@@ -285,8 +295,7 @@ void follow_units(Session& s) {
 void refresh(Session& s) {
   if (!s.screens.find(kName)->second.visible) return;  // it follows when it is shown
   State& st = form9::state(s);
-  if (!st.written) write_numbers(s, *s.screens.find(kName)->second.spec);
-  follow_load(s);
+  follow(s);
   follow_units(s);
   for (int i = 0; i < 3; ++i)
     field(s, kName, "Option1" + std::to_string(i)).checked = static_cast<int>(st.mode) == i;

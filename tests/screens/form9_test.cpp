@@ -126,7 +126,7 @@ TEST_F(Form9, TheReferenceLiesOverThePressureDiagrams) {
     for (const Point& p : series.front().points) shot_peak = std::max(shot_peak, p.y);
     for (const Point& p : reference) reference_peak = std::max(reference_peak, p.y);
     EXPECT_EQ(reference_peak, 341) << type;
-    EXPECT_NEAR(reference_peak / shot_peak, 0.97, 0.03) << type;
+    EXPECT_NEAR(reference_peak / shot_peak, 0.93, 0.01) << type;
     EXPECT_GE(reference.front().x, 0) << "nothing before the shot";
   }
   const double shifted = drawn(4).back().points.back().x;
