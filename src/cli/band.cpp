@@ -93,7 +93,7 @@ std::string crosscheck_text(const Session& s, const CrossCheck& check) {
   };
   const auto word = [&](const char* key) { return pad_right(s.language.text("frmBand", key), 30); };
   return word("cross_closed") + line(check.closed) + word("cross_integrated") + line(check.integrated) +
-         word("cross_diff") + cross_check_text(s, check) + "\n";
+         word("cross_diff") + cross_check_text(check) + "\n";
 }
 
 int band_command(Session& s, CliUser& user, const Console& console, const BandArgs& args) {

@@ -5,6 +5,7 @@
 #include "calculators/load_notes.h"
 #include "engine/crosscheck.h"
 #include "screens/reports.h"
+#include "session/prediction.h"
 #include "text/number.h"
 
 namespace tv {
@@ -188,6 +189,16 @@ void measured_rows(const Session& s, Rows& rows, int label, const std::string& v
   rows.text(rows.label(71), with_unit(deviation, unit));
 }
 
+// Of the strings with the charge of the load: the mean with half of its 95 % interval.
+void string_rows(const Session& s, Rows& rows) {
+  const SampleFigures f = measured_at(s.load, s.shown.state.chargeGr).velocity;
+  if (f.count == 0) return;
+  rows.text(rows.label(91), velocity_text(s, f.mean, 1) +
+                                (f.has_spread() ? " \u00B1 " + velocity_text(s, f.high - f.mean, 1) : "") +
+                                ", n " + std::to_string(f.count));
+  if (s.result.vMuzzle > 0) rows.text(rows.label(86), percent_text(f.mean / s.result.vMuzzle - 1));
+}
+
 }  // namespace
 
 std::vector<LabelGroup> load_groups(const Session& s) { return {cartridge_group(s), bullet_group(s)}; }
@@ -249,6 +260,7 @@ std::vector<LabelGroup> note_groups(const Session& s) {
                 velocity_difference(load.MuzzleVel_meas, load.MVel_meas_unit, s.result.vMuzzle));
   measured_rows(s, rows, 72, load.Press_meas, load.Press_meas_unit, load.Press_meas_std,
                 pressure_difference(load.Press_meas, load.Press_meas_unit, s.result.pMax));
+  string_rows(s, rows);
   if (group.rows.empty()) return {};
   return {group};
 }

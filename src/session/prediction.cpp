@@ -82,16 +82,8 @@ std::string over_limit_text(const Session& s, const Band& band) {
   return s.language.text("frmBand", "band_under") + " " + format_number(100.0 / counted, "0.0###") + " %";
 }
 
-std::string cross_check_text(const Session&, const CrossCheck& check) {
+std::string cross_check_text(const CrossCheck& check) {
   return signed_percent(check.percent.pMax) + ", " + signed_percent(check.percent.vMuzzle);
-}
-
-std::string cross_check_line(const Session& s) {
-  if (!(s.shown.state.start_pressure >= 1e6)) return {};
-  const auto check = cross_check_of_run(s);
-  if (!check) return {};
-  return s.language.text("frmBand", "band_pmax") + " " + signed_percent(check->percent.pMax) + ", " +
-         s.language.text("frmBand", "band_v") + " " + signed_percent(check->percent.vMuzzle);
 }
 
 std::string pressure_text(const Session& s, double Pa) {

@@ -31,10 +31,7 @@ std::string velocity_range_text(const Session& s, const BandFigure& figure);
 // The share of the draws above the limit: "2.3 %", "below 0.05 %" of none among 2000, "?" if there is no limit.
 std::string over_limit_text(const Session& s, const Band& band);
 // "+0.12 %, +0.03 %": of peak pressure and muzzle velocity.
-std::string cross_check_text(const Session& s, const CrossCheck& check);
-// One line for the data sheet, whole; empty without a run, for one without a start pressure and where the check
-// did not finish.
-std::string cross_check_line(const Session& s);
+std::string cross_check_text(const CrossCheck& check);
 
 std::string pressure_text(const Session& s, double Pa);  // rounded to whole units, with the unit
 // The same, with so many decimals.
