@@ -74,6 +74,11 @@ void SurfaceView::paintEvent(QPaintEvent*) {
 void SurfaceView::resizeEvent(QResizeEvent*) { refresh(); }
 void SurfaceView::showEvent(QShowEvent*) { refresh(); }  // it may have changed while it was hidden
 
+// A tip would stand over the figures that the pointer reads; a screen reader still has it.
+bool SurfaceView::event(QEvent* event) {
+  return (event->type() == QEvent::ToolTip && surface_.clickable) || QWidget::event(event);
+}
+
 void SurfaceView::changeEvent(QEvent* event) {
   if (event->type() == QEvent::PaletteChange) refresh();
   QWidget::changeEvent(event);

@@ -50,10 +50,11 @@ struct FitTold {
 constexpr FitTold kChargeTold{"fcharge", {"fgramm", kGrainsPerGram, "0.000"}, {"fgrains", 1, "0.00"}};
 constexpr FitTold kBarrelTold{"fcharge6", {"f_mm", 1 / kMmPerInch, "0.0"}, {"f_in", 1, "0.00"}};
 
-void note_fit(Session& s, const FitUndo& before, const FitTold& told, double from, double to) {
+void note_fit(Session& s, const FitUndo& before, const FitTold& told, double from, double to,
+              const char* head = "ffitted") {
   const FitUnit& unit = s.output.imperial ? told.imperial : told.metric;
   s.fit_undo = before;
-  s.status = s.language.fastmsg("ffitted") + s.language.fastmsg(told.key) + " " +
+  s.status = s.language.fastmsg(head) + s.language.fastmsg(told.key) + " " +
              format_number(from / unit.size, unit.pattern) + " -> " +
              format_number(to / unit.size, unit.pattern) + " " + s.language.fastmsg(unit.key);
 }
@@ -226,7 +227,7 @@ bool take_table_row(Session& s, int row) {
   refresh_fill(s);
   setResultsValid(s, false);
   (powders ? s.valid.powder_table : s.valid.load_table) = powders ? marks.powder_table : marks.load_table;
-  note_fit(s, before, kChargeTold, before.chargeGr, s.state.chargeGr);
+  note_fit(s, before, kChargeTold, before.chargeGr, s.state.chargeGr, "ftaken");
   s.autocalc_due = true;
   return true;
 }
