@@ -44,7 +44,7 @@ TEST_F(HonestFigures, ASavedLoadComesBackAsItRan) {
     ASSERT_EQ(recalculate(s), -1) << depth;
     const double peak = s.result.pMax;
     const CartridgeDimensions before = s.state.dim;
-    ASSERT_TRUE(open_load(s, saved()));
+    ASSERT_TRUE(load_read(s, saved()));
     EXPECT_EQ(s.state.dim.Bsd, before.Bsd) << depth;
     EXPECT_EQ(s.state.dim.Plen, before.Plen) << depth;
     ASSERT_EQ(recalculate(s), -1);
