@@ -25,6 +25,7 @@ constexpr const char* kName = "frmMeas";
 constexpr std::size_t kRows = 30;
 constexpr int kDeep = 15;
 constexpr double kLeastVelocity = 10, kMostVelocity = 3000;  // m/s
+constexpr double kLeastPressure = 1, kMostPressure = 2000;   // MPa
 constexpr double kMostCharge = 1543230;                      // grains
 
 // What the grid shows of the string at hand; it follows the load, and writes into it.
@@ -100,13 +101,14 @@ double& pressure(Session& s, int i) { return state(s).p[row_of(i)]; }
 double& charge(Session& s, int) { return state(s).charge_gr; }
 
 bool is_velocity(double v) { return v >= kLeastVelocity && v <= kMostVelocity; }
+bool is_pressure(double p) { return p >= 1e6 * kLeastPressure && p <= 1e6 * kMostPressure; }
 
 void velocity_changed(Session& s, int i, bool) {
   shot_of(s, i).velocity = is_velocity(velocity(s, i)) ? velocity(s, i) : 0;
   trim_shots(s);
 }
 void pressure_changed(Session& s, int i, bool) {
-  shot_of(s, i).pressure = std::max(0.0, pressure(s, i));
+  shot_of(s, i).pressure = is_pressure(pressure(s, i)) ? pressure(s, i) : 0;
   trim_shots(s);
 }
 void charge_changed(Session& s, int, bool) {
@@ -125,7 +127,7 @@ const NumberField kNumbers[] = {
      .count = kRows,
      .changed = velocity_changed,
      .zero_empty = true},
-    {.sides = {{{"mes_p", &units::mode_of_Pa, {1, 2000}}}},
+    {.sides = {{{"mes_p", &units::mode_of_Pa, {kLeastPressure, kMostPressure}}}},
      .value = pressure,
      .count = kRows,
      .changed = pressure_changed,
@@ -304,9 +306,9 @@ void follow_load(Session& s) {
   now.charge_gr = chosen(s) ? chosen(s)->charge_gr : 0;
   for (std::size_t i = 0; i < kRows; ++i) {
     const MeasuredShot* shot = shown_shot(s, i);
-    const bool wrong = st.v[i] != 0 && !is_velocity(st.v[i]);  // counts for nothing, but stands red as typed
-    if (!wrong) now.v[i] = shot ? shot->velocity : 0;
-    now.p[i] = shot ? shot->pressure : 0;
+    // A value out of range counts for nothing, but stands red as it was typed.
+    if (st.v[i] == 0 || is_velocity(st.v[i])) now.v[i] = shot ? shot->velocity : 0;
+    if (st.p[i] == 0 || is_pressure(st.p[i])) now.p[i] = shot ? shot->pressure : 0;
   }
   if (now.charge_gr == st.charge_gr && now.v == st.v && now.p == st.p) return;
   st = now;
@@ -384,104 +386,7 @@ void refresh(Session& s) {
   for (const char* name : {"mes_del", "mes_fit"}) field(s, kName, name).enabled = some;
 }
 
-// --- plot
-
-constexpr int kPredictedPoints = 9;
-
-struct Charges {
-  double least = 0, most = 0;  // grains; with a margin, so that no point stands on the frame
-};
-Charges charges_of(const Session& s) {
-  double least = HUGE_VAL, most = -HUGE_VAL;
-  for (const MeasuredSeries& series : s.load.measured) {
-    if (!(series.charge_gr > 0)) continue;
-    least = std::min(least, series.charge_gr);
-    most = std::max(most, series.charge_gr);
-  }
-  if (!(least <= most)) return {};
-  const double margin = std::max(0.01 * most, 0.15 * (most - least));
-  return {least - margin, most + margin};
-}
-
-ChartSeries predicted_line(const Session& s, const Charges& charges) {
-  ChartSeries line;
-  line.id = 1;
-  line.name = s.language.text("frmMeas", "plot_predicted");
-  for (int i = 0; i < kPredictedPoints; ++i) {
-    const double charge = charges.least + (charges.most - charges.least) * i / (kPredictedPoints - 1);
-    if (const auto shot = predicted_at(s, charge))
-      line.points.push_back({charge, shown_velocity(shot->vMuzzle, s)});
-  }
-  return line;
-}
-
-// Shots as dots; those left out grey.
-ChartSeries shots_of(const Session& s, bool excluded) {
-  ChartSeries dots;
-  dots.id = excluded ? 3 : 2;
-  dots.weight = 0;
-  dots.shape = ChartPoints::dots;
-  dots.reading = ChartReading::none;
-  dots.name = s.language.text("frmMeas", excluded ? "plot_excluded" : "plot_shots");
-  for (const MeasuredSeries& series : s.load.measured)
-    for (const MeasuredShot& shot : series.shots)
-      if (series.charge_gr > 0 && shot.velocity > 0 && shot.excluded == excluded)
-        dots.points.push_back({series.charge_gr, shown_velocity(shot.velocity, s)});
-  std::ranges::stable_sort(dots.points, {}, &Point::x);
-  return dots;
-}
-
-ChartSeries means_of(const Session& s) {
-  ChartSeries means;
-  means.id = 4;
-  means.weight = 0;
-  means.shape = ChartPoints::rings;
-  means.reading = ChartReading::at_points;
-  means.name = s.language.text("frmMeas", "plot_means");
-  std::vector<std::array<double, 3>> rows;  // charge, mean, half of the interval
-  for (const MeasuredSeries& series : s.load.measured)
-    if (const SampleFigures f = velocity_figures(series); f.count > 0 && series.charge_gr > 0)
-      rows.push_back({series.charge_gr, shown_velocity(f.mean, s), shown_velocity(f.high - f.mean, s)});
-  std::ranges::sort(rows);
-  for (const auto& [charge_gr, mean, half] : rows) {
-    means.points.push_back({charge_gr, mean});
-    means.spread.push_back(half);
-  }
-  return means;
-}
-
-// From the lowest to the highest value on show, bars and all.
-ChartAxis velocity_axis(const Session& s, const std::vector<ChartSeries>& all) {
-  double least = HUGE_VAL, most = -HUGE_VAL;
-  for (const ChartSeries& series : all)
-    for (std::size_t i = 0; i < series.points.size(); ++i) {
-      const double half = i < series.spread.size() ? series.spread[i] : 0;
-      least = std::min(least, series.points[i].y - half);
-      most = std::max(most, series.points[i].y + half);
-    }
-  ChartAxis axis = spread_axis(least, most, state(s).fps ? "fps" : "m/s");
-  axis.title = s.language.text("frmMeas", "mes_v");
-  return axis;
-}
-
-DrawList draw(const Session& s, const Extent& e) {
-  Chart chart;
-  chart.look = chart_look(s, e.dark);
-  const ChartColours& colours = chart.look.colours;
-  const Charges charges = charges_of(s);
-  if (!(charges.most > 0))
-    return empty_chart(s.language.text("frmMeas", "mes_empty"), chart.look, e.width, e.height, e.text_width)
-        .list;
-  for (ChartSeries series :
-       {predicted_line(s, charges), shots_of(s, false), shots_of(s, true), means_of(s)}) {
-    series.colour = series.id == 1 ? colours.velocity : series.id == 3 ? colours.stale : colours.pressure;
-    if (!series.points.empty()) chart.series.push_back(std::move(series));
-  }
-  chart.x = exact_axis(charges.least, charges.most, charges.most - charges.least, 0, "gr");
-  chart.x.title = s.language.text("frmMeas", "mes_chgm");
-  chart.left = velocity_axis(s, chart.series);
-  return draw_chart(chart, e.width, e.height, e.text_width).list;
-}
+DrawList draw(const Session& s, const Extent& e) { return measured_plot(s, e, state(s).fps); }
 constexpr Surface kSurfaces[] = {{"mes_plot", draw, nullptr, 620, 260}};
 
 }  // namespace
@@ -500,13 +405,6 @@ void take_strings(Session& s, std::vector<MeasuredSeries> read) {
   std::ranges::move(read, std::back_inserter(strings(s)));
   choose(s, shown);
   outputs_changed(s);
-}
-
-ChartLook chart_look(const Session& s, bool dark) {
-  ChartLook look;
-  look.colours = dark ? dark_colours() : light_colours();
-  look.font = s.options.pict_font_nam;
-  return look;
 }
 
 extern const ScreenSpec kFrmMeas{.name = kName,

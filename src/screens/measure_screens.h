@@ -22,6 +22,8 @@ void open_band(Session& s, bool with_cross_check);
 
 // A load whose inputs have changed is calculated first. False if it was refused.
 bool run_is_current(Session& s);
+// All shots over their charge, the means with their intervals, and the predicted velocities.
+DrawList measured_plot(const Session& s, const Extent& e, bool fps);
 // Light or dark, with the font of the diagrams.
 ChartLook chart_look(const Session& s, bool dark);
 
