@@ -117,7 +117,8 @@ constexpr Row kTable[] = {
     {RowShape::pair, "vivist_ends", {display("vivist0"), display("vivist10")}},
     {RowShape::pair, "vivsoll37", {number("vivsoll37"), display("vivist37")}},
     {RowShape::pair, "vivsoll38", {number("vivsoll38"), display("vivist38")}},
-    {RowShape::buttons, nullptr, {button("L_bomb"), button("SV_bomb"), button("vivplot"), button("cal_tab")}},
+    {RowShape::buttons, nullptr, {button("L_bomb"), button("SV_bomb")}},
+    {RowShape::buttons, nullptr, {button("vivplot"), button("cal_tab")}},
 };
 constexpr Row kFiring[] = {
     number_row("man_Qex"),
@@ -156,8 +157,9 @@ bool law_mode(const Session& s) { return !reference_mode(s); }
 bool paste_mode(const Session& s) { return !manual_mode(s); }
 std::string firing_summary(const Session& s) {
   const Powder& p = form9::state(s).now;
-  return format_number(p.Exw, "0") + " kJ/kg \u00B7 " + format_number(p.Kap, "0.0000") + " \u00B7 " +
-         format_number(p.Pdens, "0.000") + " g/cm\u00B3";
+  const auto unit = [&s](const char* key) { return " " + s.language.text("units", key); };
+  return format_number(p.Exw, "0") + unit("unit_kJkg") + " \u00B7 " + format_number(p.Kap, "0.0000") +
+         " \u00B7 " + format_number(p.Pdens, "0.000") + unit("unit_gccm");
 }
 
 constexpr Group kForm[] = {
