@@ -280,7 +280,9 @@ void show_whole_diagram(Session& s) { s.output.view = {}; }
 
 void SetDisplayMode(Session& s, int type) {
   s.output.as_text = false;
-  if (type >= static_cast<int>(DisplayMode::first_diagram)) s.output.last_diagram = type;
+  constexpr int kFirst = static_cast<int>(DisplayMode::first_diagram);
+  if (const int diagram = type >= kFirst ? type : s.options.grftyp; diagram >= kFirst)
+    s.output.last_diagram = diagram;
   if (type != s.options.grftyp || s.output.optional) {
     s.output.hidden = {};
     show_whole_diagram(s);
