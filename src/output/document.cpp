@@ -10,7 +10,7 @@ namespace {
 
 constexpr double kFootPoints = 7;
 constexpr double kLeastWidth = 150, kLeastBody = 100;  // units
-constexpr double kLeastPicture = 150;
+constexpr double kLeastPicture = 190;
 
 double units(double twips) { return twips / kTwipsPerUnit; }
 
@@ -194,17 +194,7 @@ std::size_t pictures_of(const Document& document) {
       document.blocks, [](const DocumentBlock& block) { return std::holds_alternative<Picture>(block); }));
 }
 
-}  // namespace
-
-bool wants_landscape(const Document& document, const PageFormat& format) {
-  const Setting t = setting_of(format);
-  return std::ranges::any_of(document.blocks, [&](const DocumentBlock& block) {
-    const auto* table = std::get_if<PrintedTable>(&block);
-    return table && table_width(*table, t, kSmallestPoints * kUnitsPerPoint) > t.width();
-  });
-}
-
-std::vector<DrawList> document_pages(const Document& document, const PageFormat& format) {
+std::vector<DrawList> laid_out(const Document& document, const PageFormat& format) {
   Paginator pages(document, format);
   if (!pages.room()) return {};
   const std::size_t pictures = pictures_of(document);
@@ -224,6 +214,29 @@ std::vector<DrawList> document_pages(const Document& document, const PageFormat&
     }
   }
   return pages.finish();
+}
+
+}  // namespace
+
+bool wants_landscape(const Document& document, const PageFormat& format) {
+  const Setting t = setting_of(format);
+  return std::ranges::any_of(document.blocks, [&](const DocumentBlock& block) {
+    const auto* table = std::get_if<PrintedTable>(&block);
+    return table && table_width(*table, t, kSmallestPoints * kUnitsPerPoint) > t.width();
+  });
+}
+
+std::vector<DrawList> document_pages(const Document& document, const PageFormat& format) {
+  std::vector<DrawList> pages = laid_out(document, format);
+  if (!document.one_page) return pages;
+  // A little smaller rather than a sheet more.
+  PageFormat smaller = format;
+  for (const double share : {0.95, 0.9, 0.85, 0.8}) {
+    if (pages.size() <= 1) break;
+    smaller.points = std::max(kSmallestPoints, format.points * share);
+    if (std::vector<DrawList> tried = laid_out(document, smaller); tried.size() == 1) return tried;
+  }
+  return pages;
 }
 
 }  // namespace tv

@@ -189,6 +189,7 @@ Document load_report(const Session& s) {
 
 Document data_sheet(const Session& s) {
   Document document = load_report(s);
+  document.one_page = true;
   TwoColumns columns{load_groups(s), result_groups(s)};
   for (LabelGroup& group : powder_groups(s)) columns.right.push_back(std::move(group));
   for (LabelGroup& group : note_groups(s)) columns.left.push_back(std::move(group));

@@ -63,7 +63,7 @@ type Form4.MPgn "38"
 pages lade_tab
 )");
   EXPECT_EQ(played.exit, 1) << "out of date";
-  ASSERT_EQ(played.lines.size(), 10U) << played.err;
+  ASSERT_EQ(played.lines.size(), 11U) << played.err;
   const auto pages = [&](std::size_t line) { return played.lines[line]["pages"]; };
   EXPECT_EQ(pages(2).size(), 1U);
   EXPECT_NEAR(pages(2)[0]["width"].get<double>(), 210 / 25.4 * 96, 0.1);
