@@ -71,7 +71,7 @@ struct Document {
   std::vector<DocumentBlock> blocks;
   bool page_for_each_picture = false;
   bool one_page = false;  // letters are made up to a fifth smaller where that saves the second page
-  std::string notes;  // at the foot of every page: of the run
+  std::string notes;      // at the foot of every page: of the run
   bool notes_red = false;
   std::string notice, page_word, of_word;  // "page 1 of 2"
 };
