@@ -136,7 +136,7 @@ TEST_F(Windows, ARowOfATableBecomesTheLoadAndTheChargeSteps) {
   QTest::keyClick(rows, Qt::Key_C, Qt::ControlModifier);
   EXPECT_EQ(QApplication::clipboard()->text().count('\n'), 2);
 
-  auto* field = root("Form4")->findChild<QLineEdit*>("MPgn");
+  auto* field = program.find<QLineEdit>("Form4", "MPgn");
   field->setFocus();
   QTest::keyClick(field, Qt::Key_Up, Qt::ControlModifier);
   EXPECT_EQ(program.session.state.chargeGr, std::round((charge + 1) * 1e9) / 1e9);
