@@ -69,12 +69,20 @@ std::optional<QueuedAnswer> CliUser::next_answer(const std::string& question) {
   return answer;
 }
 
+// A script that goes on to another load is done with the one at hand, unless it says otherwise.
+static bool gives_up_load(const CliUser& user, const Box& box) {
+  return user.scripted && !user.yes && user.answers.empty() &&
+         std::ranges::find(box.message.keys, "msg431") != box.message.keys.end();
+}
+
 Answer CliUser::box(const Box& box) {
   print(box.title, box.message.text);
   Answer answer = Answer::ok;
   if (box.buttons != Buttons::ok) {
     answer = unasked_answer(box.buttons, yes);
-    if (const auto queued = next_answer(box.message.text)) {
+    if (gives_up_load(*this, box)) {
+      answer = Answer::no;
+    } else if (const auto queued = next_answer(box.message.text)) {
       const auto possible = answers_of(box.buttons);
       const auto at = std::ranges::find_if(
           possible, [&](Answer a) { return queued->word && queued->text == name_of(a); });

@@ -119,6 +119,13 @@ public:
   explicit Manual(QWidget* parent);
   void open(const Session& s, const std::string& screen);
 
+protected:
+  // A narrow window is left to the page.
+  void resizeEvent(QResizeEvent* event) override {
+    QDialog::resizeEvent(event);
+    pages_->setVisible(width() > fontMetrics().horizontalAdvance('n') * 90);
+  }
+
 private:
   QPushButton* button(const char* name, QHBoxLayout& row);
   void show_page(const QString& name);

@@ -103,7 +103,8 @@ std::string proposed_name(std::string_view words, std::string_view extension) {
   for (const std::string_view c : kForbidden)
     for (std::size_t at; (at = name.find(c)) != std::string::npos;) name.replace(at, c.size(), " ");
   name.erase(0, name.find_first_not_of(" .,"));  // a file of a name with a point ahead is hidden
-  for (std::size_t at; (at = name.find("  ")) != std::string::npos;) name.erase(at, 1);
+  for (const char* gap : {"  ", " ,"})
+    for (std::size_t at; (at = name.find(gap)) != std::string::npos;) name.erase(at, 1);
   name = left(name, kLong);
   while (!name.empty() && std::string_view(" .,").find(name.back()) != std::string_view::npos)
     name.pop_back();

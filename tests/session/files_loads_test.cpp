@@ -174,7 +174,7 @@ TEST_F(Loads, WithUnsavedChangesAreAskedForBeforeTheyGo) {
     EXPECT_EQ(s.options.labfil, at("data/mine."));
     user.answers = {Answer::yes};
     way();
-    EXPECT_NE(s.state.chargeGr, charge);
+    EXPECT_NE(s.options.labfil, at("data/mine."));
     user.forget();
     ASSERT_TRUE(open_load(s, at("data/mine.dat")));
     EXPECT_EQ(s.state.chargeGr, charge) << "it was saved";
@@ -209,7 +209,7 @@ TEST_F(Loads, ThatCameWithTheProgramAreSavedElsewhere) {
   EXPECT_TRUE(lab_save(s));
   ASSERT_EQ(user.file_boxes.size(), 2u);
   EXPECT_EQ(user.file_boxes[0].folder, at("data/"));
-  EXPECT_EQ(user.file_boxes[0].name, "308 Winchester, .308 168 HPBT.dat");
+  EXPECT_EQ(user.file_boxes[0].name, "308 Winchester, .308, 168, HPBT.dat");
   EXPECT_EQ(user.file_boxes[1].comment, "typed");
   EXPECT_EQ(p->keys(), "msg420");
   EXPECT_EQ(read_file(example("308_winchester_168")).bytes, bytes);
