@@ -45,7 +45,7 @@ OutputWindow::OutputWindow(Desk& desk, const ScreenSpec& spec) : desk_(desk) {
   layout->addLayout(place_, 1);
   surface_ = new SurfaceView(desk, spec.name, *find_surface(desk.session(), spec.name, "Pict1"), this);
   surface_->setFocusPolicy(Qt::StrongFocus);
-  surface_->setMinimumSize(227, 200);  // 3400 x 3000 twips
+  surface_->setMinimumSize(227, 150);  // what a small desk leaves it
   text_ = new TableView(this);
   text_->setObjectName("Text1");
   text_->setProperty(kOwn, true);
