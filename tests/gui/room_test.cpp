@@ -52,8 +52,8 @@ void expect_whole(QWidget* widget, const std::string& where) {
       << where << ": cut: " << widget->objectName().toStdString();
   const auto* edit = qobject_cast<QLineEdit*>(widget);
   const int needed = edit ? edit->fontMetrics().horizontalAdvance(edit->text()) + 12
-                          : qobject_cast<QLabel*>(widget) ? widget->sizeHint().width()
-                                                          : 0;
+                     : qobject_cast<QLabel*>(widget) ? widget->sizeHint().width()
+                                                     : 0;
   EXPECT_GE(widget->width(), needed) << where << widget->objectName().toStdString();
 }
 
