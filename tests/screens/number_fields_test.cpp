@@ -41,6 +41,8 @@ void each_number(const Session& s, Visit visit) {
 // On every screen, in every direction: what is typed is stored, the other fields show it, and each limit
 // counts at both ends.
 TEST_F(NumberFields, EveryFieldStoresWhatItShowsAndKeepsItsLimits) {
+  take_powder(s, 0);  // the burn function takes no coefficient without the others
+  open_screen(s, "Form9");
   each_number(s, [&](NumberPlace at) {
     for (at.side = 0; at.side < at.number->sides.size(); ++at.side) {
       if (!at.own().field || !shown(s, at.screen, field_of(at, at.side)).enabled) continue;
