@@ -13,6 +13,7 @@
 #include <QListView>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QSplitter>
 #include <QStandardPaths>
 #include <algorithm>
 
@@ -118,6 +119,10 @@ FileDialog::FileDialog(Session& s, const FileBox& box, QWidget* parent)
   setDirectory(QDir(start).exists() ? start : QFile::decodeName(s.roots.root.c_str()));
   where_->setText(directory().absolutePath());
   name_->setText(QFile::decodeName(box.name.c_str()));
+  // Wide enough for the names of the places.
+  const int unit = fontMetrics().horizontalAdvance('n');
+  resize(std::max(width(), unit * 100), std::max(height(), unit * 60));
+  if (auto* both = findChild<QSplitter*>("splitter")) both->setSizes({unit * 22, unit * 78});
   name_->setFocus();
   name_->selectAll();
   ok_->setEnabled(true);
