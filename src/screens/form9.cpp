@@ -99,12 +99,14 @@ const NumberField kNumbers[] = {
 
 // --- form
 
-constexpr Row kModes[] = {
-    {RowShape::bare, nullptr, {option("Option10"), option("Option11"), option("Option12")}}};
+// Below each other: the column must leave room for the picture in a tab.
+constexpr Row kModes[] = {{RowShape::bare, nullptr, {option("Option10")}},
+                          {RowShape::bare, nullptr, {option("Option11")}},
+                          {RowShape::bare, nullptr, {option("Option12")}}};
 constexpr Row kPowderRows[] = {
     wide_row("anzPnam", load_list("anzPnam", RecordKind::powders)),
     source_row("anzPnam"),
-    {RowShape::pair, "box_ba", {number("box_ba", "unit_Ba")}},
+    number_row("box_ba"),
     number_row("boxa0"),
     number_row("boxzx"),
     display_row("box_fakB", nullptr),
@@ -114,9 +116,12 @@ constexpr Row kTable[] = {
      nullptr,
      {check("vivmark"), number("vividx"), number("vivsoll"), display("vivist")},
      kVivacityRows},
-    {RowShape::pair, "vivist_ends", {display("vivist0"), display("vivist10")}},
-    {RowShape::pair, "vivsoll37", {number("vivsoll37"), display("vivist37")}},
-    {RowShape::pair, "vivsoll38", {number("vivsoll38"), display("vivist38")}},
+    {RowShape::pair, "vivist_at0", {display("vivist0")}},
+    {RowShape::pair, "vivist_at1", {display("vivist10")}},
+    number_row("vivsoll37"),
+    {RowShape::pair, "vivist", {display("vivist37")}},
+    number_row("vivsoll38"),
+    {RowShape::pair, "vivist", {display("vivist38")}},
     {RowShape::buttons, nullptr, {button("L_bomb"), button("SV_bomb")}},
     {RowShape::buttons, nullptr, {button("vivplot"), button("cal_tab")}},
 };
