@@ -10,6 +10,7 @@
 #include "gui/number_edit.h"
 #include "gui/program_style.h"
 #include "gui/small_labels.h"
+#include "session/entry.h"
 
 namespace tv {
 namespace {
@@ -101,10 +102,12 @@ void Binder::show_look(const Field& field, QWidget* widget) {
     widget->setPalette(palette);
   }
   set_italic(*widget, field.stale);
-  if (edit)
-    edit->show_mark(field.ink == Ink::red || field.ink == Ink::magenta || field.paper == Paper::red ||
-                    field.paper == Paper::magenta || field.paper == Paper::yellow ||
-                    field.paper == Paper::failed);
+  if (!edit) return;
+  // A row that was chosen is yellow as well, and warns of nothing.
+  const bool chosen = field.paper == Paper::yellow && can_mark(session_, screen_, utf8(widget->objectName()));
+  edit->show_mark(field.ink == Ink::red || field.ink == Ink::magenta || field.paper == Paper::red ||
+                  field.paper == Paper::magenta || (field.paper == Paper::yellow && !chosen) ||
+                  field.paper == Paper::failed);
 }
 
 }  // namespace tv
