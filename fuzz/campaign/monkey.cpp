@@ -1,9 +1,11 @@
 // campaign_monkey SECONDS SEED: random keys, clicks, wheels and commands over all windows, offscreen; meant for a
 // build with sanitizers. The program starts anew every few thousand actions, with the settings that the monkey
 // left. A crash is the finding: the line printed before it names the seed and the action. Status 0 if none came.
+#include <unistd.h>
 #include <QAbstractButton>
 #include <QAction>
 #include <QComboBox>
+#include <QDialog>
 #include <QElapsedTimer>
 #include <QLineEdit>
 #include <QMenu>
@@ -35,12 +37,15 @@ constexpr int kKeys[] = {Qt::Key_0,       Qt::Key_1,     Qt::Key_5,         Qt::
 
 class Monkey {
 public:
-  explicit Monkey(unsigned seed) : random_(seed) {
+  Monkey(unsigned seed, int most, int milliseconds)
+      : random_(seed), most_(most), milliseconds_(milliseconds) {
+    time_.start();
     QObject::connect(&timer_, &QTimer::timeout, [this] { act(); });
   }
   void start() { timer_.start(0); }
   void stop() { timer_.stop(); }
   long actions() const { return actions_; }
+  bool over() const { return actions_ >= most_ || time_.hasExpired(milliseconds_); }
   long kinds(std::size_t i) const { return kinds_[i]; }
 
 private:
@@ -120,7 +125,23 @@ private:
       entries[static_cast<int>(pick(static_cast<std::size_t>(entries.size())))]->trigger();
   }
 
+  // Ends whatever waits for an answer, so that the program comes back to where it was opened.
+  void come_back() {
+    if (QWidget* popup = QApplication::activePopupWidget()) popup->close();
+    QWidget* modal = QApplication::activeModalWidget();
+    if (auto* dialog = qobject_cast<QDialog*>(modal))
+      dialog->done(0);
+    else if (modal)
+      modal->close();
+    if (!time_.hasExpired(milliseconds_ + 30000)) return;
+    fmt::print("found: the windows do not come back, {}\n",
+               modal ? modal->objectName().toStdString() : "no window");
+    std::fflush(stdout);
+    _exit(1);
+  }
+
   void act() {
+    if (over()) return come_back();
     QWidget* window = this->window();
     if (!window) return;
     ++actions_;
@@ -140,6 +161,9 @@ private:
   }
 
   std::minstd_rand random_;
+  long most_;
+  int milliseconds_;
+  QElapsedTimer time_;
   QTimer timer_;
   long actions_ = 0;
   std::array<long, 7> kinds_{};
@@ -155,19 +179,13 @@ long live(const Home& home, unsigned seed, std::array<long, 7>& kinds, int most,
   program.open();
   program.desk->act(
       [&] { open_load(program.session, std::string(TV_SHARE_DIR) + "/data/loads/308_winchester_168.dat"); });
-  Monkey monkey(seed);
-  QElapsedTimer time;
-  time.start();
+  Monkey monkey(seed, most, milliseconds);
   monkey.start();
-  while (monkey.actions() < most && !time.hasExpired(milliseconds)) {
+  while (!monkey.over()) {
     QApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents, 50);
     if (!program.desk->frame()->isVisible()) program.open();
   }
   monkey.stop();
-  while (QWidget* modal = QApplication::activeModalWidget()) {
-    modal->close();
-    if (QApplication::activeModalWidget() == modal) break;
-  }
   for (std::size_t i = 0; i < kinds.size(); ++i) kinds[i] += monkey.kinds(i);
   return monkey.actions();
 }
