@@ -19,7 +19,9 @@ namespace fs = std::filesystem;
 // On the disk of the working folder: that of temporary files may be none.
 class Root {
 public:
-  Root() : path_((fs::current_path() / fmt::format("bench-files-{}", getpid())).string()) {}
+  Root() : path_((fs::current_path() / fmt::format("bench-files-{}", getpid())).string()) {
+    fs::create_directories(path_);
+  }
   ~Root() { fs::remove_all(path_); }
   const std::string& path() const { return path_; }
 

@@ -175,6 +175,7 @@ Manual::Manual(QWidget* parent)
   both->addWidget(text_);
   both->setStretchFactor(1, 1);
   both->setSizes({fontMetrics().horizontalAdvance('n') * 24, fontMetrics().horizontalAdvance('n') * 100});
+  note_->setObjectName("note");
   note_->setProperty(kCaptionKey, "note");
   note_->setWordWrap(true);
   layout->addLayout(row);
