@@ -160,7 +160,9 @@ void show_range(Session& s) {
   put("band_68", ranges_text(s, band, 1, 3));
   put("band_95", ranges_text(s, band, 0, 4));
   put("band_over", over_limit_text(s, band));
-  set_text(s, kName, "band_state", !band.ok || is_current(s) ? "" : s.language.fastmsg("fobsol0"));
+  set_text(
+      s, kName, "band_state",
+      !band.ok || is_current(s) ? "" : s.language.fastmsg("fobsol0") + " " + s.language.fastmsg("fobsol1"));
 }
 
 void show_check(Session& s) {

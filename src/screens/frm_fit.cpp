@@ -177,7 +177,7 @@ void refresh(Session& s) {
   for (int i = 0; i < 3; ++i) field(s, kName, "fit_n" + std::to_string(i)).checked = i == st.numbers;
   const bool current = is_current(s);
   std::string verdict = s.language.text("frmFit", kVerdicts[static_cast<std::size_t>(st.fit.verdict)]);
-  if (!current) verdict += " " + s.language.fastmsg("fobsol0");
+  if (!current) verdict += " " + s.language.fastmsg("fobsol0") + " " + s.language.fastmsg("fobsol1");
   set_text(s, kName, "fit_verdict", verdict);
   show_numbers(s, st.fit);
   show_shots(s, st.fit);
