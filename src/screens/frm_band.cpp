@@ -231,7 +231,10 @@ DrawList draw(const Session& s, const Extent& e) {
   const Colour ink = stale ? colours.stale : colours.ink;
   const Colour first = stale ? colours.stale : colours.pressure,
                second = stale ? colours.stale : colours.velocity;
-  add_text(list, {kEdge, kEdge + kText}, word("band_plot"), {ink, kText, Align::left, true});
+  const double title = e.text_width(word("band_plot"), kText, true, false, look.font);
+  if (title + width_of(word("band_pmax")) + width_of(word("band_v")) + 5 * kEdge <
+      e.width)  // else in the way
+    add_text(list, {kEdge, kEdge + kText}, word("band_plot"), {ink, kText, Align::left, true});
   add_text(list, {e.width - kEdge - width_of(word("band_v")) - 2 * kEdge, kEdge + kText}, word("band_pmax"),
            {first, kText, Align::right});
   add_text(list, {e.width - kEdge, kEdge + kText}, word("band_v"), {second, kText, Align::right});
