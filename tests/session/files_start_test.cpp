@@ -46,7 +46,7 @@ TEST_F(Home, AnEmptyOneStartsOnTheDeliveredData) {
   EXPECT_EQ(read_sectioned(at("ternofw.xmt"), CodePage::cp1252).get("transfer", "bfile"), "");
   const SectionedFile settings = read_sectioned(at("ternofw.set"), CodePage::cp1252);
   EXPECT_EQ(settings.sections(), (std::vector<std::string>{"constants", "tiphelp", "startup", "metrics",
-                                                           "chargedata", "recoil", "referenz"}));
+                                                           "chargedata", "recoil", "referenz", "measured"}));
   for (const OptionKey& key : option_keys()) EXPECT_TRUE(settings.has_key(key.section, key.key)) << key.key;
   for (const LoadKey& key : load_keys()) EXPECT_TRUE(settings.has_key(key.section, key.key)) << key.key;
   p->s.options.intro_off = true;
