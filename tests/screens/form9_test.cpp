@@ -68,7 +68,7 @@ TEST_F(Form9, WhatIsHandedOverPassesTheCheck) {
       good(key);
     }
   for (const char* field : {"man_Qex", "cp_cv", "man_pd"})
-    for (const char* typed : {"0", "0.5", "99999"}) {
+    for (const char* typed : {"0", "0.05", "99999"}) {
       type("Form9", field, typed);
       good(std::string(field) + " " + typed);
     }
