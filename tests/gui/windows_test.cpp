@@ -137,7 +137,8 @@ TEST_F(Windows, ARowOfATableBecomesTheLoadAndTheChargeSteps) {
   EXPECT_EQ(QApplication::clipboard()->text().count('\n'), 2);
 
   auto* field = program.find<QLineEdit>("Form4", "MPgn");
-  field->setFocus();
+  program.session.user->focus("Form4", "MPgn");
+  QApplication::processEvents();
   QTest::keyClick(field, Qt::Key_Up, Qt::ControlModifier);
   EXPECT_EQ(program.session.state.chargeGr, std::round((charge + 1) * 1e9) / 1e9);
   EXPECT_TRUE(program.session.valid.results);
