@@ -131,7 +131,7 @@ private:
   void show_page(const QString& name);
   void list_pages();
   void search_next();
-  int page_on_show() const;
+  int row_of(const QUrl& page) const;
 
   Pages* text_;
   QListWidget* pages_;
@@ -203,7 +203,8 @@ Manual::Manual(QWidget* parent)
           [this](const QListWidgetItem* item) { show_page(item->data(Qt::UserRole).toString()); });
   connect(pages_, &QListWidget::itemActivated, this,
           [this](const QListWidgetItem* item) { show_page(item->data(Qt::UserRole).toString()); });
-  connect(text_, &QTextBrowser::sourceChanged, this, [this] { pages_->setCurrentRow(page_on_show()); });
+  connect(text_, &QTextBrowser::sourceChanged, this,
+          [this](const QUrl& page) { pages_->setCurrentRow(row_of(page)); });
   text_->setOpenExternalLinks(true);
   text_->setFocus();
   resize(fontMetrics().horizontalAdvance('n') * 134, fontMetrics().height() * 48);
@@ -240,8 +241,8 @@ void Manual::list_pages() {
   }
 }
 
-int Manual::page_on_show() const {
-  const QString name = text_->source().fileName();
+int Manual::row_of(const QUrl& page) const {
+  const QString name = page.fileName();
   for (int row = 0; row < pages_->count(); ++row)
     if (pages_->item(row)->data(Qt::UserRole) == name) return row;
   return -1;
@@ -257,7 +258,7 @@ void Manual::search_next() {
   const QString wanted = search_->text();
   result_->clear();
   if (wanted.isEmpty() || text_->find(wanted)) return;
-  const int begin = std::max(page_on_show(), 0);
+  const int begin = std::max(row_of(text_->source()), 0);
   for (int i = 1; i <= pages_->count(); ++i) {
     const QString name = pages_->item((begin + i) % pages_->count())->data(Qt::UserRole).toString();
     if (!text_of(folder_ + name).contains(wanted, Qt::CaseInsensitive)) continue;
