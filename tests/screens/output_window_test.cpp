@@ -86,7 +86,8 @@ TEST_F(OutputWindow, TellsThePeakInTheUnitsOfTheWindow) {
 
 TEST_F(OutputWindow, ChosenColoursStandForThoseOfThePalette) {
   const Colour green{0, 120, 0, 255}, blue{0, 0, 200, 255};
-  s.output.colours = {.paper = {}, .left = green, .right = blue};
+  s.output.colours.left = green;
+  s.output.colours.right = blue;
   s.options.grftyp = 6;
   EXPECT_EQ(diagram_options(s).colours.pressure, green);
   EXPECT_EQ(diagram_options(s).colours.velocity, blue);
