@@ -30,6 +30,8 @@ struct Look {
 void shoot(QWidget* window, const QString& file) {
   window->ensurePolished();
   QApplication::processEvents();
+  QApplication::sendPostedEvents();  // a layout that asks for another one
+  QApplication::processEvents();
   if (!window->grab().save(file)) std::fprintf(stderr, "cannot write %s\n", qPrintable(file));
 }
 

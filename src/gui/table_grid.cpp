@@ -267,7 +267,6 @@ TableGrid::TableGrid(Desk& desk, QWidget* parent)
   rows_->setTabKeyNavigation(false);
   rows_->setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
   rows_->setFrameShape(QFrame::NoFrame);
-  rows_->horizontalHeader()->setStretchLastSection(true);
   rows_->horizontalHeader()->setSectionsClickable(true);
   rows_->horizontalHeader()->setHighlightSections(false);
   rows_->installEventFilter(this);
@@ -329,6 +328,10 @@ void TableGrid::settle() {
   for (int i = 0; i < model_->share_section(); ++i) rows_->setItemDelegateForColumn(i, nullptr);
   rows_->setItemDelegateForColumn(model_->share_section(), shares_);
   rows_->resizeColumnsToContents();
+  // The share takes the room that is left, and never less than its words need.
+  QHeaderView& head = *rows_->horizontalHeader();
+  const int last = model_->share_section(), left = rows_->viewport()->width() - head.sectionPosition(last);
+  head.resizeSection(last, std::max(head.sectionSize(last), left));
   corner_->setGeometry(0, 0, names, rows_->horizontalHeader()->sizeHint().height());
   corner_->raise();
 }
@@ -372,6 +375,7 @@ void TableGrid::copy() const {
 
 bool TableGrid::eventFilter(QObject* watched, QEvent* event) {
   if (watched == line_ && event->type() == QEvent::Resize) fold();
+  if (watched == rows_ && event->type() == QEvent::Resize && model_->rowCount() > 0) settle();
   if (watched == rows_ && event->type() == QEvent::KeyPress) {
     const auto* pressed = static_cast<QKeyEvent*>(event);
     if (pressed->matches(QKeySequence::Copy)) {

@@ -48,8 +48,9 @@ std::string paint(const char* what, Colour colour) {
 std::string dashes(LineStyle style, double width) {
   const auto pattern = [width](std::initializer_list<double> lengths) {
     std::string out;
-    for (const double each : lengths) out += (out.empty() ? "" : " ") + number(each * width);
-    return " stroke-dasharray=\"" + out + "\"";
+    for (const double each : lengths)
+      out += fmt::format("{}{}", out.empty() ? "" : " ", number(each * width));
+    return fmt::format(" stroke-dasharray=\"{}\"", out);
   };
   switch (style) {
     case LineStyle::dash:
