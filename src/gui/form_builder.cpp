@@ -60,6 +60,14 @@ private:
   }
 };
 
+// A range that is told in figures is never cut; a sentence may be longer than its field.
+void keep_in_sight(QLineEdit* shown) {
+  static constexpr int kMost = 280;
+  QObject::connect(shown, &QLineEdit::textChanged, shown, [shown](const QString& text) {
+    shown->setMinimumWidth(std::min(kMost, shown->fontMetrics().horizontalAdvance(text) + 14));
+  });
+}
+
 // A few lines, wrapped, that give way to what stands above them.
 class LeadList : public QListWidget {
 public:
@@ -216,6 +224,7 @@ private:
         QWidget* widget = control(row.places[0], row, box);
         add_label(grid, at, row.label, widget, box);
         grid.addWidget(widget, at, 1, 1, 5);
+        if (row.places[0].kind == ControlKind::display) keep_in_sight(qobject_cast<QLineEdit*>(widget));
       }
         return;
       case RowShape::source: {
