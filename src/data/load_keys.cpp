@@ -144,6 +144,9 @@ double get_number(const LoadKey& key, const CalcState& s, const LoadData& data) 
   if (key.dim_int) return s.dim.*key.dim_int;
   if (key.state_int) return s.*key.state_int;
   if (key.load_int) return data.*key.load_int;
+  if (key.state_flag) return s.*key.state_flag;
+  if (key.dim_flag) return s.dim.*key.dim_flag;
+  if (key.load_flag) return data.*key.load_flag;
   return key.row < data.coefficients.size() ? data.coefficients[key.row].*key.coefficient : 0;
 }
 
